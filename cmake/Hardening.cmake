@@ -1,0 +1,22 @@
+# Hardened as Debian hardens its packages, with immediate binding.
+include(CheckCXXCompilerFlag)
+check_cxx_compiler_flag(-fstack-clash-protection HUELINE_HAS_STACK_CLASH_PROTECTION)
+check_cxx_compiler_flag(-fcf-protection HUELINE_HAS_CF_PROTECTION)
+
+add_library(hueline_hardening INTERFACE)
+target_compile_options(hueline_hardening INTERFACE
+    -fstack-protector-strong
+    $<$<BOOL:${HUELINE_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>
+    $<$<BOOL:${HUELINE_HAS_CF_PROTECTION}>:-fcf-protection>
+    -Wformat
+    -Werror=format-security)
+target_link_options(hueline_hardening INTERFACE LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+
+if(NOT HUELINE_SANITIZE)
+    # The C library checks buffers in optimised code alone, and a sanitizer's own checks come first.
+    target_compile_options(hueline_hardening INTERFACE
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>
+        $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
+    # A sanitizer's functions are found in the program, not in the libraries.
+    target_link_options(hueline_hardening INTERFACE LINKER:-z,defs)
+endif()

@@ -1,0 +1,24 @@
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+install(TARGETS hueline EXPORT HuelineTargets FILE_SET HEADERS)
+
+# find_package(Hueline). A release 0.y is compatible with itself alone.
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Hueline)
+configure_package_config_file(cmake/HuelineConfig.cmake.in HuelineConfig.cmake
+    INSTALL_DESTINATION ${package_dir}
+    NO_SET_AND_CHECK_MACRO)
+write_basic_package_version_file(HuelineConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+install(EXPORT HuelineTargets NAMESPACE kestry:: DESTINATION ${package_dir})
+install(FILES
+    ${CMAKE_CURRENT_BINARY_DIR}/HuelineConfig.cmake
+    ${CMAKE_CURRENT_BINARY_DIR}/HuelineConfigVersion.cmake
+    DESTINATION ${package_dir})
+
+# pkg-config. Paths are relative to the file itself, except where a folder was given as an absolute path.
+set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+cmake_path(APPEND pc_libdir "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
+cmake_path(APPEND pc_includedir "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
+configure_file(cmake/hueline.pc.in hueline.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/hueline.pc DESTINATION ${pkgconfig_dir})

@@ -1,0 +1,106 @@
+#include "kestry/hueline_stream.hpp"
+
+#include "stream/state.hpp"
+
+#include <chrono>
+#include <ostream>
+#include <string_view>
+#include <type_traits>
+
+namespace kestry::detail {
+
+namespace {
+
+// A width that is pending stays so.
+std::ostream& write(std::ostream& os, std::string_view bytes)
+{
+    return os.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}
+
+} // namespace
+
+std::ostream& show_cursor(std::ostream& os) { return write(os, "\x1b[25h"); }
+
+} // namespace kestry::detail
+
+namespace kestry::Hueline::csi {
+
+using namespace detail;
+
+namespace {
+
+std::ostream& fixed(std::ostream& os, std::string_view sequence)
+{
+    return allowColor(os) ? write(os, sequence) : os;
+}
+
+// The numbers are the caller's stream's own insertions: its base and width show.
+std::ostream& control(std::ostream& os, int n, char final_byte)
+{
+    if (!allowColor(os)) {
+        return os;
+    }
+    write(os, "\x1b[");
+    os << n;
+    return os.put(final_byte);
+}
+
+std::ostream& position(std::ostream& os, int row, int col, char final_byte)
+{
+    if (!allowColor(os)) {
+        return os;
+    }
+    write(os, "\x1b[");
+    os << row << ';' << col;
+    return os.put(final_byte);
+}
+
+} // namespace
+
+// clang-format off
+std::ostream& show(std::ostream& os) { return allowColor(os) ? show_cursor(os) : os; } // SM 25, ECMA-48 8.3.125
+std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // a MC 25 by its final byte
+std::ostream& cr  (std::ostream& os) { return write(os, "\r"); }
+std::ostream& lf  (std::ostream& os) { return write(os, "\n"); }
+std::ostream& cls (std::ostream& os) { return os << ed{2}; }
+std::ostream& clr (std::ostream& os) { return cls(os); }
+std::ostream& dsr (std::ostream& os) { return fixed(os, "\x1b[6n"); }                  // DSR, ECMA-48 8.3.35
+std::ostream& scp (std::ostream& os) { return fixed(os, "\x1b[s"); }                   // no ECMA-48 function
+std::ostream& rcp (std::ostream& os) { return fixed(os, "\x1b[u"); }                   // no ECMA-48 function
+
+std::ostream& operator<<(std::ostream& os, const ed& p)  { return control(os, p.n, 'J'); } // ED,  ECMA-48 8.3.39
+std::ostream& operator<<(std::ostream& os, const el& p)  { return control(os, p.n, 'K'); } // EL,  ECMA-48 8.3.41
+std::ostream& operator<<(std::ostream& os, const cuu& p) { return control(os, p.n, 'A'); } // CUU, ECMA-48 8.3.22
+std::ostream& operator<<(std::ostream& os, const cud& p) { return control(os, p.n, 'B'); } // CUD, ECMA-48 8.3.19
+std::ostream& operator<<(std::ostream& os, const cuf& p) { return control(os, p.n, 'C'); } // CUF, ECMA-48 8.3.20
+std::ostream& operator<<(std::ostream& os, const cub& p) { return control(os, p.n, 'D'); } // CUB, ECMA-48 8.3.18
+std::ostream& operator<<(std::ostream& os, const cnl& p) { return control(os, p.n, 'E'); } // CNL, ECMA-48 8.3.12
+std::ostream& operator<<(std::ostream& os, const cpl& p) { return control(os, p.n, 'F'); } // CPL, ECMA-48 8.3.13
+std::ostream& operator<<(std::ostream& os, const cha& p) { return control(os, p.n, 'G'); } // CHA, ECMA-48 8.3.9
+std::ostream& operator<<(std::ostream& os, const su& p)  { return control(os, p.n, 'S'); } // SU,  ECMA-48 8.3.147
+std::ostream& operator<<(std::ostream& os, const sd& p)  { return control(os, p.n, 'T'); } // SD,  ECMA-48 8.3.113
+std::ostream& operator<<(std::ostream& os, const sgr& p) { return control(os, p.n, 'm'); } // SGR, ECMA-48 8.3.117
+std::ostream& operator<<(std::ostream& os, const cup& p) { return position(os, p.row, p.col, 'H'); } // CUP, ECMA-48 8.3.21
+std::ostream& operator<<(std::ostream& os, const hvp& p) { return position(os, p.row, p.col, 'f'); } // HVP, ECMA-48 8.3.63
+// clang-format on
+
+std::ostream& operator<<(std::ostream& os, const delay& p)
+{
+    using std::chrono::system_clock;
+    static_assert(std::is_same_v<system_clock::duration, std::chrono::nanoseconds>);
+
+    if (!allowColor(os)) {
+        return os;
+    }
+    double const nanoseconds_per_millisecond = 1'000'000.0;
+    auto const start = system_clock::now();
+    static_cast<void>(system_clock::now()); // a wait of nothing reads the clock three times
+    while (static_cast<double>((system_clock::now() - start).count()) / nanoseconds_per_millisecond < static_cast<double>(p.ms)) {
+    }
+    return os;
+}
+
+// clr by another name, not a function that calls it: both names have one address.
+[[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo")]] std::ostream& clear(std::ostream& os);
+
+} // namespace kestry::Hueline::csi
