@@ -1,0 +1,156 @@
+#include "kestry/hueline_stream.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <ostream>
+#include <string_view>
+
+namespace kestry::Hueline {
+
+namespace {
+
+// One counter turns every spinner of the process.
+std::uint32_t spinner_bump = 0;
+
+// The frame that is due, one byte; none of an empty string. Advances the counter either way.
+std::string_view next_frame(std::string const& frames)
+{
+    ++spinner_bump;
+    auto const count = static_cast<std::uint32_t>(frames.size());
+    return count == 0 ? std::string_view{} : std::string_view{frames}.substr(spinner_bump % count, 1);
+}
+
+// Collects the text of a frame, so that a stream without a buffer gets it in one write. A frame that
+// is longer than the buffer goes out in pieces.
+class Frame {
+public:
+    explicit Frame(std::ostream& stream) : os(stream) {}
+
+    void add(std::string_view text)
+    {
+        make_room(text.size());
+        if (text.size() > sizeof buffer) {
+            write(text);
+            return;
+        }
+        size += text.copy(buffer + size, text.size());
+    }
+
+    void add(std::string_view text, std::int64_t times)
+    {
+        if (text.empty()) {
+            return;
+        }
+        while (times > 0 && text.size() <= sizeof buffer) {
+            make_room(text.size());
+            std::int64_t const fitting = static_cast<std::int64_t>((sizeof buffer - size) / text.size());
+            std::int64_t const now = std::min(times, fitting);
+            repeat(text, static_cast<std::size_t>(now) * text.size());
+            times -= now;
+        }
+        for (; times > 0; --times) {
+            add(text);
+        }
+    }
+
+    // Unformatted: a width that is pending stays so.
+    void flush()
+    {
+        if (size != 0) {
+            std::size_t const full = size;
+            size = 0;
+            write({buffer, full});
+        }
+    }
+
+private:
+    void make_room(std::size_t wanted)
+    {
+        if (wanted > sizeof buffer - size) {
+            flush();
+        }
+    }
+
+    // Fills with text up to a multiple of its size, in ever larger steps.
+    void repeat(std::string_view text, std::size_t whole)
+    {
+        char* const first = buffer + size;
+        for (std::size_t filled = text.copy(first, text.size()); filled < whole; filled *= 2) {
+            std::memcpy(first + filled, first, std::min(filled, whole - filled));
+        }
+        size += whole;
+    }
+
+    void write(std::string_view text) { os.write(text.data(), static_cast<std::streamsize>(text.size())); }
+
+    std::ostream& os;
+    std::size_t size = 0;
+    char buffer[8192];
+};
+
+int percentage(progress_meter const& m)
+{
+    // The width of the bar as int arithmetic has it, without the undefined behaviour of an overflow.
+    int const steps = static_cast<int>(static_cast<unsigned>(m.end) - static_cast<unsigned>(m.start));
+    float const percent = static_cast<float>(m.position) / static_cast<float>(steps) * 100.0F;
+    if (std::isnan(percent)) {
+        return 0;
+    }
+    using Int = std::numeric_limits<int>;
+    if (percent >= -static_cast<float>(Int::min())) { // 2^31 as float; INT_MAX is no float
+        return Int::max();
+    }
+    return static_cast<int>(std::max(percent, static_cast<float>(Int::min())));
+}
+
+} // namespace
+
+std::ostream& operator<<(std::ostream& os, spinner const& s)
+{
+    Frame frame{os};
+    frame.add(s.label);
+    frame.add(next_frame(s.frames));
+    frame.flush();
+    return os;
+}
+
+std::ostream& operator<<(std::ostream& os, status_line const& s)
+{
+    std::int64_t const position = s.position;
+    std::int64_t todo = s.end - position;
+
+    Frame frame{os};
+    frame.add(s.prefix);
+    frame.add(s.done, position - s.start);
+    if (s.start < position && position < s.end) {
+        frame.add(s.spin_label);
+        frame.add(next_frame(s.frames));
+        --todo; // the spinner stands in the cell at position
+    }
+    frame.add(s.todo, todo);
+    frame.add(s.suffix);
+    frame.flush();
+    return os;
+}
+
+std::ostream& operator<<(std::ostream& os, progress_meter const& m)
+{
+    Frame frame{os};
+    frame.add(m.lead);
+    frame.add(m.label);
+    frame.add(" ");
+    frame.add(m.before);
+    frame.flush();
+    os.setf(std::ios_base::dec, std::ios_base::basefield);
+    os << percentage(m);
+    frame.add("%");
+    frame.add(m.after);
+    frame.flush();
+    return os;
+}
+
+} // namespace kestry::Hueline
