@@ -15,7 +15,7 @@
 /// This header and hueline_stream.hpp give the name kestry::Hueline two meanings and share no state. A
 /// program may use both, in different translation units.
 #ifdef KESTRY_HUELINE_STREAM_HPP
-#error "<kestry/hueline_classic.hpp> and <kestry/hueline_stream.hpp> are never included together: put the uses of one of them into another source file"
+#error "hueline_classic.hpp and hueline_stream.hpp are never included together: use one of them in another source file"
 #elif !defined(KESTRY_HUELINE_CLASSIC_HPP)
 #define KESTRY_HUELINE_CLASSIC_HPP
 
@@ -119,10 +119,10 @@ public:
 
     /// \name Switches
     /// \{
-    void useColor(bool on);                ///< Sets the colour switch of the process. It is off at load.
-    static bool isUsingColor();            ///< Whether the colour switch is on and no-frills mode off.
-    static void setNoFrillsMode(bool on);  ///< Turns no-frills mode on or off. It is off at load.
-    static bool getNoFrillsMode();         ///< Whether no-frills mode is on.
+    void useColor(bool on);               ///< Sets the colour switch of the process. It is off at load.
+    static bool isUsingColor();           ///< Whether the colour switch is on and no-frills mode off.
+    static void setNoFrillsMode(bool on); ///< Turns no-frills mode on or off. It is off at load.
+    static bool getNoFrillsMode();        ///< Whether no-frills mode is on.
     /// \}
 
     /// \name Cursor
@@ -135,11 +135,11 @@ public:
     /// \name Sequences
     /// Empty while colour is not in use. Numbers are plain decimal; no code or component is checked.
     /// \{
-    static std::string color(HexColor const& code);            ///< SGR (ECMA-48 8.3.117): "\x1b[" code "m".
-    static std::string bright_color(HexColor const& code);     ///< SGR code + 60, the bright variant: "\x1b[" code + 60 "m".
-    static std::string color(int a, int r, int g, int b);      ///< "\x1b[" a ";2;" r ";" g ";" b "m": a is 38 for the foreground, 48 for the background.
-    static std::string color(int r, int g, int b);             ///< 24-bit foreground: "\x1b[38;2;" r ";" g ";" b "m".
-    static std::string color_bg(int r, int g, int b);          ///< 24-bit background: "\x1b[48;2;" r ";" g ";" b "m".
+    static std::string color(HexColor const& code);        ///< SGR (ECMA-48 8.3.117): "\x1b[" code "m".
+    static std::string bright_color(HexColor const& code); ///< SGR of the bright variant: "\x1b[" code + 60 "m".
+    static std::string color(int a, int r, int g, int b);  ///< "\x1b[" a ";2;" r ";" g ";" b "m": a is 38 or 48.
+    static std::string color(int r, int g, int b);         ///< 24-bit foreground: "\x1b[38;2;" r ";" g ";" b "m".
+    static std::string color_bg(int r, int g, int b);      ///< 24-bit background: "\x1b[48;2;" r ";" g ";" b "m".
 
     /// 24-bit background in a VGA colour, although it is named as a foreground is.
     ///
@@ -151,10 +151,12 @@ public:
     /// The digits or the text alone while colour is not in use. The colour stays in force after the
     /// text. The bright forms stand between SGR 1 and SGR 2, which is no reset: bold and faint stay.
     /// \{
-    static std::string color(HexColor const& code, unsigned char x);             ///< color(code), two lower-case hex digits.
-    static std::string bright_color(HexColor const& code, unsigned char x);      ///< "\x1b[1m", color(code), two lower-case hex digits, "\x1b[2m".
-    static std::string color(HexColor const& code, std::string const& s);        ///< color(code), s.
-    static std::string bright_color(HexColor const& code, std::string const& s); ///< "\x1b[1m", color(code), s, "\x1b[2m".
+    static std::string color(HexColor const& code, unsigned char x);      ///< color(code), two lower-case hex digits.
+    static std::string color(HexColor const& code, std::string const& s); ///< color(code), s.
+    /// "\x1b[1m", color(code), two lower-case hex digits, "\x1b[2m".
+    static std::string bright_color(HexColor const& code, unsigned char x);
+    /// "\x1b[1m", color(code), s, "\x1b[2m".
+    static std::string bright_color(HexColor const& code, std::string const& s);
     /// \}
 
     /// \name Time stamps
@@ -224,8 +226,8 @@ std::string status();                              ///< "\x1b[35m": magenta.
 /// While colour is not in use, the digits or the text alone.
 namespace DataTheme {
 
-std::string immediate_destination(unsigned char address); ///< "\x1b[36m" and two hex digits: cyan.
-std::string total_count(unsigned char count);             ///< "\x1b[1m\x1b[34m", two hex digits, "\x1b[2m": bright blue.
+std::string immediate_destination(unsigned char address); ///< "\x1b[36m" and two digits: cyan.
+std::string total_count(unsigned char count);             ///< "\x1b[1m\x1b[34m", two digits, "\x1b[2m": bright blue.
 std::string request_title(std::string const& text);       ///< "\x1b[1m\x1b[35m" text "\x1b[2m": bright magenta.
 std::string response_title(std::string const& text);      ///< "\x1b[35m" text: magenta.
 

@@ -27,7 +27,7 @@
 /// This header and hueline_classic.hpp give the name kestry::Hueline two meanings. A program may use
 /// both, in different translation units.
 #ifdef KESTRY_HUELINE_CLASSIC_HPP
-#error "<kestry/hueline_stream.hpp> and <kestry/hueline_classic.hpp> are never included together: put the uses of one of them into another source file"
+#error "hueline_stream.hpp and hueline_classic.hpp are never included together: use one of them in another source file"
 #elif !defined(KESTRY_HUELINE_STREAM_HPP)
 #define KESTRY_HUELINE_STREAM_HPP
 
@@ -346,9 +346,13 @@ std::ostream& lf(std::ostream& os);    ///< Line feed: "\n", unformatted, no flu
 std::ostream& cls(std::ostream& os);   ///< Erases the display: what csi::ed{2} writes. Gated.
 std::ostream& clr(std::ostream& os);   ///< Another name for cls.
 std::ostream& clear(std::ostream& os); ///< The same function as clr: both names have one address.
-std::ostream& dsr(std::ostream& os);   ///< Asks for the cursor position: DSR (8.3.35), "\x1b[6n". Gated. The answer arrives as input.
-std::ostream& scp(std::ostream& os);   ///< Saves the cursor position: "\x1b[s". Gated. No ECMA-48 function, but widely known.
-std::ostream& rcp(std::ostream& os);   ///< Restores the cursor position: "\x1b[u". Gated. No ECMA-48 function, but widely known.
+
+/// Asks for the cursor position: DSR (ECMA-48 8.3.35), "\x1b[6n". Gated. The answer arrives as input.
+std::ostream& dsr(std::ostream& os);
+/// Saves the cursor position: "\x1b[s". Gated. No ECMA-48 function, but widely known.
+std::ostream& scp(std::ostream& os);
+/// Restores the cursor position: "\x1b[u". Gated. No ECMA-48 function, but widely known.
+std::ostream& rcp(std::ostream& os);
 /// \}
 
 /// What to erase in the display.
@@ -435,14 +439,14 @@ struct delay {
 /// Stream  the number is an ordinary int insertion: the stream's base, sign and grouping show in it,
 ///         and a pending width pads it and is spent. Insert std::dec first where that matters.
 /// \{
-std::ostream& operator<<(std::ostream& os, const ed& p);  ///< Erases in the display: ED (ECMA-48 8.3.39), final byte "J".
+std::ostream& operator<<(std::ostream& os, const ed& p);  ///< Erases in the display: ED (ECMA-48 8.3.39), "J".
 std::ostream& operator<<(std::ostream& os, const el& p);  ///< Erases in the line: EL (8.3.41), "K".
 std::ostream& operator<<(std::ostream& os, const cuu& p); ///< Moves the cursor up: CUU (8.3.22), "A".
 std::ostream& operator<<(std::ostream& os, const cud& p); ///< Moves the cursor down: CUD (8.3.19), "B".
 std::ostream& operator<<(std::ostream& os, const cuf& p); ///< Moves the cursor right: CUF (8.3.20), "C".
 std::ostream& operator<<(std::ostream& os, const cub& p); ///< Moves the cursor left: CUB (8.3.18), "D".
-std::ostream& operator<<(std::ostream& os, const cnl& p); ///< Moves to the start of a next line: CNL (8.3.12), "E".
-std::ostream& operator<<(std::ostream& os, const cpl& p); ///< Moves to the start of a preceding line: CPL (8.3.13), "F".
+std::ostream& operator<<(std::ostream& os, const cnl& p); ///< Moves to the start of a line below: CNL (8.3.12), "E".
+std::ostream& operator<<(std::ostream& os, const cpl& p); ///< Moves to the start of a line above: CPL (8.3.13), "F".
 std::ostream& operator<<(std::ostream& os, const cha& p); ///< Moves within the line: CHA (8.3.9), "G".
 std::ostream& operator<<(std::ostream& os, const su& p);  ///< Scrolls up: SU (8.3.147), "S".
 std::ostream& operator<<(std::ostream& os, const sd& p);  ///< Scrolls down: SD (8.3.113), "T".
@@ -473,9 +477,9 @@ std::ostream& operator<<(std::ostream& os, const delay& p);
 /// Units   any int is written as it is, in plain decimal.
 /// Throws  std::bad_alloc.
 /// \{
-std::string color(int n);                 ///< One SGR code, not a palette colour: "\x1b[" n "m".
-std::string rgb(int r, int g, int b);     ///< 24-bit foreground: "\x1b[38;2;" r ";" g ";" b "m".
-std::string on_rgb(int r, int g, int b);  ///< 24-bit background: "\x1b[48;2;" r ";" g ";" b "m".
+std::string color(int n);                ///< One SGR code, not a palette colour: "\x1b[" n "m".
+std::string rgb(int r, int g, int b);    ///< 24-bit foreground: "\x1b[38;2;" r ";" g ";" b "m".
+std::string on_rgb(int r, int g, int b); ///< 24-bit background: "\x1b[48;2;" r ";" g ";" b "m".
 /// \}
 
 } // namespace csi
@@ -659,7 +663,7 @@ struct crc {
 /// \{
 std::ostream& operator<<(std::ostream& os, immediate_destination const& b); ///< cyan, byte
 std::ostream& operator<<(std::ostream& os, total_count const& b);           ///< blue, byte
-std::ostream& operator<<(std::ostream& os, crc const& c);                   ///< green, byte; or high byte, " ", low byte, " "
+std::ostream& operator<<(std::ostream& os, crc const& c);                   ///< green, byte; or high, " ", low, " "
 std::ostream& operator<<(std::ostream& os, request_title const& t);         ///< magenta, bold, text cut after 19 bytes
 std::ostream& operator<<(std::ostream& os, response_title const& t);        ///< magenta, dark, text cut after 19 bytes
 /// \}
@@ -700,9 +704,9 @@ public:
     explicit HexDump(std::vector<unsigned char> const& v); ///< With a blank as the separator.
     explicit HexDump(std::string const& s);                ///< The bytes of s, with a blank as the separator.
 
-    static std::string raw_data_byte(unsigned char b);                     ///< The text of HexDump(b).
-    static std::string raw_data(unsigned short u);                         ///< The text of HexDump(u).
-    static std::string raw_data(std::vector<unsigned char> const& v);      ///< The text of HexDump(v), or "nil" for no bytes.
+    static std::string raw_data_byte(unsigned char b);                ///< The text of HexDump(b).
+    static std::string raw_data(unsigned short u);                    ///< The text of HexDump(u).
+    static std::string raw_data(std::vector<unsigned char> const& v); ///< The text of HexDump(v), "nil" for no bytes.
 
     friend std::ostream& operator<<(std::ostream& os, HexDump const& d);
 
@@ -747,10 +751,13 @@ std::ostream& operator<<(std::ostream& os, parameters_template const& p);
 /// \name Templates
 /// Write a few fixed lines, each with std::endl.
 /// \{
-std::ostream& crossplatform_template(std::ostream& os);              ///< Five plain lines. Not gated.
-std::ostream& platformspecific_template(std::ostream& os);           ///< "\x1b[00m" and five lines. Not gated: a pipe receives the sequence too.
-std::ostream& colorized_crossplatform_template(std::ostream& os);    ///< Two lines in white on green, which stays in the record. Gated: refused, writes nothing.
-std::ostream& colorized_platformspecific_template(std::ostream& os); ///< Two lines in white on green, which stays in the record. Gated: refused, writes nothing.
+std::ostream& crossplatform_template(std::ostream& os); ///< Five plain lines. Not gated.
+/// "\x1b[00m" and five lines. Not gated: a pipe receives the sequence too.
+std::ostream& platformspecific_template(std::ostream& os);
+/// Two lines in white on green, which stays in the record. Gated: refused, writes nothing.
+std::ostream& colorized_crossplatform_template(std::ostream& os);
+/// Two lines in white on green, which stays in the record. Gated: refused, writes nothing.
+std::ostream& colorized_platformspecific_template(std::ostream& os);
 /// \}
 
 /// \name Test patterns

@@ -49,9 +49,8 @@ std::string_view digits(unsigned char x) { return {hex_pairs[x].data(), hex_pair
 // The parts one after the other, in one allocation.
 std::string join(std::string_view a, std::string_view b, std::string_view c = {}, std::string_view d = {})
 {
-    return make_string(a.size() + b.size() + c.size() + d.size(), [=](char* out) {
-        put_text(put_text(put_text(put_text(out, a), b), c), d);
-    });
+    return make_string(a.size() + b.size() + c.size() + d.size(),
+                       [=](char* out) { put_text(put_text(put_text(put_text(out, a), b), c), d); });
 }
 
 std::string colored(HexColor code, std::string_view text)
@@ -67,10 +66,7 @@ std::string bright_colored(HexColor code, std::string_view text)
 
 } // namespace
 
-std::string Hueline::color(HexColor const& code)
-{
-    return isUsingColor() ? sgr(code).string() : std::string{};
-}
+std::string Hueline::color(HexColor const& code) { return isUsingColor() ? sgr(code).string() : std::string{}; }
 
 std::string Hueline::bright_color(HexColor const& code)
 {

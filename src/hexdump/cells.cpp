@@ -51,9 +51,15 @@ struct Digits {
     __m256i high;
 };
 
+template <class... Char>
+[[gnu::target("avx2")]] inline __m256i broadcast(Char... sixteen)
+{
+    return _mm256_broadcastsi128_si256(_mm_setr_epi8(static_cast<char>(sixteen)...));
+}
+
 [[gnu::target("avx2")]] inline Digits digits_of(__m256i bytes)
 {
-    __m256i const table = _mm256_broadcastsi128_si256(_mm_setr_epi8('0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'a', 'b', 'c', 'd', 'e', 'f'));
+    __m256i const table = broadcast('0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'a', 'b', 'c', 'd', 'e', 'f');
     __m256i const nibble = _mm256_set1_epi8(0x0f);
     __m256i const first = _mm256_shuffle_epi8(table, _mm256_and_si256(_mm256_srli_epi16(bytes, 4), nibble));
     __m256i const second = _mm256_shuffle_epi8(table, _mm256_and_si256(bytes, nibble));
@@ -73,9 +79,9 @@ char constexpr none = static_cast<char>(0x80);
 {
     // Each lane turns 16 bytes into 48 characters, three times 16.
     __m256i const take[3] = {
-        _mm256_broadcastsi128_si256(_mm_setr_epi8(0, 1, none, 2, 3, none, 4, 5, none, 6, 7, none, 8, 9, none, 10)),
-        _mm256_broadcastsi128_si256(_mm_setr_epi8(3, none, 4, 5, none, 6, 7, none, 8, 9, none, 10, 11, none, 12, 13)),
-        _mm256_broadcastsi128_si256(_mm_setr_epi8(none, 6, 7, none, 8, 9, none, 10, 11, none, 12, 13, none, 14, 15, none)),
+        broadcast(0, 1, none, 2, 3, none, 4, 5, none, 6, 7, none, 8, 9, none, 10),
+        broadcast(3, none, 4, 5, none, 6, 7, none, 8, 9, none, 10, 11, none, 12, 13),
+        broadcast(none, 6, 7, none, 8, 9, none, 10, 11, none, 12, 13, none, 14, 15, none),
     };
     __m256i between[3];
     for (int i = 0; i < 3; ++i) {
@@ -104,10 +110,12 @@ char constexpr none = static_cast<char>(0x80);
     long long word;
     std::memcpy(&word, cell, sizeof word);
     __m256i const frame = _mm256_set1_epi64x(word);
-    __m256i const first_four = _mm256_setr_epi8(none, none, none, none, none, 0, 1, none, none, none, none, none, none, 2, 3, none, //
-                                                none, none, none, none, none, 4, 5, none, none, none, none, none, none, 6, 7, none);
-    __m256i const other_four = _mm256_setr_epi8(none, none, none, none, none, 8, 9, none, none, none, none, none, none, 10, 11, none, //
-                                                none, none, none, none, none, 12, 13, none, none, none, none, none, none, 14, 15, none);
+    // The digits of four cells, two in each lane; eight characters on, those of the next four.
+    char const e = none;
+    __m256i const first_four = _mm256_setr_epi8(e, e, e, e, e, 0, 1, e, e, e, e, e, e, 2, 3, e, //
+                                                e, e, e, e, e, 4, 5, e, e, e, e, e, e, 6, 7, e);
+    __m256i const other_four = _mm256_setr_epi8(e, e, e, e, e, 8, 9, e, e, e, e, e, e, 10, 11, e, //
+                                                e, e, e, e, e, 12, 13, e, e, e, e, e, e, 14, 15, e);
 
     std::size_t done = 0;
     for (; bytes.size() - done >= 16; done += 16, out += 128) {

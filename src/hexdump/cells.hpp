@@ -9,6 +9,7 @@ namespace kestry::detail {
 
 /// Writes each byte as before, two digits, after, and returns the place behind the last. What lies
 /// between there and limit, the end of the buffer, may be overwritten.
-char* put_cells(char* out, char const* limit, std::span<unsigned char const> bytes, std::string_view before, std::string_view after);
+char* put_cells(char* out, char const* limit, std::span<unsigned char const> bytes, std::string_view before,
+                std::string_view after);
 
 } // namespace kestry::detail

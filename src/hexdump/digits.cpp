@@ -53,7 +53,8 @@ std::string dump_words(std::span<unsigned int const> words)
     });
 }
 
-std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view separator, DumpColors const& colors, bool whole)
+std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view separator, DumpColors const& colors,
+                       bool whole)
 {
     if (bytes.empty()) {
         return {};
@@ -74,9 +75,8 @@ std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view se
 
     std::size_t const cell = colors.byte.size() + 2 + separator.size();
     std::size_t const size = checked_size(shown.size(), cell, suffix.size());
-    return make_string(size, [&](char* out) {
-        put_text(put_cells(out, out + size, shown, colors.byte, separator), suffix);
-    });
+    return make_string(size,
+                       [&](char* out) { put_text(put_cells(out, out + size, shown, colors.byte, separator), suffix); });
 }
 
 } // namespace kestry::detail

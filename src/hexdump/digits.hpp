@@ -84,13 +84,14 @@ struct DumpColors {
 
 inline constexpr DumpColors plain{};
 
-std::string dump_byte(unsigned char b);                          ///< Two digits.
-std::string dump_short(unsigned short u);                        ///< "0x" and four digits.
-std::string dump_word(unsigned long w);                          ///< At least eight digits, more only where w needs them.
-std::string dump_words(std::span<unsigned int const> words);     ///< Eight digits and a blank for each word.
+std::string dump_byte(unsigned char b);                      ///< Two digits.
+std::string dump_short(unsigned short u);                    ///< "0x" and four digits.
+std::string dump_word(unsigned long w);                      ///< At least eight digits, more only where w needs them.
+std::string dump_words(std::span<unsigned int const> words); ///< Eight digits and a blank for each word.
 
 /// Each byte with its separator; unless whole, cut after 19 bytes and the count of all of them added.
-std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view separator, DumpColors const& colors, bool whole);
+std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view separator, DumpColors const& colors,
+                       bool whole);
 
 /// The bytes of text.
 inline std::span<unsigned char const> bytes_of(std::string const& text)

@@ -61,7 +61,4 @@ std::string HexDump::raw_data(std::vector<unsigned char> const& v)
 
 } // namespace kestry
 
-std::string rtrim(std::string const& s)
-{
-    return s.substr(0, kestry::trimmed_size(s));
-}
+std::string rtrim(std::string const& s) { return s.substr(0, kestry::trimmed_size(s)); }

@@ -13,10 +13,7 @@ std::ostream& wipe_line(std::ostream& os) { return os << csi::cr << csi::el{0}; 
 
 } // namespace
 
-std::ostream& build_version_short(std::ostream& os)
-{
-    return os << "Hueline ver. " << white << release;
-}
+std::ostream& build_version_short(std::ostream& os) { return os << "Hueline ver. " << white << release; }
 
 std::ostream& build_version(std::ostream& os)
 {

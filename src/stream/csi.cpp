@@ -4,8 +4,8 @@
 
 #include <chrono>
 #include <ostream>
+#include <ratio>
 #include <string_view>
-#include <type_traits>
 
 namespace kestry::detail {
 
@@ -29,10 +29,7 @@ using namespace detail;
 
 namespace {
 
-std::ostream& fixed(std::ostream& os, std::string_view sequence)
-{
-    return allowColor(os) ? write(os, sequence) : os;
-}
+std::ostream& fixed(std::ostream& os, std::string_view sequence) { return allowColor(os) ? write(os, sequence) : os; }
 
 // The numbers are the caller's stream's own insertions: its base and width show.
 std::ostream& control(std::ostream& os, int n, char final_byte)
@@ -80,22 +77,21 @@ std::ostream& operator<<(std::ostream& os, const cha& p) { return control(os, p.
 std::ostream& operator<<(std::ostream& os, const su& p)  { return control(os, p.n, 'S'); } // SU,  ECMA-48 8.3.147
 std::ostream& operator<<(std::ostream& os, const sd& p)  { return control(os, p.n, 'T'); } // SD,  ECMA-48 8.3.113
 std::ostream& operator<<(std::ostream& os, const sgr& p) { return control(os, p.n, 'm'); } // SGR, ECMA-48 8.3.117
-std::ostream& operator<<(std::ostream& os, const cup& p) { return position(os, p.row, p.col, 'H'); } // CUP, ECMA-48 8.3.21
-std::ostream& operator<<(std::ostream& os, const hvp& p) { return position(os, p.row, p.col, 'f'); } // HVP, ECMA-48 8.3.63
+std::ostream& operator<<(std::ostream& os, const cup& p) { return position(os, p.row, p.col, 'H'); } // CUP, 8.3.21
+std::ostream& operator<<(std::ostream& os, const hvp& p) { return position(os, p.row, p.col, 'f'); } // HVP, 8.3.63
 // clang-format on
 
 std::ostream& operator<<(std::ostream& os, const delay& p)
 {
     using std::chrono::system_clock;
-    static_assert(std::is_same_v<system_clock::duration, std::chrono::nanoseconds>);
+    using Milliseconds = std::chrono::duration<double, std::milli>;
 
     if (!allowColor(os)) {
         return os;
     }
-    double const nanoseconds_per_millisecond = 1'000'000.0;
     auto const start = system_clock::now();
     static_cast<void>(system_clock::now()); // a wait of nothing reads the clock three times
-    while (static_cast<double>((system_clock::now() - start).count()) / nanoseconds_per_millisecond < static_cast<double>(p.ms)) {
+    while (Milliseconds(system_clock::now() - start).count() < static_cast<double>(p.ms)) {
     }
     return os;
 }

@@ -42,10 +42,7 @@ std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, std::st
 }
 
 // Past the record: the reset that opens the next rendition ends it.
-std::ostream& write(std::ostream& os, std::string_view sequence)
-{
-    return allowColor(os) ? os << sequence : os;
-}
+std::ostream& write(std::ostream& os, std::string_view sequence) { return allowColor(os) ? os << sequence : os; }
 
 } // namespace
 

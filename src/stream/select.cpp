@@ -11,7 +11,8 @@ using Manipulator = std::ostream& (*)(std::ostream&);
 
 std::size_t constexpr named_colors = 8;
 Manipulator const foregrounds[named_colors] = {grey, red, green, yellow, blue, magenta, cyan, white};
-Manipulator const backgrounds[named_colors] = {on_grey, on_red, on_green, on_yellow, on_blue, on_magenta, on_cyan, on_white};
+Manipulator const backgrounds[named_colors] = {on_grey, on_red,     on_green, on_yellow,
+                                               on_blue, on_magenta, on_cyan,  on_white};
 
 } // namespace
 

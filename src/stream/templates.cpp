@@ -35,8 +35,7 @@ std::ostream& colorized_crossplatform_template(std::ostream& os)
     if (!detail::allowColor(os)) {
         return os;
     }
-    return os << white << on_green
-              << " will only display in color if colorize has been called " << std::endl
+    return os << white << on_green << " will only display in color if colorize has been called " << std::endl
               << " and this works on both Windows and Linux " << std::endl;
 }
 
@@ -45,8 +44,7 @@ std::ostream& colorized_platformspecific_template(std::ostream& os)
     if (!detail::allowColor(os)) {
         return os;
     }
-    return os << white << on_green
-              << " will display (in Linux) color if colorize " << std::endl
+    return os << white << on_green << " will display (in Linux) color if colorize " << std::endl
               << " has been called and this works on Linux " << std::endl;
 }
 
