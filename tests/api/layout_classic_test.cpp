@@ -1,0 +1,194 @@
+#include "kestry/hueline_classic.hpp"
+
+#include "api/layout.hpp"
+
+#include <cstddef>
+#include <exception>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace kestry;
+using hueline::test::offset;
+using hueline::test::value_at;
+
+// ---------------------------------------------------------------------------------------------
+// Codes
+// ---------------------------------------------------------------------------------------------
+
+static_assert(std::is_same_v<std::underlying_type_t<HexColor>, int>);
+static_assert(!std::is_convertible_v<HexColor, int>);
+static_assert(static_cast<int>(HexColor::reset) == 0);
+static_assert(static_cast<int>(HexColor::bright) == 1);
+static_assert(static_cast<int>(HexColor::dim) == 2);
+static_assert(static_cast<int>(HexColor::red) == 31);
+static_assert(static_cast<int>(HexColor::green) == 32);
+static_assert(static_cast<int>(HexColor::yellow) == 33);
+static_assert(static_cast<int>(HexColor::blue) == 34);
+static_assert(static_cast<int>(HexColor::magenta) == 35);
+static_assert(static_cast<int>(HexColor::cyan) == 36);
+static_assert(static_cast<int>(HexColor::white) == 37);
+
+static_assert(std::is_same_v<std::underlying_type_t<HexColor_VGA>, int>);
+static_assert(!std::is_convertible_v<HexColor_VGA, int>);
+static_assert(static_cast<int>(HexColor_VGA::black) == 0);
+static_assert(static_cast<int>(HexColor_VGA::maroon) == 1);
+static_assert(static_cast<int>(HexColor_VGA::green) == 2);
+static_assert(static_cast<int>(HexColor_VGA::olive) == 3);
+static_assert(static_cast<int>(HexColor_VGA::navy) == 4);
+static_assert(static_cast<int>(HexColor_VGA::purple) == 5);
+static_assert(static_cast<int>(HexColor_VGA::teal) == 6);
+static_assert(static_cast<int>(HexColor_VGA::silver) == 7);
+static_assert(static_cast<int>(HexColor_VGA::gray) == 8);
+static_assert(static_cast<int>(HexColor_VGA::red) == 9);
+static_assert(static_cast<int>(HexColor_VGA::lime) == 10);
+static_assert(static_cast<int>(HexColor_VGA::yellow) == 11);
+static_assert(static_cast<int>(HexColor_VGA::blue) == 12);
+static_assert(static_cast<int>(HexColor_VGA::fuchsia) == 13);
+static_assert(static_cast<int>(HexColor_VGA::aqua) == 14);
+static_assert(static_cast<int>(HexColor_VGA::white) == 15);
+
+// ---------------------------------------------------------------------------------------------
+// Virtual functions
+// ---------------------------------------------------------------------------------------------
+
+// The virtual functions of a class in the order of their slots, read from the shared object. The first two words of a
+// table are the offset to the top and the type (Itanium C++ ABI 2.5.2).
+std::vector<void*> slots(char const* table, std::size_t count)
+{
+    auto const words = static_cast<void* const*>(dlsym(RTLD_DEFAULT, table));
+    if (words == nullptr) {
+        ADD_FAILURE() << table << " is not exported";
+        return {};
+    }
+    return {words + 2, words + 2 + count};
+}
+
+std::vector<void*> functions(std::vector<char const*> const& names)
+{
+    std::vector<void*> found;
+    for (char const* const name : names) {
+        found.push_back(dlsym(RTLD_DEFAULT, name));
+        EXPECT_NE(found.back(), nullptr) << name << " is not exported";
+    }
+    return found;
+}
+
+TEST(Slots, OfHueline)
+{
+    EXPECT_EQ(slots("_ZTVN6kestry7HuelineE", 4), functions({
+        "_ZN6kestry7Hueline9flipColorEv",    // flipColor()
+        "_ZN6kestry7Hueline11unflipColorEv", // unflipColor()
+        "_ZN6kestry7HuelineD1Ev",            // ~Hueline(), complete object
+        "_ZN6kestry7HuelineD0Ev",            // ~Hueline(), deleting
+    }));
+}
+
+TEST(Slots, OfHexDump)
+{
+    EXPECT_EQ(slots("_ZTVN6kestry7HexDumpE", 4), functions({
+        "_ZN6kestry7Hueline9flipColorEv",    // inherited
+        "_ZN6kestry7Hueline11unflipColorEv", // inherited
+        "_ZN6kestry7HexDumpD1Ev",            // ~HexDump(), complete object
+        "_ZN6kestry7HexDumpD0Ev",            // ~HexDump(), deleting
+    }));
+}
+
+// g++ leaves the slots of an abstract class's destructor empty, since no object shows that table once it is complete.
+TEST(Slots, OfHuelineExceptionInterface)
+{
+    auto const table = slots("_ZTVN6kestry25HuelineExceptionInterfaceE", 3);
+    ASSERT_EQ(table.size(), 3u);
+    EXPECT_EQ(table[2], functions({"__cxa_pure_virtual"})[0]); // what()
+}
+
+TEST(Slots, OfUnknownCodeException)
+{
+    EXPECT_EQ(slots("_ZTVN6kestry20UnknownCodeExceptionE", 3), functions({
+        "_ZN6kestry20UnknownCodeExceptionD1Ev",     // destructor, complete object
+        "_ZN6kestry20UnknownCodeExceptionD0Ev",     // destructor, deleting
+        "_ZNK6kestry20UnknownCodeException4whatEv", // what()
+    }));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Exceptions
+// ---------------------------------------------------------------------------------------------
+
+static_assert(std::is_abstract_v<HuelineExceptionInterface>);
+static_assert(std::is_convertible_v<HuelineExceptionInterface*, std::exception*>);
+static_assert(sizeof(HuelineExceptionInterface) == sizeof(std::exception));
+
+static_assert(std::is_convertible_v<UnknownCodeException*, HuelineExceptionInterface*>);
+static_assert(sizeof(UnknownCodeException) == sizeof(std::exception));
+static_assert(std::is_copy_constructible_v<UnknownCodeException>);
+
+// ---------------------------------------------------------------------------------------------
+// Colorizer
+// ---------------------------------------------------------------------------------------------
+
+static_assert(std::is_polymorphic_v<Hueline> && std::has_virtual_destructor_v<Hueline>);
+static_assert(sizeof(Hueline) == 16 + sizeof(std::string));
+static_assert(std::is_copy_constructible_v<Hueline> && std::is_copy_assignable_v<Hueline>);
+
+static_assert(std::is_same_v<decltype(&Hueline::useColor), void (Hueline::*)(bool)>, "needs an object");
+static_assert(std::is_same_v<decltype(&Hueline::setNoFrillsMode), void (*)(bool)>, "needs none");
+
+struct Derived : Hueline {
+    std::ptrdiff_t text_offset() const { return offset(static_cast<Hueline const&>(*this), _text); }
+};
+
+TEST(Layout, HuelineHoldsItsFlagsInOrder)
+{
+    Hueline off;
+    EXPECT_FALSE(value_at<bool>(off, 8));  // _flipped
+    EXPECT_FALSE(value_at<bool>(off, 10)); // _initialColor
+    off.flipColor();
+    EXPECT_TRUE(value_at<bool>(off, 8));
+    EXPECT_FALSE(value_at<bool>(off, 9)); // _savedColor
+
+    Hueline on;
+    EXPECT_FALSE(value_at<bool>(on, 8));
+    EXPECT_TRUE(value_at<bool>(on, 10));
+    on.flipColor();
+    EXPECT_TRUE(value_at<bool>(on, 9));
+}
+
+TEST(Layout, HuelineHoldsItsTextLast) { EXPECT_EQ(Derived().text_offset(), 16); }
+
+TEST(Layout, ACopyOfAHuelineHoldsTheSame)
+{
+    Hueline original;
+    original.flipColor();
+    Hueline const copy = original;
+    EXPECT_TRUE(value_at<bool>(copy, 8));
+    EXPECT_FALSE(value_at<bool>(copy, 9));
+    EXPECT_FALSE(value_at<bool>(copy, 10));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Hex dump
+// ---------------------------------------------------------------------------------------------
+
+static_assert(std::is_convertible_v<HexDump*, Hueline*>);
+static_assert(sizeof(HexDump) == sizeof(Hueline));
+static_assert(std::is_same_v<decltype(HexDump::_longDumps), bool>);
+
+template <class Value>
+constexpr bool dumps_explicitly = std::is_constructible_v<HexDump, Value> && !std::is_convertible_v<Value, HexDump>;
+
+static_assert(dumps_explicitly<char>);
+static_assert(dumps_explicitly<unsigned char>);
+static_assert(dumps_explicitly<unsigned short>);
+static_assert(dumps_explicitly<unsigned long>);
+static_assert(dumps_explicitly<std::vector<unsigned int>>);
+static_assert(dumps_explicitly<std::vector<unsigned char>>);
+static_assert(dumps_explicitly<std::string>);
+
+} // namespace

@@ -1,0 +1,219 @@
+#include "kestry/hueline_stream.hpp"
+
+#include "api/layout.hpp"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace kestry::Hueline;
+using hueline::test::offset;
+using hueline::test::value_at;
+
+constexpr std::size_t string_size = sizeof(std::string);
+
+// ---------------------------------------------------------------------------------------------
+// Guards
+// ---------------------------------------------------------------------------------------------
+
+template <class Guard>
+constexpr bool stays_in_its_scope =
+    std::is_default_constructible_v<Guard> && !std::is_copy_constructible_v<Guard> && !std::is_move_constructible_v<Guard> &&
+    !std::is_copy_assignable_v<Guard> && !std::is_move_assignable_v<Guard> && !std::is_polymorphic_v<Guard>;
+
+static_assert(stays_in_its_scope<UseColorMode> && std::is_empty_v<UseColorMode>);
+static_assert(stays_in_its_scope<NoColorMode> && std::is_empty_v<NoColorMode>);
+static_assert(stays_in_its_scope<NoFrillsMode> && sizeof(NoFrillsMode) == sizeof(bool));
+static_assert(stays_in_its_scope<UseFrillsMode> && sizeof(UseFrillsMode) == sizeof(bool));
+
+TEST(Layout, FrillsGuardsHoldTheModeThatTheyPutBack)
+{
+    _setNoFrillsMode(true);
+    NoFrillsMode const in_no_frills;
+    EXPECT_TRUE(value_at<bool>(in_no_frills, 0));
+    _setNoFrillsMode(false);
+    UseFrillsMode const in_frills;
+    EXPECT_FALSE(value_at<bool>(in_frills, 0));
+}
+
+// ---------------------------------------------------------------------------------------------
+// Numbers
+// ---------------------------------------------------------------------------------------------
+
+template <class Struct, std::size_t Fields>
+constexpr bool holds_ints =
+    std::is_aggregate_v<Struct> && std::is_trivial_v<Struct> && std::is_standard_layout_v<Struct> &&
+    sizeof(Struct) == Fields * sizeof(int);
+
+static_assert(holds_ints<color, 1> && std::is_same_v<decltype(color::code), int>);
+static_assert(holds_ints<on_color, 1> && std::is_same_v<decltype(on_color::code), int>);
+static_assert(holds_ints<parameters_template, 1> && std::is_same_v<decltype(parameters_template::code), int>);
+static_assert(holds_ints<rgb, 3> && offsetof(rgb, r) == 0 && offsetof(rgb, g) == 4 && offsetof(rgb, b) == 8);
+static_assert(holds_ints<on_rgb, 3> && offsetof(on_rgb, r) == 0 && offsetof(on_rgb, g) == 4 && offsetof(on_rgb, b) == 8);
+
+static_assert(holds_ints<csi::ed, 1> && std::is_same_v<decltype(csi::ed::n), int>);
+static_assert(holds_ints<csi::el, 1> && std::is_same_v<decltype(csi::el::n), int>);
+static_assert(holds_ints<csi::cuu, 1> && std::is_same_v<decltype(csi::cuu::n), int>);
+static_assert(holds_ints<csi::cud, 1> && std::is_same_v<decltype(csi::cud::n), int>);
+static_assert(holds_ints<csi::cuf, 1> && std::is_same_v<decltype(csi::cuf::n), int>);
+static_assert(holds_ints<csi::cub, 1> && std::is_same_v<decltype(csi::cub::n), int>);
+static_assert(holds_ints<csi::cnl, 1> && std::is_same_v<decltype(csi::cnl::n), int>);
+static_assert(holds_ints<csi::cpl, 1> && std::is_same_v<decltype(csi::cpl::n), int>);
+static_assert(holds_ints<csi::cha, 1> && std::is_same_v<decltype(csi::cha::n), int>);
+static_assert(holds_ints<csi::su, 1> && std::is_same_v<decltype(csi::su::n), int>);
+static_assert(holds_ints<csi::sd, 1> && std::is_same_v<decltype(csi::sd::n), int>);
+static_assert(holds_ints<csi::sgr, 1> && std::is_same_v<decltype(csi::sgr::n), int>);
+static_assert(holds_ints<csi::delay, 1> && std::is_same_v<decltype(csi::delay::ms), int>);
+static_assert(holds_ints<csi::cup, 2> && offsetof(csi::cup, row) == 0 && offsetof(csi::cup, col) == 4);
+static_assert(holds_ints<csi::hvp, 2> && offsetof(csi::hvp, row) == 0 && offsetof(csi::hvp, col) == 4);
+
+static_assert(std::is_aggregate_v<myfillandw> && std::is_trivial_v<myfillandw> && sizeof(myfillandw) == 8);
+static_assert(std::is_same_v<decltype(myfillandw::fill), char> && offsetof(myfillandw, fill) == 0);
+static_assert(std::is_same_v<decltype(myfillandw::width), int> && offsetof(myfillandw, width) == 4);
+
+// ---------------------------------------------------------------------------------------------
+// Activity indicators
+// ---------------------------------------------------------------------------------------------
+
+static_assert(std::is_aggregate_v<spinner> && sizeof(spinner) == 8 + string_size);
+static_assert(std::is_same_v<decltype(spinner::frames), std::string const&>);
+
+static_assert(std::is_aggregate_v<status_line> && sizeof(status_line) == 24 + 5 * string_size);
+static_assert(std::is_same_v<decltype(status_line::done), std::string const&>);
+
+static_assert(std::is_aggregate_v<progress_meter> && sizeof(progress_meter) == 24 + 3 * string_size);
+static_assert(std::is_same_v<decltype(progress_meter::label), std::string const&>);
+
+TEST(Layout, SpinnerHoldsItsFieldsInOrder)
+{
+    std::string const frames = "|/-\\";
+    spinner const s{frames, "label"};
+    EXPECT_EQ(value_at<std::string const*>(s, 0), &frames);
+    EXPECT_EQ(offset(s, s.label), 8);
+}
+
+TEST(Layout, StatusLineHoldsItsFieldsInOrder)
+{
+    std::string const done = "#";
+    status_line const s{1, 2, 3, done, "todo", "prefix", "suffix", "frames", "spin"};
+    EXPECT_EQ(offset(s, s.position), 0);
+    EXPECT_EQ(offset(s, s.start), 4);
+    EXPECT_EQ(offset(s, s.end), 8);
+    EXPECT_EQ(value_at<std::string const*>(s, 16), &done);
+    EXPECT_EQ(offset(s, s.todo), 24);
+    EXPECT_EQ(offset(s, s.prefix), 56);
+    EXPECT_EQ(offset(s, s.suffix), 88);
+    EXPECT_EQ(offset(s, s.frames), 120);
+    EXPECT_EQ(offset(s, s.spin_label), 152);
+}
+
+TEST(Layout, ProgressMeterHoldsItsFieldsInOrder)
+{
+    std::string const label = "label";
+    progress_meter const m{1, 2, 3, label, "lead", "after", "before"};
+    EXPECT_EQ(offset(m, m.position), 0);
+    EXPECT_EQ(offset(m, m.start), 4);
+    EXPECT_EQ(offset(m, m.end), 8);
+    EXPECT_EQ(value_at<std::string const*>(m, 16), &label);
+    EXPECT_EQ(offset(m, m.lead), 24);
+    EXPECT_EQ(offset(m, m.after), 56);
+    EXPECT_EQ(offset(m, m.before), 88);
+}
+
+// A constructor would end the temporary with the initialisation.
+TEST(Layout, ATemporaryInBracesLivesAsLongAsTheIndicator)
+{
+    spinner const s{std::string("frames that are too long for a short string"), ""};
+    EXPECT_EQ(s.frames, "frames that are too long for a short string");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Themes
+// ---------------------------------------------------------------------------------------------
+
+template <class Theme, class Held>
+constexpr bool is_made_explicitly_from = std::is_constructible_v<Theme, Held> && !std::is_convertible_v<Held, Theme>;
+
+template <class Theme>
+constexpr bool holds_a_text = is_made_explicitly_from<Theme, std::string> && sizeof(Theme) == string_size &&
+                              !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::text), std::string>;
+
+template <class Theme>
+constexpr bool holds_a_byte = is_made_explicitly_from<Theme, std::uint8_t> && sizeof(Theme) == 1 &&
+                              !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::byte), std::uint8_t>;
+
+static_assert(holds_a_text<ColorTheme::app_title>);
+static_assert(holds_a_text<ColorTheme::alert>);
+static_assert(holds_a_text<ColorTheme::info>);
+static_assert(holds_a_text<ColorTheme::default_text>);
+static_assert(holds_a_text<ColorTheme::seperator>);
+static_assert(holds_a_text<ColorTheme::help>);
+static_assert(holds_a_text<ColorTheme::prompt>);
+static_assert(holds_a_text<ColorTheme::version>);
+static_assert(holds_a_text<ColorTheme::cursor>);
+static_assert(holds_a_text<ColorTheme::commandLine>);
+static_assert(holds_a_text<ColorTheme::name>);
+static_assert(holds_a_byte<DataTheme::immediate_destination>);
+static_assert(holds_a_byte<DataTheme::total_count>);
+static_assert(holds_a_text<DataTheme::request_title>);
+static_assert(holds_a_text<DataTheme::response_title>);
+
+static_assert(is_made_explicitly_from<ColorTheme::path, std::string>);
+static_assert(is_made_explicitly_from<ColorTheme::path, std::uint32_t>);
+static_assert(sizeof(ColorTheme::path) == 16 + string_size);
+
+static_assert(is_made_explicitly_from<DataTheme::crc, std::uint8_t>);
+static_assert(is_made_explicitly_from<DataTheme::crc, std::uint16_t>);
+static_assert(sizeof(DataTheme::crc) == 4);
+
+TEST(Layout, PathHoldsItsFieldsInOrder)
+{
+    ColorTheme::path const text("text");
+    EXPECT_TRUE(value_at<bool>(text, 0));
+    EXPECT_EQ(offset(text, text.text), 8);
+
+    ColorTheme::path const number(std::uint32_t{0xfffefdfc});
+    EXPECT_FALSE(value_at<bool>(number, 0));
+    EXPECT_EQ(value_at<std::uint32_t>(number, 40), 0xfffefdfc);
+}
+
+TEST(Layout, CrcHoldsItsFieldsInOrder)
+{
+    DataTheme::crc const narrow(std::uint8_t{0x12});
+    EXPECT_FALSE(value_at<bool>(narrow, 0));
+    EXPECT_EQ(value_at<std::uint8_t>(narrow, 1), 0x12);
+
+    DataTheme::crc const wide(std::uint16_t{0xbeef});
+    EXPECT_TRUE(value_at<bool>(wide, 0));
+    EXPECT_EQ(value_at<std::uint16_t>(wide, 2), 0xbeef);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Hex dump
+// ---------------------------------------------------------------------------------------------
+
+static_assert(sizeof(HexDump) == string_size && !std::is_polymorphic_v<HexDump>);
+static_assert(std::is_copy_constructible_v<HexDump> && std::is_copy_assignable_v<HexDump>);
+static_assert(std::is_same_v<decltype(HexDump::_longDumps), bool>);
+
+static_assert(is_made_explicitly_from<HexDump, char>);
+static_assert(is_made_explicitly_from<HexDump, unsigned char>);
+static_assert(is_made_explicitly_from<HexDump, unsigned short>);
+static_assert(is_made_explicitly_from<HexDump, unsigned long>);
+static_assert(is_made_explicitly_from<HexDump, std::vector<unsigned int>>);
+static_assert(is_made_explicitly_from<HexDump, std::vector<unsigned char>>);
+static_assert(is_made_explicitly_from<HexDump, std::string>);
+
+TEST(Layout, HexDumpIsItsText)
+{
+    HexDump const dump('A');
+    EXPECT_EQ(*reinterpret_cast<std::string const*>(&dump), "41");
+}
+
+} // namespace

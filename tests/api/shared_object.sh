@@ -1,0 +1,71 @@
+#!/bin/bash
+# Checks one property of the shared object: shared_object.sh <property> <libhueline.so.0.2.2>
+set -euo pipefail
+export LC_ALL=C
+
+property=$1
+library=$2
+here=$(dirname "$0")
+
+fail()
+{
+    printf '%s: %s\n' "$library" "$*" >&2
+    exit 1
+}
+
+exported() { nm --dynamic --defined-only "$library"; }
+
+dynamic() { readelf --dynamic --wide "$library"; }
+
+case $property in
+exports)
+    diff --unified=0 --label exports.txt --label "$library" \
+        <(grep -v '^#' "$here/exports.txt" | awk '{ print $1 }') <(exported | awk '{ print $NF }' | sort) ||
+        fail 'exports other symbols than tests/api/exports.txt lists (-: missing, +: not listed)'
+    ;;
+list)
+    grep -v '^#' "$here/exports.txt" | awk '{ print $1 }' | sort --check --unique ||
+        fail 'tests/api/exports.txt is not sorted, or names a symbol twice'
+    ;;
+clear-is-clr)
+    addresses=$(exported | awk '$3 ~ /^_ZN6kestry7Hueline3csi(5clear|3clr)ERSo$/ { print $1 }')
+    [ "$(wc -l <<<"$addresses")" = 2 ] || fail 'csi::clear and csi::clr are not both exported'
+    [ "$(uniq <<<"$addresses" | wc -l)" = 1 ] || fail "csi::clear and csi::clr have two addresses:" $addresses
+    ;;
+soname)
+    soname=$(dynamic | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
+    [ "$soname" = libhueline.so.0.2 ] || fail "is called '$soname', not libhueline.so.0.2"
+    ;;
+links)
+    cd "$(dirname "$library")"
+    [ -f libhueline.so.0.2.2 ] && [ ! -L libhueline.so.0.2.2 ] || fail 'is not a file called libhueline.so.0.2.2'
+    for link in libhueline.so.0.2 libhueline.so; do
+        [ -L "$link" ] || fail "has no link $link"
+        [ "$(readlink --canonicalize "$link")" = "$PWD/libhueline.so.0.2.2" ] || fail "is not where $link leads"
+    done
+    ;;
+needed)
+    others=$(dynamic | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' |
+        grep -vxE 'libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6' || true)
+    [ -z "$others" ] || fail 'needs more than the C and C++ runtime:' $others
+    ;;
+immediate-binding)
+    dynamic | grep 'BIND_NOW' >/dev/null || fail 'is bound lazily'
+    ;;
+relro)
+    readelf --program-headers --wide "$library" | grep 'GNU_RELRO' >/dev/null || fail 'has no read-only relocations'
+    ;;
+stack)
+    flags=$(readelf --program-headers --wide "$library" | awk '$1 == "GNU_STACK" { print $(NF - 1) }')
+    [ "$flags" = RW ] || fail "asks for a stack with the rights '$flags', not RW"
+    ;;
+stack-protector)
+    nm --dynamic --undefined-only "$library" | grep '__stack_chk_fail' >/dev/null || fail 'does not check its stack frames'
+    ;;
+run-path)
+    ! dynamic | grep -E 'RPATH|RUNPATH' || fail 'carries a run path'
+    ;;
+*)
+    fail "no such property: $property"
+    ;;
+esac
