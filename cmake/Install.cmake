@@ -1,7 +1,12 @@
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+# The tool finds the library beside it, wherever the two are moved together.
+file(RELATIVE_PATH libdir_from_bindir ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set_target_properties(hueline-demo PROPERTIES INSTALL_RPATH "$ORIGIN/${libdir_from_bindir}")
+
 install(TARGETS hueline EXPORT HuelineTargets FILE_SET HEADERS)
+install(TARGETS hueline-demo)
 
 # find_package(Hueline). A release 0.y is compatible with itself alone.
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Hueline)

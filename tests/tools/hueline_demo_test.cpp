@@ -1,0 +1,1144 @@
+#include "stream/demonstration.hpp"
+#include "support/process.hpp"
+#include "support/readable.hpp"
+#include "support/screen.hpp"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <pty.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+using namespace std::chrono_literals;
+
+std::string const tool = HUELINE_DEMO; // the path of hueline-demo
+
+Sinks const on_terminals = {Sink::terminal, Sink::terminal};
+Sinks const on_pipes = {Sink::pipe, Sink::pipe};
+
+using Arguments = std::vector<std::string>;
+
+// Runs the tool.
+Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
+{
+    Arguments argv = {tool};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    return run_program(sinks, argv, launch);
+}
+
+// Runs a command of the shell, where "$0" is the tool and "$1" the first of the arguments.
+Outcome shell(Sinks sinks, std::string const& command, Arguments const& arguments = {}, Launch const& launch = {})
+{
+    Arguments argv = {"/bin/sh", "-c", command, tool};
+    argv.insert(argv.end(), arguments.begin(), arguments.end());
+    return run_program(sinks, argv, launch);
+}
+
+// In a child: becomes the tool.
+void become_demo(Arguments const& arguments)
+{
+    std::vector<char*> argv = {const_cast<char*>(tool.c_str())};
+    for (std::string const& argument : arguments) {
+        argv.push_back(const_cast<char*>(argument.c_str()));
+    }
+    argv.push_back(nullptr);
+    execv(argv[0], argv.data());
+    report(std::string("cannot run the tool: ") + std::strerror(errno));
+}
+
+std::size_t count(std::string_view text, std::string_view piece)
+{
+    std::size_t found = 0;
+    for (std::size_t at = text.find(piece); at != text.npos; at = text.find(piece, at + piece.size())) {
+        ++found;
+    }
+    return found;
+}
+
+bool has_sequences(std::string const& text) { return text.find('\x1b') != text.npos; }
+
+// That a person who goes on writing does so in the terminal's own colours.
+void expect_default_rendition_behind(std::string const& bytes)
+{
+    Screen const screen(bytes + "\rx");
+    Cell const next = screen.cell(screen.cursor().row, 0);
+    EXPECT_EQ(next.character, "x");
+    EXPECT_FALSE(next.bold || next.italic || next.underline || next.blink || next.reverse || next.strike);
+    EXPECT_TRUE(next.foreground.is_default);
+    EXPECT_TRUE(next.background.is_default);
+    EXPECT_TRUE(screen.cursor_visible());
+}
+
+// A folder that goes with the test.
+class Folder {
+public:
+    Folder()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "hueline-demo-XXXXXX").string();
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("no folder in " + name);
+        }
+        path = name;
+    }
+    Folder(Folder const&) = delete;
+    Folder& operator=(Folder const&) = delete;
+    ~Folder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
+
+    std::string file(std::string const& name, std::string_view contents) const
+    {
+        std::ofstream(path / name, std::ios::binary) << contents;
+        return (path / name).string();
+    }
+
+    // A file of zeros that takes no room, with one byte 0xff at the place given.
+    std::string sparse_file(std::string const& name, std::uintmax_t size, std::streamoff mark) const
+    {
+        std::string const made = file(name, "");
+        std::filesystem::resize_file(made, size);
+        std::fstream(made, std::ios::binary | std::ios::in | std::ios::out).seekp(mark).put('\xff');
+        return made;
+    }
+
+    std::filesystem::path path;
+};
+
+// ---------------------------------------------------------------------------------------------
+// Options
+// ---------------------------------------------------------------------------------------------
+
+void expect_text(Arguments const& arguments, std::string const& text)
+{
+    for (Sinks const sinks : {on_terminals, on_pipes}) {
+        Outcome const run = demo(sinks, arguments);
+        EXPECT_EQ(run.out, text);
+        EXPECT_EQ(run.err, "");
+        EXPECT_EQ(run.status, 0);
+    }
+}
+
+std::string const help_text = R"(Usage: hueline-demo [OPTION]... [NAME]...
+       hueline-demo [OPTION]... [NAME]... dump [FILE]...
+Shows what libhueline writes: in colour on a terminal, as plain text elsewhere.
+
+  -h, --help       show this text
+  -V, --version    show the version
+  -l, --list       show the names of the demonstrations
+  -n, --no-frills  no colour, no cursor control and no progress line
+
+Each NAME is a demonstration; they are shown in the order given. Without a NAME
+the banner is shown.
+
+dump writes each FILE in hexadecimal, sixteen bytes a line. All arguments after
+it are files. Without a FILE, and for "-", it reads standard input.
+
+The exit status is 0 if all went well, 1 if something could not be read or
+written, and 2 if an option or a NAME is unknown.
+)";
+
+TEST(Options, HelpTellsTheUse)
+{
+    expect_text({"--help"}, help_text);
+    expect_text({"-h"}, help_text);
+}
+
+TEST(Options, VersionIsTheShortTagWithoutColour)
+{
+    expect_text({"--version"}, "Hueline ver. 0.2.2-r0\n");
+    expect_text({"-V"}, "Hueline ver. 0.2.2-r0\n");
+}
+
+TEST(Options, ListNamesTheDemonstrations)
+{
+    std::string const text = "banner        the version and most of the patterns\n"
+                             "templates     plain lines and lines in white on green\n"
+                             "codes         the SGR codes 0 to 108, on a terminal only\n"
+                             "normal-reset  what normal keeps and reset forgets\n"
+                             "matrix        eight colours on eight backgrounds\n"
+                             "palette       colours 0 to 15 of the palette on each other\n"
+                             "greyscale     the 24 greys of the palette\n"
+                             "rgb           the colour cube of the palette\n"
+                             "status        a status line that fills, for four seconds\n"
+                             "progress      a progress meter that climbs, for four seconds\n"
+                             "themes        both forms of the themes, role by role\n"
+                             "dump          files in hexadecimal: takes all arguments after it\n";
+    expect_text({"--list"}, text);
+    expect_text({"-l"}, text);
+    expect_text({"--list", "--version"}, text);
+}
+
+TEST(Options, AskingForATextOutweighsWhatFollows)
+{
+    expect_text({"--version", "--help"}, "Hueline ver. 0.2.2-r0\n");
+    expect_text({"--help", "--version"}, help_text);
+    expect_text({"--version", "--no-such-option"}, "Hueline ver. 0.2.2-r0\n");
+    expect_text({"no-such-name", "--version"}, "Hueline ver. 0.2.2-r0\n");
+    expect_text({"-nV", "matrix"}, "Hueline ver. 0.2.2-r0\n");
+}
+
+void expect_misuse(Arguments const& arguments, std::string const& message)
+{
+    Outcome const run = demo(on_pipes, arguments);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "hueline-demo: " + message + "\n");
+    EXPECT_EQ(run.status, 2);
+}
+
+TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
+{
+    std::string const possible = ": the options are --help, --version, --list and --no-frills";
+    expect_misuse({"--frills"}, "unknown option '--frills'" + possible);
+    expect_misuse({"--frills=3"}, "unknown option '--frills=3'" + possible);
+    expect_misuse({"-x"}, "unknown option '-x'" + possible);
+    expect_misuse({"-nx"}, "unknown option '-x'" + possible);
+    expect_misuse({"--no-frills", "matrix", "--helpful"}, "unknown option '--helpful'" + possible);
+}
+
+TEST(Misuse, OptionWithAnArgumentIsNamed)
+{
+    std::string const rest = " takes no argument: the options are --help, --version, --list and --no-frills";
+    expect_misuse({"--help=x"}, "option '--help'" + rest);
+    expect_misuse({"--version=2"}, "option '--version'" + rest);
+    expect_misuse({"--list="}, "option '--list'" + rest);
+    expect_misuse({"matrix", "--no-frills=off"}, "option '--no-frills'" + rest);
+}
+
+TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
+{
+    std::string const possible = ": the names are banner, templates, codes, normal-reset, matrix, palette, greyscale, "
+                                 "rgb, status, progress, themes, dump";
+    expect_misuse({"matrx"}, "unknown demonstration 'matrx'" + possible);
+    expect_misuse({"matrix2"}, "unknown demonstration 'matrix2'" + possible);
+    expect_misuse({""}, "unknown demonstration ''" + possible);
+    expect_misuse({"-"}, "unknown demonstration '-'" + possible);
+    // Nothing is shown of the names before it.
+    expect_misuse({"matrix", "rgb", "Matrix"}, "unknown demonstration 'Matrix'" + possible);
+}
+
+TEST(Misuse, MessageIsOneLineAndColoursNothing)
+{
+    Outcome const run = demo(on_pipes, {"a\nb\t\x1b[31mc\x1f \x7f~\xc3\xa4"});
+    EXPECT_EQ(run.err.substr(0, run.err.find(": the")), "hueline-demo: unknown demonstration 'a?b??[31mc? ?~\xc3\xa4'");
+    EXPECT_EQ(count(run.err, "\n"), 1U);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Demonstrations
+// ---------------------------------------------------------------------------------------------
+
+Demonstration plain() { return Demonstration({.is_terminal = false}); }
+
+struct Pattern {
+    std::string name;
+    void (Demonstration::*show)();
+    std::string first_line; // elsewhere than on a terminal
+    std::size_t size;       // bytes, likewise
+};
+
+std::string const heading = "reset colorize dark thin \n";
+std::string const greys_heading = "reset colorize  232-255:  grayscale from black to white in 24 steps\n";
+std::string const product = "Kestry Hueline Library (Hueline)\n";
+
+// clang-format off
+Pattern const patterns[] = {
+    {"codes",        &Demonstration::supported_m_codes, "",                         0},
+    {"normal-reset", &Demonstration::normal_reset,      heading,                    213},
+    {"matrix",       &Demonstration::matrix,            " no frills mode is off \n", 908},
+    {"palette",      &Demonstration::palette_of_16,     heading,                    1452},
+    {"greyscale",    &Demonstration::greyscale,         greys_heading,              1715},
+    {"rgb",          &Demonstration::cube,              heading,                    5011},
+};
+// clang-format on
+
+void expect_pattern_on_pipe(Arguments const& arguments, Demonstration const& expected)
+{
+    Outcome const run = demo(on_pipes, arguments);
+    EXPECT_EQ(difference(expected.bytes(), run.out), "");
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
+{
+    for (Pattern const& pattern : patterns) {
+        SCOPED_TRACE(pattern.name);
+        Demonstration expected = plain();
+        (expected.*pattern.show)();
+        expect_pattern_on_pipe({pattern.name}, expected);
+
+        Outcome const run = demo(on_pipes, {pattern.name});
+        EXPECT_EQ(run.out.substr(0, run.out.find('\n') + 1), pattern.first_line);
+        EXPECT_EQ(run.out.size(), pattern.size);
+        EXPECT_FALSE(has_sequences(run.out));
+    }
+}
+
+TEST(OnAPipe, IndicatorsKeepTheirOwnColoursAndDoNotWait)
+{
+    Demonstration status = plain();
+    status.status_line();
+    Demonstration progress = plain();
+    progress.progress_line();
+
+    auto const start = std::chrono::steady_clock::now();
+    expect_pattern_on_pipe({"status"}, status);
+    expect_pattern_on_pipe({"progress"}, progress);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, 7s); // with the waits it would be 7.5
+}
+
+TEST(OnAPipe, BannerIsTheLibrarysTextAndNothingElse)
+{
+    Demonstration expected = plain();
+    expected.version();
+    expect_pattern_on_pipe({}, expected);
+    expect_pattern_on_pipe({"banner"}, expected);
+    EXPECT_EQ(demo(on_pipes, {}).out.substr(0, product.size()), product);
+}
+
+TEST(OnAPipe, DemonstrationsFollowEachOtherInTheOrderGiven)
+{
+    Demonstration expected = plain();
+    expected.cube();
+    expected.matrix();
+    expected.cube();
+    expect_pattern_on_pipe({"rgb", "matrix", "rgb"}, expected);
+}
+
+TEST(OnATerminal, DemonstrationEndsInTheDefaultRendition)
+{
+    for (Pattern const& pattern : patterns) {
+        SCOPED_TRACE(pattern.name);
+        Demonstration expected;
+        (expected.*pattern.show)();
+        expected.reset();
+        Outcome const run = demo(on_terminals, {pattern.name});
+        EXPECT_EQ(difference(expected.bytes(), run.out), "");
+        EXPECT_EQ(run.err, "");
+        EXPECT_EQ(run.status, 0);
+        expect_default_rendition_behind(run.out);
+    }
+}
+
+TEST(OnATerminal, BannerIsFollowedByAReset)
+{
+    Demonstration expected;
+    expected.version();
+    Outcome const run = demo(on_terminals, {});
+    EXPECT_EQ(difference(expected.bytes() + "\x1b[00m\x1b[25h", run.out), "");
+    EXPECT_EQ(run.status, 0);
+    expect_default_rendition_behind(run.out);
+}
+
+TEST(OnATerminal, IndicatorsKeepTheirLastFrameOnALineOfItsOwn)
+{
+    Demonstration status;
+    status.status_line();
+    Outcome const run = demo(on_terminals, {"status"});
+    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    expect_default_rendition_behind(run.out);
+
+    Demonstration progress;
+    progress.progress_line();
+    EXPECT_EQ(difference(progress.bytes() + "\x1b[00m\x1b[25h\n", demo(on_terminals, {"progress"}).out), "");
+}
+
+TEST(OnATerminal, EachDemonstrationStartsFromTheDefaultRecord)
+{
+    Demonstration expected;
+    expected.cube();
+    expected.reset();
+    expected.matrix();
+    expected.reset();
+    EXPECT_EQ(difference(expected.bytes(), demo(on_terminals, {"rgb", "matrix"}).out), "");
+}
+
+TEST(OnATerminal, ColourIsForStandardOutputWhateverStandardErrorIs)
+{
+    Demonstration expected;
+    expected.matrix();
+    expected.reset();
+    EXPECT_EQ(difference(expected.bytes(), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out), "");
+
+    Demonstration plain_matrix = plain();
+    plain_matrix.matrix();
+    for (Sink const out : {Sink::pipe, Sink::file}) {
+        EXPECT_EQ(difference(plain_matrix.bytes(), demo({out, Sink::terminal}, {"matrix"}).out), "");
+    }
+}
+
+TEST(NoFrills, ATerminalReceivesNoSequence)
+{
+    for (Pattern const& pattern : patterns) {
+        SCOPED_TRACE(pattern.name);
+        Demonstration expected({.no_frills = true});
+        (expected.*pattern.show)();
+        for (Arguments const& arguments : {Arguments{"--no-frills", pattern.name}, Arguments{"-n", pattern.name},
+                                           Arguments{pattern.name, "--no-frills"}}) {
+            Outcome const run = demo(on_terminals, arguments);
+            EXPECT_EQ(difference(expected.bytes(), run.out), "");
+            EXPECT_FALSE(has_sequences(run.out));
+        }
+    }
+}
+
+TEST(NoFrills, ColoursOfTheIndicatorsAreEndedOnATerminal)
+{
+    Demonstration status({.no_frills = true});
+    status.status_line();
+    Demonstration progress({.no_frills = true});
+    progress.progress_line();
+    Demonstration banner({.no_frills = true});
+    banner.version();
+    std::string const end = "\x1b[00m\x1b[25h";
+
+    EXPECT_EQ(difference(status.bytes() + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
+    EXPECT_EQ(difference(progress.bytes() + end + "\n", demo(on_terminals, {"-n", "progress"}).out), "");
+    EXPECT_EQ(difference(banner.bytes() + end, demo(on_terminals, {"-n"}).out), "");
+}
+
+TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
+{
+    Demonstration expected({.no_frills = true});
+    expected.matrix();
+    Outcome const run = demo(on_terminals, {"-n", "status", "matrix"});
+    EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))), readable(expected.bytes()));
+}
+
+std::string const plain_templates = "this is a cross platform template\n"
+                                    "there is no need to sudivide this section\n"
+                                    "into Linux and Windows areas as this code\n"
+                                    "will run on all platfoms without specific needs\n"
+                                    "for either platform Windows or Linux\n"
+                                    "\x1b[00mthis is a platform specific template\n"
+                                    "externally the interface is the same\n"
+                                    "internally the implementation is specific\n"
+                                    "to either Linux in this case\n"
+                                    "or Windows in the below case\n";
+
+TEST(Templates, AreColouredOnATerminalOnly)
+{
+    EXPECT_EQ(demo(on_pipes, {"templates"}).out, plain_templates);
+
+    std::string const coloured = "\x1b[00m\x1b[1m\x1b[37m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
+                                 " will only display in color if colorize has been called \n"
+                                 " and this works on both Windows and Linux \n"
+                                 "\x1b[00m\x1b[1m\x1b[37m\x1b[42m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
+                                 " will display (in Linux) color if colorize \n"
+                                 " has been called and this works on Linux \n"
+                                 "\x1b[00m\x1b[25h";
+    EXPECT_EQ(readable(demo(on_terminals, {"templates"}).out), readable(plain_templates + coloured));
+}
+
+TEST(Themes, AreATableOfRolesAndTwoForms)
+{
+    Outcome const run = demo(on_pipes, {"themes"});
+    EXPECT_EQ(run.out, "role                          string form         stream form\n"
+                       "app_title                     Kestry Hueline      Kestry Hueline\n"
+                       "alert                         no such device      no such device\n"
+                       "info                          3 devices found     3 devices found\n"
+                       "default_text                  ordinary text       ordinary text\n"
+                       "default_text()                ordinary text       ordinary text\n"
+                       "defaultOperatingSystemText()  of the terminal     -\n"
+                       "seperator                     --------------      --------------\n"
+                       "help                          -v shows more       -v shows more\n"
+                       "help()                        -v shows more       -v shows more\n"
+                       "prompt                        continue?           continue?\n"
+                       "version                       0.2.2-r0            0.2.2-r0\n"
+                       "cursor                        >                   >\n"
+                       "commandLine                   ls -l               ls -l\n"
+                       "commandLine()                 ls -l               ls -l\n"
+                       "path                          /dev/ttyS0          /dev/ttyS0\n"
+                       "path of a number              42                  42\n"
+                       "name                          ttyS0               ttyS0\n"
+                       "status()                      connected           connected\n"
+                       "immediate_destination         07                  07\n"
+                       "total_count                   10                  10\n"
+                       "crc of one byte               -                   a5\n"
+                       "crc of two bytes              -                   be ef \n"
+                       "request_title                 request             72 65 71 75 65 73 74 \n"
+                       "response_title                response            72 65 73 70 6f 6e 73 65 \n");
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 0);
+
+    // Without frills a terminal receives the same.
+    EXPECT_EQ(demo(on_terminals, {"-n", "themes"}).out, run.out);
+}
+
+// A stretch of a theme in the stream form: bold at load, and reset behind it.
+std::string in_stream(std::string const& sgr, std::string const& text)
+{
+    return "\x1b[00m\x1b[1m" + sgr + text + "\x1b[00m\x1b[25h\n";
+}
+
+// The same for a theme that is made bold, and dark behind the text.
+std::string bold_in_stream(std::string const& sgr, std::string const& text)
+{
+    return "\x1b[00m\x1b[1m" + sgr + "\x1b[00m\x1b[1m" + sgr + text +
+           "\x1b[00m\x1b[1m\x1b[2m" + sgr + "\x1b[00m\x1b[25h\n";
+}
+
+TEST(Themes, EachFormHasItsColoursOnATerminal)
+{
+    Outcome const run = demo(on_terminals, {"themes"});
+    std::string const expected =
+        "\x1b[00m\x1b[25hrole                          string form         stream form\n"
+        "app_title                     \x1b[32mKestry Hueline\x1b[0m      " + in_stream("\x1b[32m", "Kestry Hueline") +
+        "alert                         \x1b[1m\x1b[31mno such device\x1b[2m\x1b[0m      " +
+        bold_in_stream("\x1b[31m", "no such device") +
+        "info                          \x1b[33m3 devices found\x1b[0m     " + in_stream("\x1b[33m", "3 devices found") +
+        "default_text                  \x1b[36mordinary text\x1b[0m       " + in_stream("\x1b[36m", "ordinary text") +
+        "default_text()                \x1b[32mordinary text\x1b[0m       " + in_stream("\x1b[32m", "ordinary text") +
+        "defaultOperatingSystemText()  \x1b[0mof the terminal\x1b[0m     -\n"
+        "seperator                     \x1b[37m--------------\x1b[0m      " + in_stream("\x1b[37m", "--------------") +
+        "help                          \x1b[34m-v shows more\x1b[0m       " + in_stream("\x1b[34m", "-v shows more") +
+        "help()                        \x1b[33m-v shows more\x1b[0m       " + in_stream("\x1b[33m", "-v shows more") +
+        "prompt                        \x1b[35mcontinue?\x1b[0m           " + in_stream("\x1b[35m", "continue?") +
+        "version                       \x1b[37m0.2.2-r0\x1b[0m            " + in_stream("\x1b[37m", "0.2.2-r0") +
+        "cursor                        \x1b[1m\x1b[36m>\x1b[2m\x1b[0m                   " +
+        bold_in_stream("\x1b[36m", ">") +
+        // commandLine ends its own decoration, in both forms.
+        "commandLine                   \x1b[37mls -l\x1b[0m\x1b[0m               " +
+        "\x1b[00m\x1b[1m\x1b[37mls -l\x1b[00m\x1b[25h\x1b[00m\x1b[25h\n"
+        "commandLine()                 \x1b[36mls -l\x1b[0m               " + in_stream("\x1b[36m", "ls -l") +
+        "path                          \x1b[36m/dev/ttyS0\x1b[0m          " + in_stream("\x1b[36m", "/dev/ttyS0") +
+        "path of a number              \x1b[36m42\x1b[0m                  " + in_stream("\x1b[36m", "42") +
+        "name                          \x1b[1m\x1b[33mttyS0\x1b[2m\x1b[0m               " +
+        bold_in_stream("\x1b[37m", "ttyS0") +
+        "status()                      \x1b[35mconnected\x1b[0m           " + in_stream("\x1b[35m", "connected") +
+        "immediate_destination         \x1b[36m07\x1b[0m                  " + in_stream("\x1b[36m", "07") +
+        "total_count                   \x1b[1m\x1b[34m10\x1b[2m\x1b[0m                  " + in_stream("\x1b[34m", "10") +
+        "crc of one byte               -                   " + in_stream("\x1b[32m", "a5") +
+        "crc of two bytes              -                   " + in_stream("\x1b[32m", "be ef ") +
+        "request_title                 \x1b[1m\x1b[35mrequest\x1b[2m\x1b[0m             "
+        "\x1b[00m\x1b[1m\x1b[35m" + in_stream("\x1b[35m", "72 65 71 75 65 73 74 ") +
+        "response_title                \x1b[35mresponse\x1b[0m            "
+        "\x1b[00m\x1b[1m\x1b[35m\x1b[00m\x1b[1m\x1b[2m\x1b[35m72 65 73 70 6f 6e 73 65 \x1b[00m\x1b[25h\n"
+        "\x1b[00m\x1b[25h";
+    EXPECT_EQ(difference(expected, run.out), "");
+    expect_default_rendition_behind(run.out);
+}
+
+TEST(Themes, ColumnsAreAlignedOnATerminal)
+{
+    Screen const screen(demo(on_terminals, {"themes"}).out, 30);
+    EXPECT_EQ(screen.text(2), "alert                         no such device      no such device");
+    EXPECT_EQ(screen.text(12), "cursor                        >                   >");
+    EXPECT_EQ(screen.text(24), "response_title                response            72 65 73 70 6f 6e 73 65");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Writing that fails
+// ---------------------------------------------------------------------------------------------
+
+std::string const cannot_write = "hueline-demo: cannot write to standard output: ";
+
+TEST(FailedWrite, EndsInOneLineWithTheReason)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", "some data");
+    for (Arguments const& arguments :
+         {Arguments{}, Arguments{"--help"}, Arguments{"--version"}, Arguments{"--list"}, Arguments{"banner"},
+          Arguments{"templates"}, Arguments{"normal-reset"}, Arguments{"matrix"}, Arguments{"palette"},
+          Arguments{"greyscale"}, Arguments{"rgb"}, Arguments{"status"}, Arguments{"progress"}, Arguments{"themes"},
+          Arguments{"dump", file}, Arguments{"-n", "matrix", "rgb"}}) {
+        SCOPED_TRACE(arguments.empty() ? "" : arguments.front());
+        for (Sink const err : {Sink::terminal, Sink::pipe}) {
+            Outcome const full = demo({Sink::full, err}, arguments);
+            EXPECT_EQ(full.err, cannot_write + "No space left on device\n");
+            EXPECT_EQ(full.status, 1);
+
+            Outcome const closed = demo({Sink::closed, err}, arguments);
+            EXPECT_EQ(closed.err, cannot_write + "Bad file descriptor\n");
+            EXPECT_EQ(closed.status, 1);
+        }
+    }
+}
+
+TEST(FailedWrite, EndsTheToolAtOnce)
+{
+    Folder const folder;
+    Outcome const run = demo({Sink::full, Sink::pipe}, {"dump", "/dev/zero"}); // has no end
+    EXPECT_EQ(run.err, cannot_write + "No space left on device\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(FailedWrite, WithStandardErrorClosedTheStatusTells)
+{
+    EXPECT_EQ(demo({Sink::full, Sink::closed}, {"matrix"}).status, 1);
+    EXPECT_EQ(demo({Sink::pipe, Sink::closed}, {"no-such-name"}).status, 2);
+}
+
+// Makes each write(2) of so many bytes fail with ENOSPC, in this process and in what it becomes.
+bool refuse_writes_of(unsigned size)
+{
+    std::array<sock_filter, 6> program = {{
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, SYS_write, 0, 3),
+        BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, args[2])), // the lower half: little-endian
+        BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, size, 0, 1),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | ENOSPC),
+        BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+    }};
+    sock_fprog const filter = {.len = program.size(), .filter = program.data()};
+    return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 && prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &filter) == 0;
+}
+
+TEST(FailedWrite, OfPrintfIsNoticedToo)
+{
+    // A row of the grid is the one thing of that size, and it goes through printf: ten cells of 11
+    // bytes, from "\x1b[0m   0\x1b[m" on, and a line end. All other writes succeed.
+    Outcome const run = run_with({Sink::terminal, Sink::pipe}, [] {
+        if (refuse_writes_of(10 * 11 + 1)) {
+            become_demo({"codes"});
+        }
+        report("no filter");
+    });
+    if (run.report == "no filter") {
+        GTEST_SKIP() << "system calls cannot be filtered here";
+    }
+    EXPECT_NE(run.out.find(" first 108 m codes: \n"), run.out.npos);
+    EXPECT_EQ(run.err, cannot_write + "No space left on device\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(ReaderThatGoesAway, EndsTheToolQuietly)
+{
+    Outcome const run = shell(on_pipes, R"({ "$0" dump /dev/zero; echo "status $?" >&2; } | head -n 1)");
+    EXPECT_EQ(run.out, "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00\n");
+    EXPECT_EQ(run.err, "status " + std::to_string(128 + SIGPIPE) + "\n");
+
+    Outcome const banner = shell(on_pipes, R"("$0" | head -n 1)");
+    EXPECT_EQ(banner.out, product);
+    EXPECT_EQ(banner.err, "");
+}
+
+TEST(ReaderThatGoesAway, EndsTheToolQuietlyWhereTheSignalWasIgnored)
+{
+    Outcome const run = shell(on_pipes, R"(trap "" PIPE; { "$0" dump /dev/zero; echo "status $?" >&2; } | head -n 1)");
+    EXPECT_EQ(run.err, "status " + std::to_string(128 + SIGPIPE) + "\n");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Signals
+// ---------------------------------------------------------------------------------------------
+
+int const ending_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
+std::string const tidy_end = "\x1b[0m\x1b[?25h\n";
+
+// A process that dies of SIGQUIT leaves no core behind.
+void forbid_cores()
+{
+    rlimit const none = {0, 0};
+    setrlimit(RLIMIT_CORE, &none);
+}
+
+bool ends_with(std::string_view text, std::string_view end)
+{
+    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+}
+
+TEST(Signal, InAnAnimationLeavesTheTerminalTidy)
+{
+    forbid_cores();
+    for (int const signal : ending_signals) {
+        SCOPED_TRACE(signal);
+        for (std::string const name : {"status", "progress"}) {
+            std::string const third_step = name == "status" ? "#\x1b[40m\x1b[36m#\x1b[40m\x1b[93m" : "4%";
+            Outcome const run =
+                demo({Sink::terminal, Sink::pipe}, {name}, {.interrupt = Interrupt{signal, third_step}});
+            EXPECT_EQ(run.signal, signal);
+            EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
+            EXPECT_EQ(count(run.out, tidy_end), 1U);
+            EXPECT_EQ(run.err, "");
+            expect_default_rendition_behind(run.out);
+        }
+    }
+}
+
+TEST(Signal, InTheBannerLeavesTheTerminalTidy)
+{
+    Outcome const run = demo(on_terminals, {}, {.interrupt = Interrupt{SIGINT, "\x1b[93m"}});
+    EXPECT_EQ(run.signal, SIGINT);
+    EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
+    EXPECT_EQ(run.err, "");
+}
+
+TEST(Signal, WritesNothingElsewhereThanToATerminal)
+{
+    forbid_cores();
+    for (int const signal : ending_signals) {
+        Outcome const run = demo(on_pipes, {"dump", "/dev/zero"}, {.interrupt = Interrupt{signal, "00 00\n"}});
+        EXPECT_EQ(run.signal, signal);
+        EXPECT_FALSE(has_sequences(run.out));
+        EXPECT_EQ(run.err, "");
+    }
+}
+
+TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
+{
+    Demonstration expected;
+    expected.status_line();
+    expected.reset();
+    for (auto const& [signal, name] : {std::pair(SIGINT, "INT"), std::pair(SIGHUP, "HUP")}) {
+        std::string const command = std::string("trap '' ") + name + R"(; exec "$0" status)";
+        Outcome const run = shell({Sink::terminal, Sink::pipe}, command, {},
+                                  {.interrupt = Interrupt{signal, "\x1b[93m"}});
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(difference(expected.bytes() + "\n", run.out), "");
+    }
+}
+
+TEST(Signal, ThatWasIgnoredAtStartLeavesTheOthersAlone)
+{
+    Outcome const run = shell({Sink::terminal, Sink::pipe}, R"(trap '' HUP; exec "$0" status)", {},
+                              {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
+    EXPECT_EQ(run.signal, SIGTERM);
+    EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
+}
+
+TEST(Signal, SecondOneEndsTheToolOnAStoppedTerminal)
+{
+    Outcome const run = run_with({Sink::terminal, Sink::pipe}, [] {
+        tcflow(STDOUT_FILENO, TCOOFF); // as Ctrl-S does: each write waits from now on
+        pid_t const pid = getpid();
+        if (fork() == 0) {
+            for (int i = 0; i < 2; ++i) {
+                std::this_thread::sleep_for(300ms);
+                kill(pid, SIGTERM);
+            }
+            _exit(0);
+        }
+        become_demo({"matrix"});
+    });
+    EXPECT_EQ(run.signal, SIGTERM);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Dumps
+// ---------------------------------------------------------------------------------------------
+
+// What the dump of the bytes should be.
+std::string hex_lines(std::string_view bytes)
+{
+    std::string text;
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        char cell[4];
+        std::snprintf(cell, sizeof cell, "%02x", static_cast<unsigned>(static_cast<unsigned char>(bytes[i])));
+        text += cell;
+        text += i % 16 == 15 || i + 1 == bytes.size() ? '\n' : ' ';
+    }
+    return text;
+}
+
+// Bytes without a pattern, the same each time.
+std::string some_bytes(std::size_t size)
+{
+    std::string bytes;
+    bytes.reserve(size);
+    for (unsigned n = 1; bytes.size() < size;) {
+        n = n * 1664525U + 1013904223U;
+        bytes += static_cast<char>(n >> 24);
+    }
+    return bytes;
+}
+
+std::size_t constexpr mebibyte = 1024 * 1024;
+
+// For the shell: makes a pipe "$1/input" that holds sixteen bytes and two, and comes to no end.
+std::string const open_input = R"(mkfifo "$1/input"; exec 3<> "$1/input"; printf 0123456789abcdefgh >&3; )";
+
+TEST(Dump, HasSixteenBytesALine)
+{
+    Folder const folder;
+    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("none", "")}).out, "");
+    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("one", "A")}).out, "41\n");
+    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("sixteen", "0123456789abcdef")}).out,
+              "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
+    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("seventeen", "0123456789abcdefg")}).out,
+              "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n67\n");
+    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("binary", std::string_view("\x00\xff\n\x1b[\x7f\x80", 7))}).out,
+              "00 ff 0a 1b 5b 7f 80\n");
+}
+
+TEST(Dump, OfAnySizeIsWhole)
+{
+    Folder const folder;
+    for (std::size_t const size : {15U, 19U, 20U, 31U, 32U, 255U, 4095U, 4096U, 4097U, 65536U, 65537U, 262143U, 262144U,
+                                   262145U, 262160U, 524288U, 1048575U}) {
+        SCOPED_TRACE(size);
+        std::string const bytes = some_bytes(size);
+        Outcome const run = demo(on_pipes, {"dump", folder.file("data", bytes)});
+        EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
+        EXPECT_EQ(run.err, "");
+        EXPECT_EQ(run.status, 0);
+    }
+}
+
+TEST(Dump, ShowsEachOfThe256Values)
+{
+    std::string bytes;
+    for (int value = 0; value < 256; ++value) {
+        bytes += static_cast<char>(value);
+    }
+    Folder const folder;
+    Outcome const run = demo(on_pipes, {"dump", folder.file("data", bytes)});
+    EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
+    EXPECT_EQ(run.out.substr(0, 48), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f\n");
+    EXPECT_EQ(run.out.substr(15 * 48), "f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff\n");
+}
+
+TEST(Dump, IsPlainOnATerminalToo)
+{
+    Folder const folder;
+    EXPECT_EQ(demo(on_terminals, {"dump", folder.file("data", "abc")}).out, "61 62 63\n");
+}
+
+TEST(Dump, ReadsStandardInput)
+{
+    for (Arguments const& arguments : {Arguments{"dump"}, Arguments{"dump", "-"}, Arguments{"-n", "dump"}}) {
+        Outcome const run = demo(on_pipes, arguments, {.input = "typed\n"});
+        EXPECT_EQ(run.out, "74 79 70 65 64 0a\n");
+        EXPECT_EQ(run.status, 0);
+    }
+    EXPECT_EQ(demo(on_pipes, {"dump"}, {.input = ""}).out, "");
+}
+
+TEST(Dump, TakesAllArgumentsBehindItAsFiles)
+{
+    Folder const folder;
+    std::string const first = folder.file("first", "0123456789abcdefg");
+    std::string const second = folder.file("second", "h");
+    Outcome const run = demo(on_pipes, {"dump", first, "-", folder.file("empty", ""), second}, {.input = "in"});
+    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n67\n69 6e\n68\n");
+    EXPECT_EQ(run.status, 0);
+
+    Outcome const name = demo(on_pipes, {"dump", "matrix"});
+    EXPECT_EQ(name.out, "");
+    EXPECT_EQ(name.err, "hueline-demo: cannot read 'matrix': No such file or directory\n");
+}
+
+TEST(Dump, FollowsOtherDemonstrations)
+{
+    Folder const folder;
+    Outcome const run = demo(on_pipes, {"templates", "dump", folder.file("data", "z")});
+    EXPECT_EQ(run.out, plain_templates + "7a\n");
+}
+
+TEST(Dump, OfAFileWithADashInItsName)
+{
+    Folder const folder;
+    folder.file("-n", "dash");
+    EXPECT_EQ(shell(on_pipes, R"(cd "$1" && "$0" dump -- -n)", {folder.path.string()}).out, "64 61 73 68\n");
+}
+
+TEST(Dump, OfWhatComesInPiecesIsTheSame)
+{
+    std::string const pieces = "{ printf aaaaaaaaaa; sleep 0.2; printf bbbbbbbbbb; sleep 0.2; printf cccccccccccc; }";
+    Outcome const run = shell(on_pipes, pieces + R"( | "$0" dump)");
+    EXPECT_EQ(run.out, "61 61 61 61 61 61 61 61 61 61 62 62 62 62 62 62\n"
+                       "62 62 62 62 63 63 63 63 63 63 63 63 63 63 63 63\n");
+
+    Folder const folder;
+    std::string const bytes = some_bytes(900'001);
+    Outcome const piped = shell(on_pipes, R"(cat "$1" | "$0" dump)", {folder.file("data", bytes)});
+    EXPECT_EQ(difference(hex_lines(bytes), piped.out), "");
+}
+
+TEST(Dump, WritesALineAsSoonAsItIsFull)
+{
+    Folder const folder;
+    Outcome const run = shell(on_pipes, open_input + R"(exec "$0" dump < "$1/input")", {folder.path.string()},
+                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
+    EXPECT_EQ(run.signal, SIGTERM);
+}
+
+TEST(Dump, OfWhatCannotBeReadNamesTheReason)
+{
+    Folder const folder;
+    std::string const missing = (folder.path / "missing").string();
+    std::string const data = folder.file("data", "abc");
+    std::string const locked = folder.file("locked", "abc");
+    std::filesystem::permissions(locked, std::filesystem::perms::none);
+    std::filesystem::create_symlink("loop", folder.path / "loop");
+    std::string const loop = (folder.path / "loop").string();
+
+    std::vector<std::pair<std::string, std::string>> cases = {
+        {missing, "No such file or directory"},
+        {folder.path.string(), "Is a directory"},
+        {data + "/x", "Not a directory"},
+        {loop, "Too many levels of symbolic links"},
+        {"", "No such file or directory"},
+    };
+    if (geteuid() != 0) { // who may read everything
+        cases.emplace_back(locked, "Permission denied");
+    }
+    for (auto const& [name, reason] : cases) {
+        SCOPED_TRACE(name);
+        Outcome const run = demo(on_pipes, {"dump", name});
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(run.err, "hueline-demo: cannot read '" + name + "': " + reason + "\n");
+        EXPECT_EQ(run.status, 1);
+    }
+}
+
+TEST(Dump, GoesOnBehindAFileThatCannotBeRead)
+{
+    Folder const folder;
+    Outcome const run =
+        demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\nfile", folder.path.string(), folder.file("b", "b")});
+    EXPECT_EQ(run.out, "61\n62\n");
+    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such?file': No such file or directory\n"
+                       "hueline-demo: cannot read '" + folder.path.string() + "': Is a directory\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(Dump, KeepsNoFileOpenBehindItsEnd)
+{
+    Folder const folder;
+    Arguments const files(40, folder.file("data", "z"));
+    Outcome const run = shell(on_pipes, R"(ulimit -n 20; exec "$0" dump "$@")", files);
+    EXPECT_EQ(count(run.out, "7a\n"), 40U);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(Dump, OfClosedStandardInputNamesTheReason)
+{
+    Outcome const run = shell(on_pipes, R"("$0" dump <&-)");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "hueline-demo: cannot read standard input: Bad file descriptor\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(Dump, ShowsWhatCouldBeReadBeforeAnError)
+{
+    // A terminal whose other end is gone: what it has left, and then EIO.
+    Outcome const run = run_with(on_pipes, [] {
+        int master = -1;
+        int slave = -1;
+        termios raw = {};
+        if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0 || tcgetattr(slave, &raw) != 0) {
+            return;
+        }
+        cfmakeraw(&raw);
+        tcsetattr(slave, TCSANOW, &raw);
+        if (write(slave, "0123456789abcdefgh", 18) == 18) {
+            close(slave);
+            dup2(master, STDIN_FILENO);
+            become_demo({"dump"});
+        }
+    });
+    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n67 68\n");
+    EXPECT_EQ(run.err, "hueline-demo: cannot read standard input: Input/output error\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Progress of a dump
+// ---------------------------------------------------------------------------------------------
+
+std::string const wiped = "\r\x1b[0K";
+Sinks const pipe_and_terminal = {Sink::pipe, Sink::terminal};
+
+TEST(Progress, OfALargeFileIsABarThatIsWipedAtTheEnd)
+{
+    Folder const folder;
+    std::string const bytes = some_bytes(4 * mebibyte);
+    Outcome const run = demo(pipe_and_terminal, {"dump", folder.file("data", bytes)});
+    EXPECT_EQ(readable(run.err), R"(\r[#/............................] dumped 6% of 4 MiB)"
+                                 R"(\r[#######-......................] dumped 25% of 4 MiB)"
+                                 R"(\r[###############\..............] dumped 50% of 4 MiB)"
+                                 R"(\r[######################|.......] dumped 75% of 4 MiB)"
+                                 R"(\r[##############################] dumped 100% of 4 MiB)"
+                                 R"(\r\e[0K)");
+    EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(Screen(run.err).text(0), "");
+}
+
+TEST(Progress, IsShownForMoreThanAMebibyte)
+{
+    Folder const folder;
+    std::string const small = folder.file("small", std::string(mebibyte, 'x'));
+    std::string const large = folder.file("large", std::string(mebibyte + 1, 'x'));
+    EXPECT_EQ(demo(pipe_and_terminal, {"dump", small}).err, "");
+    EXPECT_TRUE(ends_with(demo(pipe_and_terminal, {"dump", large}).err, wiped));
+}
+
+TEST(Progress, OfALargePipeIsASpinner)
+{
+    Folder const folder;
+    std::string const bytes = some_bytes(3 * mebibyte + 5);
+    Outcome const run = shell(pipe_and_terminal, R"(cat "$1" | "$0" dump)", {folder.file("data", bytes)});
+    EXPECT_EQ(readable(run.err), R"(\rdumped 1 MiB /\rdumped 2 MiB -\rdumped 3 MiB \\r\e[0K)");
+    EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
+
+    std::string const small = folder.file("small", std::string(mebibyte, 'x'));
+    EXPECT_EQ(shell(pipe_and_terminal, R"(cat "$1" | "$0" dump)", {small}).err, "");
+}
+
+TEST(Progress, CountsWhatIsLeftOfStandardInput)
+{
+    Folder const folder;
+    Arguments const file = {folder.file("data", std::string(5 * mebibyte, 'x'))};
+    Outcome const two =
+        shell(pipe_and_terminal, R"({ dd bs=1M count=3 of=/dev/null 2>&1; exec "$0" dump; } < "$1" | tail -n 1)", file);
+    EXPECT_NE(two.err.find("] dumped 100% of 2 MiB\r"), two.err.npos) << readable(two.err);
+
+    Outcome const one =
+        shell(pipe_and_terminal, R"({ dd bs=1M count=4 of=/dev/null 2>&1; exec "$0" dump; } < "$1" | tail -n 1)", file);
+    EXPECT_EQ(one.err, "");
+}
+
+TEST(Progress, IsShownOnATerminalOnly)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    for (Sink const err : {Sink::pipe, Sink::file}) {
+        EXPECT_EQ(demo({Sink::pipe, err}, {"dump", file}).err, "");
+        EXPECT_EQ(demo({Sink::terminal, err}, {"dump", file}).err, "");
+    }
+}
+
+TEST(Progress, IsAFrill)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    EXPECT_EQ(demo(pipe_and_terminal, {"--no-frills", "dump", file}).err, "");
+}
+
+TEST(Progress, StandsBelowTheDumpOnOneTerminal)
+{
+    // Both are terminals here, so the line has to go before each piece of the dump.
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    std::string const err = demo(on_terminals, {"dump", file}).err;
+    EXPECT_EQ(count(err, "\r["), 8U); // pieces of 256 KiB
+    EXPECT_EQ(count(err, " of 2 MiB" + wiped), 8U);
+    EXPECT_TRUE(ends_with(err, wiped));
+}
+
+TEST(Progress, OfEachFileIsItsOwn)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    std::string const err = demo(pipe_and_terminal, {"dump", file, "/no/such/file", file}).err;
+    EXPECT_EQ(count(err, " dumped 100% of 2 MiB" + wiped), 2U);
+    EXPECT_EQ(count(err, wiped + "hueline-demo: cannot read '/no/such/file': No such file or directory\n\r["), 1U);
+}
+
+TEST(Progress, IsWipedBeforeAMessage)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    // The dump may write 2 MiB and no more; the signal that would tell is ignored.
+    std::string const command = R"(trap '' XFSZ; ulimit -f 4096; exec "$0" dump "$1" > "$1.dump")";
+    Outcome const run = shell(pipe_and_terminal, command, {file});
+    EXPECT_TRUE(ends_with(run.err, " of 2 MiB" + wiped + cannot_write + "File too large\n")) << readable(run.err);
+    EXPECT_EQ(run.status, 1);
+}
+
+TEST(Progress, OfAFileThatGrowsStopsAtTheEndOfTheBar)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    // The dump goes to the end of the file that is dumped, until it has 16 MiB.
+    std::string const command = R"(trap '' XFSZ; ulimit -f 32768; exec "$0" dump "$1" >> "$1")";
+    Outcome const run = shell(pipe_and_terminal, command, {file});
+    EXPECT_GT(count(run.err, "\r[##############################] dumped 100% of 2 MiB"), 1U) << readable(run.err);
+    EXPECT_EQ(count(run.err, std::string(31, '#')), 0U);
+}
+
+TEST(Progress, IsWipedBySignals)
+{
+    forbid_cores();
+    Folder const folder;
+    std::string const file = folder.sparse_file("data", 1024 * mebibyte, 2 * mebibyte);
+    for (int const signal : ending_signals) {
+        SCOPED_TRACE(signal);
+        Outcome const run = demo(pipe_and_terminal, {"dump", file}, {.interrupt = Interrupt{signal, "ff"}});
+        EXPECT_EQ(run.signal, signal);
+        EXPECT_TRUE(ends_with(run.err, " of 1024 MiB\r\x1b[K")) << readable(run.err);
+        EXPECT_FALSE(has_sequences(run.out));
+        EXPECT_EQ(Screen(run.err).text(0), "");
+    }
+}
+
+TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
+{
+    Folder const folder;
+    folder.file("data", std::string(2 * mebibyte, 'x'));
+    Outcome const run =
+        shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")", {folder.path.string()},
+              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+    EXPECT_EQ(run.signal, SIGTERM);
+    EXPECT_TRUE(ends_with(run.err, wiped)) << readable(run.err);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Memory
+// ---------------------------------------------------------------------------------------------
+
+// Runs the tool with so many bytes of memory for data.
+Outcome demo_with_memory(std::size_t bytes, Arguments const& arguments)
+{
+    return run_with(on_pipes, [&] {
+        rlimit const limit = {bytes, bytes};
+        setrlimit(RLIMIT_DATA, &limit);
+        become_demo(arguments);
+    });
+}
+
+TEST(Memory, ThatADumpTakesDoesNotGrowWithTheFile)
+{
+    if (demo_with_memory(8 * mebibyte, {"--version"}).status != 0) {
+        GTEST_SKIP() << "this build needs more memory to start";
+    }
+    Folder const folder;
+    Outcome const run = demo_with_memory(8 * mebibyte, {"dump", folder.file("data", std::string(16 * mebibyte, 'x'))});
+    EXPECT_EQ(run.out.size(), 48 * mebibyte);
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(Memory, RunningOutEndsInOneLine)
+{
+    std::size_t const enough_to_start = mebibyte;
+    if (demo_with_memory(enough_to_start, {"--version"}).status != 0) {
+        GTEST_SKIP() << "this build needs more memory to start";
+    }
+    Outcome const run = demo_with_memory(enough_to_start, {"dump", "/dev/zero"});
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, "hueline-demo: out of memory\n");
+    EXPECT_EQ(run.status, 1);
+}
+
+} // namespace

@@ -1,0 +1,179 @@
+#include "kestry/hueline_stream.hpp"
+
+#include "console.hpp"
+#include "dump.hpp"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <fcntl.h>
+#include <iostream>
+#include <optional>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace demo {
+
+namespace {
+
+using namespace kestry::Hueline;
+
+std::size_t constexpr bytes_per_line = 16;
+std::size_t constexpr characters_per_line = 3 * bytes_per_line; // two digits and a separator each
+std::size_t constexpr bytes_per_read = 256 * 1024;
+std::uint64_t constexpr mebibyte = 1024 * 1024;
+
+// What there is to read from here on, if the file knows.
+std::optional<std::uint64_t> bytes_ahead(int file)
+{
+    struct stat status = {};
+    if (::fstat(file, &status) != 0 || !S_ISREG(status.st_mode)) {
+        return std::nullopt;
+    }
+    off_t const position = ::lseek(file, 0, SEEK_CUR); // standard input may have been read from before
+    return static_cast<std::uint64_t>(std::max<off_t>(status.st_size - position, 0));
+}
+
+// The line on standard error that shows how far a large dump is.
+class Progress {
+public:
+    explicit Progress(std::optional<std::uint64_t> bytes_in_all)
+        : size(bytes_in_all), wanted(::isatty(STDERR_FILENO) != 0 && !_getNoFrillsMode())
+    {
+        std::cerr << colorize; // wiping asks for it
+    }
+    ~Progress() { wipe(); }
+    Progress(Progress const&) = delete;
+    Progress& operator=(Progress const&) = delete;
+
+    // One frame a mebibyte is enough for the eye, and costs nothing.
+    void show(std::uint64_t bytes_done)
+    {
+        std::uint64_t const frame = bytes_done / mebibyte;
+        bool const is_large = size.value_or(bytes_done) > mebibyte;
+        if (!wanted || !is_large || (stands && frame == last_frame)) {
+            return;
+        }
+        stands = true;
+        progress_line_stands(true);
+        last_frame = frame;
+        draw(bytes_done);
+    }
+
+    void wipe()
+    {
+        if (stands) {
+            std::cerr << csi::cr << csi::el{0};
+            progress_line_stands(false);
+            stands = false;
+        }
+    }
+
+private:
+    void draw(std::uint64_t bytes_done) const
+    {
+        std::cerr << csi::cr;
+        if (!size) {
+            std::cerr << spinner{frames, "dumped " + std::to_string(bytes_done / mebibyte) + " MiB "};
+            return;
+        }
+        // The file may have grown since it was opened.
+        double const part = std::min(static_cast<double>(bytes_done) / static_cast<double>(*size), 1.0);
+        int constexpr cells = 30;
+        int constexpr steps = 1'000'000; // fine enough for every percent, and an int
+        std::string const rest = " of " + std::to_string(*size / mebibyte) + " MiB";
+        std::cerr << status_line{static_cast<int>(part * cells), 0, cells, "#", ".", "[", "]", frames, ""}
+                  << progress_meter{static_cast<int>(part * steps), 0, steps, "dumped", " ", rest, ""};
+    }
+
+    std::string const frames = "|/-\\";
+    std::optional<std::uint64_t> const size;
+    bool const wanted;
+    bool stands = false;
+    std::uint64_t last_frame = 0;
+};
+
+// The dump ends each byte with a blank; the one at the end of a line becomes the line end.
+void write_lines(std::vector<unsigned char> const& bytes)
+{
+    if (bytes.empty()) {
+        return;
+    }
+    std::string text = HexDump::raw_data(bytes);
+    for (std::size_t end = characters_per_line; end < text.size(); end += characters_per_line) {
+        text[end - 1] = '\n';
+    }
+    text.back() = '\n';
+    std::cout.write(text.data(), static_cast<std::streamsize>(text.size())).flush();
+}
+
+// Dumps what there is to read, each line as soon as it is full. Returns 0, or why reading failed.
+int dump(int file)
+{
+    Progress progress{bytes_ahead(file)};
+    std::uint64_t bytes_done = 0;
+    std::vector<unsigned char> bytes;
+    for (;;) {
+        std::size_t const held = bytes.size(); // less than a line
+        bytes.resize(held + bytes_per_read);
+        ssize_t const result = ::read(file, bytes.data() + held, bytes_per_read);
+        int const reason = result < 0 ? errno : 0;
+        std::size_t const got = result < 0 ? 0 : static_cast<std::size_t>(result);
+        bytes.resize(held + got);
+
+        std::size_t const unfinished = got == 0 ? 0 : bytes.size() % bytes_per_line;
+        std::vector<unsigned char> const rest(bytes.end() - static_cast<std::ptrdiff_t>(unfinished), bytes.end());
+        bytes.resize(bytes.size() - unfinished);
+        if (output_is_terminal()) {
+            progress.wipe(); // likely the same terminal
+        }
+        write_lines(bytes);
+        if (got == 0) {
+            return reason;
+        }
+        bytes_done += got;
+        progress.show(bytes_done);
+        bytes = rest;
+    }
+}
+
+// Opens, dumps and closes. Returns 0, or why that failed.
+int dump_named(std::string const& name)
+{
+    int const file = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+    if (file < 0) {
+        return errno;
+    }
+    int const reason = dump(file);
+    ::close(file);
+    return reason;
+}
+
+bool dump_file(std::string const& name)
+{
+    bool const is_input = name == "-";
+    int const reason = is_input ? dump(STDIN_FILENO) : dump_named(name);
+    if (reason != 0) {
+        complain("cannot read " + (is_input ? "standard input" : quoted(name)) + ": " + std::strerror(reason));
+    }
+    return reason == 0;
+}
+
+} // namespace
+
+bool dump_files(std::vector<std::string> const& files)
+{
+    HexDump::_longDumps = true;
+    if (files.empty()) {
+        return dump_file("-");
+    }
+    bool all_read = true;
+    for (std::string const& name : files) {
+        all_read = dump_file(name) && all_read;
+    }
+    return all_read;
+}
+
+} // namespace demo

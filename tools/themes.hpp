@@ -1,0 +1,25 @@
+/// \file
+/// Both forms of the themes beside each other. The headers of the two forms are never included
+/// together, so each form has a source file.
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+namespace demo {
+
+/// Writes a table of the roles: the name, the string form and the stream form of each.
+std::ostream& themes(std::ostream& os);
+
+/// A text decorated by the class-based string interface.
+struct StringForm {
+    std::string text;  ///< Ends its decoration.
+    std::size_t width; ///< Characters that show.
+};
+
+/// Returns the sample in the string form of the role, or "-" where the form lacks the role.
+StringForm string_form(std::string_view role, std::string const& sample, bool in_colour);
+
+} // namespace demo
