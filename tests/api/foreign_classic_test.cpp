@@ -313,9 +313,6 @@ TEST(ForeignClassic, TheSwitchOfLongDumpsIsShared)
     EXPECT_EQ(text_of(HexDump(bytes, "")), "0000000000000000000000000000000000000000");
 }
 
-TEST(ForeignClassic, WhiteSpaceIsTrimmed)
-{
-    EXPECT_EQ(rtrim("ab \t\n"), "ab");
-}
+TEST(ForeignClassic, WhiteSpaceIsTrimmed) { EXPECT_EQ(rtrim("ab \t\n"), "ab"); }
 
 } // namespace

@@ -270,18 +270,20 @@ std::string first_line_of(Manipulator* manipulator)
 
 TEST(ForeignStream, GatedManipulatorsWriteNothingToAString)
 {
+    // clang-format off
     std::vector<Manipulator*> const gated{
-        adjust, push, pull, normal, reset,                                                        // composition
-        bold, thin, dark, lite, bright,                                                           // weight
-        italic, noitalic, underline, nounderline, blink, noblink, reverse, noreverse,             // decoration
-        concealed, crossed,                                                                       // past the record
-        grey, red, green, yellow, blue, magenta, cyan, white, black,                              // foreground
-        on_grey, on_red, on_green, on_yellow, on_blue, on_magenta, on_cyan, on_white, on_black,   // background
-        csi::show, csi::hide, csi::cls, csi::clr, csi::clear, csi::dsr, csi::scp, csi::rcp,       // controls
+        adjust, push, pull, normal, reset,
+        bold, thin, dark, lite, bright,
+        italic, noitalic, underline, nounderline, blink, noblink, reverse, noreverse,
+        concealed, crossed,
+        grey, red, green, yellow, blue, magenta, cyan, white, black,
+        on_grey, on_red, on_green, on_yellow, on_blue, on_magenta, on_cyan, on_white, on_black,
+        csi::show, csi::hide, csi::cls, csi::clr, csi::clear, csi::dsr, csi::scp, csi::rcp,
         ColorTheme::_default_text, ColorTheme::_help, ColorTheme::_commandLine, ColorTheme::_status,
         colorized_crossplatform_template, colorized_platformspecific_template, test_pattern_supported_m_codes,
         colorize, nocolorize, // not gated, but without a text of their own
     };
+    // clang-format on
     for (Manipulator* const manipulator : gated) {
         EXPECT_EQ(text_of(manipulator), "");
     }

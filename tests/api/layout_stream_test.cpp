@@ -23,9 +23,9 @@ constexpr std::size_t string_size = sizeof(std::string);
 // ---------------------------------------------------------------------------------------------
 
 template <class Guard>
-constexpr bool stays_in_its_scope =
-    std::is_default_constructible_v<Guard> && !std::is_copy_constructible_v<Guard> && !std::is_move_constructible_v<Guard> &&
-    !std::is_copy_assignable_v<Guard> && !std::is_move_assignable_v<Guard> && !std::is_polymorphic_v<Guard>;
+constexpr bool stays_in_its_scope = std::is_default_constructible_v<Guard> && !std::is_copy_constructible_v<Guard> &&
+                                    !std::is_move_constructible_v<Guard> && !std::is_copy_assignable_v<Guard> &&
+                                    !std::is_move_assignable_v<Guard> && !std::is_polymorphic_v<Guard>;
 
 static_assert(stays_in_its_scope<UseColorMode> && std::is_empty_v<UseColorMode>);
 static_assert(stays_in_its_scope<NoColorMode> && std::is_empty_v<NoColorMode>);
@@ -48,14 +48,15 @@ TEST(Layout, FrillsGuardsHoldTheModeThatTheyPutBack)
 
 template <class Struct, std::size_t Fields>
 constexpr bool holds_ints =
-    std::is_aggregate_v<Struct> && std::is_trivial_v<Struct> && std::is_standard_layout_v<Struct> &&
-    sizeof(Struct) == Fields * sizeof(int);
+    sizeof(Struct) == Fields * sizeof(int) &&
+    std::conjunction_v<std::is_aggregate<Struct>, std::is_trivial<Struct>, std::is_standard_layout<Struct>>;
 
 static_assert(holds_ints<color, 1> && std::is_same_v<decltype(color::code), int>);
 static_assert(holds_ints<on_color, 1> && std::is_same_v<decltype(on_color::code), int>);
 static_assert(holds_ints<parameters_template, 1> && std::is_same_v<decltype(parameters_template::code), int>);
 static_assert(holds_ints<rgb, 3> && offsetof(rgb, r) == 0 && offsetof(rgb, g) == 4 && offsetof(rgb, b) == 8);
-static_assert(holds_ints<on_rgb, 3> && offsetof(on_rgb, r) == 0 && offsetof(on_rgb, g) == 4 && offsetof(on_rgb, b) == 8);
+static_assert(holds_ints<on_rgb, 3> && offsetof(on_rgb, r) == 0 && offsetof(on_rgb, g) == 4 &&
+              offsetof(on_rgb, b) == 8);
 
 static_assert(holds_ints<csi::ed, 1> && std::is_same_v<decltype(csi::ed::n), int>);
 static_assert(holds_ints<csi::el, 1> && std::is_same_v<decltype(csi::el::n), int>);

@@ -13,6 +13,8 @@ fail()
     exit 1
 }
 
+[ -r "$library" ] || fail 'is not there'
+
 exported() { nm --dynamic --defined-only "$library"; }
 
 dynamic() { readelf --dynamic --wide "$library"; }
@@ -45,8 +47,9 @@ links)
     done
     ;;
 needed)
-    others=$(dynamic | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' |
-        grep -vxE 'libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6' || true)
+    needed=$(dynamic | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
+    grep -x 'libc\.so\.6' <<<"$needed" >/dev/null || fail "needs no C library, but:" $needed
+    others=$(grep -vxE 'libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6' <<<"$needed" || true)
     [ -z "$others" ] || fail 'needs more than the C and C++ runtime:' $others
     ;;
 immediate-binding)

@@ -32,11 +32,11 @@ using namespace std::string_literals;
 std::string const bar_frames = "|/-\\";
 std::string const no_frames;
 
-// What a string stream receives in a fresh process, which may use one second of processor time.
+// What a string stream receives in a fresh process, which may use two seconds of processor time.
 std::string drawn(std::function<void(std::ostream&)> const& body)
 {
     auto const run = on_pipe([&] {
-        rlimit const limit = {1, 1};
+        rlimit const limit = {2, 2};
         setrlimit(RLIMIT_CPU, &limit);
         std::ostringstream os;
         body(os);

@@ -514,7 +514,7 @@ TEST(Delay, TakesItsTimeOnATerminal)
 TEST(Delay, ReturnsAtOnceWhereTheGateRefuses)
 {
     auto const count_readings = [](std::ostream& os) {
-        clock_readings = 0;
+        advance_clock_by(std::chrono::seconds(1));
         os << csi::delay{10'000};
         report(std::to_string(clock_readings) + " readings, ");
     };
@@ -554,7 +554,7 @@ Screen screen_after(std::function<void(std::ostream&)> const& body)
 TEST(Csi, MovesTheCursor)
 {
     auto const position = [](auto const&... moves) {
-        return screen_after([&](std::ostream& os) { (os << csi::cup{10, 20} << ... << moves); }).cursor();
+        return screen_after([&](std::ostream& os) { ((os << csi::cup{10, 20}) << ... << moves); }).cursor();
     };
     EXPECT_EQ(position(), (Position{9, 19}));
     EXPECT_EQ(position(csi::hvp{3, 7}), (Position{2, 6}));

@@ -674,7 +674,7 @@ TEST(Animation, NeverWaitsOffATerminal)
 {
     for (auto const pattern : {test_pattern_status_line, test_pattern_progress_line}) {
         auto const readings = [&](std::ostream& os) {
-            clock_readings = 0;
+            let_waits_end_at_once();
             pattern(os);
             report(std::to_string(clock_readings) + " ");
         };

@@ -18,7 +18,7 @@ inline std::function<std::int64_t(std::int64_t)> made_up_time;
 /// How often the clock has been read.
 inline std::int64_t clock_readings = 0;
 
-/// Makes up a clock that advances at each reading.
+/// Makes up a clock that advances at each reading. It has not been read yet.
 inline void advance_clock_by(std::chrono::nanoseconds step)
 {
     made_up_time = [step](std::int64_t n) { return n * step.count(); };
