@@ -1,0 +1,95 @@
+// logger: writes time-stamped lines to standard error, each in the colours of its level.
+//
+//     logger < lines
+//
+// A line starts with its level, "error: ", "warning: " or "debug: "; any other line is information. Copy
+// class Log: it may be used by any number of threads.
+#include <kestry/hueline_classic.hpp>
+
+#include "colour_policy.hpp"
+
+#include <iostream>
+#include <mutex>
+#include <string>
+
+namespace {
+
+enum class Level { debug, info, warning, error };
+
+class Log {
+public:
+    Log(std::ostream& stream, bool in_colour) : os(stream) { colours.useColor(in_colour); }
+
+    // The whole line in one insertion, so that a stream without a buffer writes it at once and other
+    // processes cannot come between. The lock also covers the string interface: its switch has none.
+    void write(Level level, std::string const& text)
+    {
+        std::lock_guard<std::mutex> const lock(mutex);
+        std::string const plain = kestry::ColorTheme::defaultOperatingSystemText(); // nothing else ends a colour
+        os << kestry::Hueline::current_time() + plain + ' ' + themed(level) + plain + ' ' + harmless(text) + '\n';
+        os.flush();
+    }
+
+private:
+    static std::string themed(Level level)
+    {
+        switch (level) {
+        case Level::debug:
+            return kestry::ColorTheme::seperator("debug  ");
+        case Level::info:
+            return kestry::ColorTheme::app_title("info   ");
+        case Level::warning:
+            return kestry::ColorTheme::info("warning");
+        case Level::error:
+            break;
+        }
+        return kestry::ColorTheme::alert("error  ");
+    }
+
+    // What a log is told may come from anywhere. Control characters could recolour the terminal or
+    // forge a line: those of ASCII and, in UTF-8, U+0080 to U+009F, which are 0xc2 and a second byte.
+    static std::string harmless(std::string text)
+    {
+        unsigned char before = 0;
+        for (char& c : text) {
+            auto const byte = static_cast<unsigned char>(c);
+            bool const is_control = byte < 0x20 || byte == 0x7f || (before == 0xc2 && byte >= 0x80 && byte <= 0x9f);
+            c = is_control ? '?' : c;
+            before = byte;
+        }
+        return text;
+    }
+
+    std::mutex mutex;
+    std::ostream& os;
+    kestry::Hueline colours; // puts the switch back when the log goes, so it has to live as long
+};
+
+// Takes the level off the head of a line.
+Level take_level(std::string& line)
+{
+    struct Head {
+        char const* text;
+        Level level;
+    };
+    for (Head const& known : {Head{"error: ", Level::error}, {"warning: ", Level::warning}, {"debug: ", Level::debug}}) {
+        std::string const head = known.text;
+        if (line.compare(0, head.size(), head) == 0) {
+            line.erase(0, head.size());
+            return known.level;
+        }
+    }
+    return Level::info;
+}
+
+} // namespace
+
+int main()
+{
+    // The string interface asks no terminal: that is for the caller to do.
+    Log log(std::cerr, colour_policy::is_wanted(STDERR_FILENO));
+    for (std::string line; std::getline(std::cin, line);) {
+        Level const level = take_level(line);
+        log.write(level, line);
+    }
+}

@@ -1,0 +1,62 @@
+# Turns the names in the tables of docs/coming-from.md into C++, so that none of them can be wrong.
+#     awk -v interface=stream -f coming_from.awk docs/coming-from.md > coming_from_stream.cpp
+#
+# Each text between backticks in the column "stream interface", or "string interface", up to a colon in the
+# cell, becomes an insertion into a stream. Those that stand beside an escape string also go into a table of
+# what writes what; of the stream interface only the controls do, since a style writes the whole record.
+
+function note(bytes, expression)
+{
+    if (interface == "strings" || expression ~ /^csi::/) {
+        table = table "{R\"(" bytes ")\", [](std::ostream& os) { " in_colour "os << " expression "; }},\n"
+    }
+}
+
+BEGIN {
+    FS = " *[|] *"
+    in_colour = interface == "stream" ? "os << colorize; " : "Hueline colours; colours.useColor(true); "
+    heading = interface == "stream" ? "stream interface" : "string interface"
+    print "#include \"kestry/hueline_" (interface == "stream" ? "stream" : "classic") ".hpp\""
+    print "#include \"examples/coming_from.hpp\""
+    print "#include <ostream>"
+    print (interface == "stream" ? "using namespace kestry::Hueline;" : "using namespace kestry;")
+}
+
+!/^[|]/ { column = 0 }
+
+/^[|]/ && column == 0 {
+    column = -1
+    for (i = 2; i < NF; ++i) {
+        if ($i == heading) {
+            column = i
+        }
+    }
+    has_bytes = $2 == "escape string"
+    next
+}
+
+/^[|]/ && column > 0 && !/^[|]--/ {
+    cell = $column
+    sub(/`:.*/, "`", cell)
+    # Every second piece stands between backticks.
+    count = split(cell, piece, "`")
+    if (piece[1] != "" || count < 3) {
+        next # such as "none"
+    }
+    for (i = 2; i <= count; i += 2) {
+        insertions = insertions "#line " FNR " \"" FILENAME "\"\nos << (" piece[i] ");\n"
+    }
+    if (has_bytes) {
+        known = split($2, bytes, "`")
+        for (i = 2; i <= count; i += 2) {
+            note(bytes[i <= known ? i : 2], piece[i]) # one escape string may have several names
+        }
+    }
+}
+
+END {
+    print "namespace hueline::test {"
+    print "void insert_" interface "_names(std::ostream& os)\n{\n" insertions "}"
+    print "std::vector<Name> " interface "_names()\n{\nreturn {\n" table "};\n}"
+    print "} // namespace hueline::test"
+}

@@ -1,0 +1,27 @@
+/// \file
+/// The names in the tables of docs/coming-from.md, as coming_from.awk finds them.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+namespace hueline::test {
+
+/// Something that stands beside the escape string that it writes.
+struct Name {
+    std::string bytes; ///< In the notation of readable().
+    void (*insert)(std::ostream& os);
+};
+
+std::vector<Name> stream_names();
+std::vector<Name> strings_names();
+
+/// \name All names
+/// Insert every name of the tables.
+/// \{
+void insert_stream_names(std::ostream& os);
+void insert_strings_names(std::ostream& os);
+/// \}
+
+} // namespace hueline::test

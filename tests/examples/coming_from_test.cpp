@@ -1,0 +1,44 @@
+#include "examples/coming_from.hpp"
+#include "support/process.hpp"
+#include "support/readable.hpp"
+
+#include <iostream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+
+// That each name exists is shown by this program, which could not be built otherwise.
+TEST(ComingFrom, NamesWriteNothingIntoAPipe)
+{
+    Outcome const run = on_pipe([] {
+        insert_stream_names(std::cout);
+        insert_strings_names(std::cout);
+    });
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(ComingFrom, StringsEqualTheEscapeStringsBesideThem)
+{
+    EXPECT_FALSE(strings_names().empty());
+    for (Name const& name : strings_names()) {
+        std::ostringstream text;
+        name.insert(text);
+        EXPECT_EQ(readable(text.str()), name.bytes);
+    }
+}
+
+TEST(ComingFrom, ControlsWriteTheEscapeStringsBesideThem)
+{
+    EXPECT_FALSE(stream_names().empty());
+    for (Name const& name : stream_names()) {
+        Outcome const run = on_terminal([&name] { name.insert(std::cout); });
+        EXPECT_EQ(readable(run.out), name.bytes);
+    }
+}
+
+} // namespace

@@ -1,0 +1,106 @@
+#include "examples/files.hpp"
+#include "support/process.hpp"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+
+Sinks const on_pipes = {Sink::pipe, Sink::pipe};
+Sinks const on_terminals = {Sink::terminal, Sink::terminal};
+std::string const capture = examples / "frame_monitor.capture";
+
+// Text that is as long as the literal, null bytes included.
+template <std::size_t size>
+std::string bytes(char const (&literal)[size])
+{
+    return {literal, size - 1};
+}
+
+Outcome monitor(std::string const& input) { return run_program(on_pipes, {EXAMPLE}, {.input = input}); }
+
+TEST(FrameMonitor, ShowsTheSampleCapture)
+{
+    Outcome const run = run_program(on_pipes, {EXAMPLE, capture});
+    EXPECT_EQ(run.out, contents_of("frame_monitor.expected"));
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 1); // frames in it are damaged
+}
+
+TEST(FrameMonitor, ShowsTheSampleCaptureInColour)
+{
+    Launch const launch = {.environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm"}};
+    Outcome const run = run_program(on_terminals, {EXAMPLE, capture}, launch);
+    EXPECT_EQ(readable_lines(run.out), contents_of("frame_monitor.terminal.expected"));
+}
+
+TEST(FrameMonitor, ReadsStandardInput)
+{
+    Outcome const run = monitor(contents_of("frame_monitor.capture"));
+    EXPECT_EQ(run.out, contents_of("frame_monitor.expected"));
+    EXPECT_EQ(run.status, 1);
+}
+
+// 0xc1f3 is what Python's binascii.crc_hqx gives for the five bytes before it, starting with 0xffff.
+TEST(FrameMonitor, ExitsWithZeroIfAllFramesAreSound)
+{
+    Outcome const run = monitor("\x10\x07ID?\xc1\xf3");
+    EXPECT_EQ(run.out, "request   10 07 49 44 3f c1 f3 \n");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(FrameMonitor, TakesAnEmptyCaptureAsSound)
+{
+    Outcome const run = monitor("");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(FrameMonitor, FindsAnyDamagedBit)
+{
+    std::string const frame = "\x10\x07ID?\xc1\xf3";
+    for (std::size_t bit = 0; bit < 8 * frame.size(); ++bit) {
+        SCOPED_TRACE(bit);
+        std::string damaged = frame;
+        damaged[bit / 8] = static_cast<char>(damaged[bit / 8] ^ (1 << bit % 8));
+        Outcome const run = monitor(damaged + frame);
+        EXPECT_EQ(run.out.rfind("damaged   ", 0), 0U);
+        EXPECT_EQ(run.out.substr(run.out.find('\n') + 1), "request   10 07 49 44 3f c1 f3 \n");
+        EXPECT_EQ(run.status, 1);
+    }
+}
+
+TEST(FrameMonitor, FindsTheFrameBehindOneStrayByte)
+{
+    EXPECT_EQ(monitor("\x55\x10\x07ID?\xc1\xf3").out, "damaged   55 \nrequest   10 07 49 44 3f c1 f3 \n");
+}
+
+TEST(FrameMonitor, ReadsNoFrameFromACountThatIsTooSmallOrTooLarge)
+{
+    EXPECT_EQ(monitor(bytes("\x10\x00\xff\xff")).out, "damaged   10 00 ff ff \n"); // 0xffff: of no bytes
+    EXPECT_EQ(monitor(bytes("\x10\x02\x00\x00")).out, "damaged   10 02 00 00 \n");
+    EXPECT_EQ(monitor(bytes("\x10\x08ID?\xc1\xf3")).out, "damaged   10 08 49 44 3f c1 f3 \n");
+    EXPECT_EQ(monitor(bytes("\x10")).out, "damaged   10 \n");
+    EXPECT_EQ(monitor(bytes("\x00\xff\x39\xe3")).out, "damaged   00 ff 39 e3 \n"); // 0x39e3: of all there is
+}
+
+TEST(FrameMonitor, SaysWhatItCannotDo)
+{
+    Outcome const missing = run_program(on_pipes, {EXAMPLE, "/nonexistent"});
+    EXPECT_EQ(missing.err, "frame_monitor: cannot read the capture\n");
+    EXPECT_EQ(missing.status, 2);
+    Outcome const folder = run_program(on_pipes, {EXAMPLE, "/"});
+    EXPECT_EQ(folder.err, "frame_monitor: cannot read the capture\n");
+    EXPECT_EQ(folder.status, 2);
+    Outcome const full = run_program({Sink::full, Sink::pipe}, {EXAMPLE, capture});
+    EXPECT_EQ(full.err, "frame_monitor: cannot write\n");
+    EXPECT_EQ(full.status, 2);
+    Outcome const misused = run_program(on_pipes, {EXAMPLE, capture, capture});
+    EXPECT_EQ(misused.err, "frame_monitor: usage: frame_monitor [CAPTURE]\n");
+    EXPECT_EQ(misused.status, 2);
+}
+
+} // namespace

@@ -1,0 +1,127 @@
+# Turns the snippets of docs/recipes.md into C++: a function for each, and a table of what each writes.
+#     awk -v interface=stream -f recipes.awk docs/recipes.md > recipes_stream.cpp
+#
+# A snippet is a block that opens with "```cpp stream" or "```cpp strings". The block after it opens with
+# "```text" and says what is written where, in the notation of readable(): "on a terminal: bytes". A line
+# that starts with a blank goes on with the line before it.
+
+function fail(why)
+{
+    print FILENAME ":" FNR ": " why > "/dev/stderr"
+    failed = 1
+    exit 1
+}
+
+# The place that a line of a result starts with, or "" if it starts with none.
+function place_of(line,    i)
+{
+    for (i = 1; i <= 5; ++i) {
+        if (index(line, places[i] ": ") == 1) {
+            return places[i]
+        }
+    }
+    return ""
+}
+
+function raw(text) { return "R\"bytes(" text ")bytes\"" }
+
+# What the snippet writes to a place that has a name of its own, or to all.
+function written(place, is_output)
+{
+    if (place in result) {
+        return raw(result[place])
+    }
+    return raw(is_output ? result["anywhere"] : "")
+}
+
+BEGIN {
+    split("on a terminal|in a pipe|standard error on a terminal|standard error in a pipe|anywhere", places, "|")
+    kind = ""      # of the snippet that is being read, or whose result is to come
+    block = ""     # "code" or "result"
+    header = interface == "stream" ? "stream" : "classic"
+    print "#include \"kestry/hueline_" header ".hpp\""
+    print "#include \"examples/recipes.hpp\""
+    print "#include \"examples/recipes_include.hpp\""
+    print "namespace {"
+    print interface == "stream" ? "using namespace kestry::Hueline;" : "using namespace kestry;"
+}
+
+block == "" && /^### / {
+    heading = tolower(substr($0, 5))
+    gsub(/[^a-z0-9]+/, "_", heading)
+    sub(/^_/, "", heading)
+    sub(/_$/, "", heading)
+    snippets = 0
+}
+
+block == "" && /^```cpp/ {
+    if (kind != "") {
+        fail("the snippet before this one has no result")
+    }
+    if ($2 != "stream" && $2 != "strings") {
+        fail("a snippet is of \"stream\" or of \"strings\"")
+    }
+    kind = $2
+    block = "code"
+    code = ""
+    first_line = FNR + 1
+    next
+}
+
+block == "" && /^```text/ {
+    if (kind == "") {
+        fail("a result without a snippet")
+    }
+    block = "result"
+    place = ""
+    split("", result)
+    next
+}
+
+block == "code" && /^```$/ {
+    block = ""
+    next
+}
+
+block == "result" && /^```$/ {
+    block = ""
+    ++snippets
+    if (kind == interface) {
+        name = heading "_" snippets
+        print "void " name "()\n{\n#line " first_line " \"" FILENAME "\"\n" code "}"
+        table = table "{\"" name "\", " name ", " written("on a terminal", 1) ", " written("in a pipe", 1) ", " \
+            written("standard error on a terminal", 0) ", " written("standard error in a pipe", 0) "},\n"
+    }
+    kind = ""
+    next
+}
+
+block == "code" { code = code $0 "\n" }
+
+block == "result" {
+    if (/^ /) {
+        sub(/^ +/, "")
+        result[place] = result[place] $0
+    } else {
+        place = place_of($0)
+        if (place == "") {
+            fail("no place is called so")
+        }
+        text = substr($0, length(place) + 2)
+        sub(/^ +/, "", text)
+        result[place] = text
+    }
+}
+
+END {
+    if (failed) {
+        exit 1
+    }
+    if (block != "" || kind != "") {
+        fail("the last snippet is not complete")
+    }
+    print "} // namespace"
+    print "namespace hueline::test {"
+    print "std::vector<Recipe> " interface "_recipes()\n{\nreturn {\n" table "};\n}"
+    print "} // namespace hueline::test"
+}
