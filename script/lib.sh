@@ -2,6 +2,9 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+for_build=(g++ cmake ninja-build)
+for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev)
+
 say() { printf '%s\n' "$*" >&2; }
 
 die()

@@ -74,7 +74,7 @@ TEST(Codes, AreWrittenInDecimal)
     }
 }
 
-TEST(Codes, AreNothingWithoutColor)
+TEST(Codes, AreNothingWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -85,7 +85,7 @@ TEST(Codes, AreNothingWithoutColor)
     }
 }
 
-TEST(TrueColor, HasItsNumbersInDecimal)
+TEST(TrueColour, HasItsNumbersInDecimal)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::color(10, 20, 30)), R"(\e[38;2;10;20;30m)");
@@ -103,7 +103,7 @@ TEST(TrueColor, HasItsNumbersInDecimal)
     EXPECT_EQ(readable(Hueline::color_bg(INT_MAX, 256, INT_MIN)), R"(\e[48;2;2147483647;256;-2147483648m)");
 }
 
-TEST(TrueColor, IsNothingWithoutColor)
+TEST(TrueColour, IsNothingWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -118,6 +118,7 @@ struct Vga {
     char const* sequence;
 };
 
+// clang-format off
 Vga const vga_colors[] = {
     {HexColor_VGA::black, R"(\e[48;2;0;0;0m)"},
     {HexColor_VGA::maroon, R"(\e[48;2;128;0;0m)"},
@@ -136,8 +137,9 @@ Vga const vga_colors[] = {
     {HexColor_VGA::aqua, R"(\e[48;2;0;255;255m)"},
     {HexColor_VGA::white, R"(\e[48;2;255;255;255m)"},
 };
+// clang-format on
 
-TEST(VgaColor, IsATrueColorBackground)
+TEST(VgaColour, IsATrueColourBackground)
 {
     InMode const mode(Mode::on);
     int value = 0;
@@ -147,7 +149,7 @@ TEST(VgaColor, IsATrueColorBackground)
     }
 }
 
-TEST(VgaColor, IsNothingWithoutColor)
+TEST(VgaColour, IsNothingWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -157,7 +159,7 @@ TEST(VgaColor, IsNothingWithoutColor)
     }
 }
 
-TEST(VgaColor, OutOfRangeThrowsWithColorAndWithout)
+TEST(VgaColour, OutOfRangeThrowsWithColourAndWithout)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
@@ -172,7 +174,7 @@ TEST(VgaColor, OutOfRangeThrowsWithColorAndWithout)
 // Bytes and texts
 // ---------------------------------------------------------------------------------------------
 
-TEST(ColoredByte, IsTheSequenceAndTwoDigits)
+TEST(ColouredByte, IsTheSequenceAndTwoDigits)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::color(HexColor::cyan, 0x0a)), R"(\e[36m0a)");
@@ -188,7 +190,7 @@ TEST(ColoredByte, IsTheSequenceAndTwoDigits)
     }
 }
 
-TEST(ColoredByte, IsTheDigitsAloneWithoutColor)
+TEST(ColouredByte, IsTheDigitsAloneWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -202,7 +204,7 @@ TEST(ColoredByte, IsTheDigitsAloneWithoutColor)
     }
 }
 
-TEST(ColoredText, IsTheSequenceAndTheText)
+TEST(ColouredText, IsTheSequenceAndTheText)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::color(HexColor::red, "x")), R"(\e[31mx)");
@@ -215,7 +217,7 @@ TEST(ColoredText, IsTheSequenceAndTheText)
     }
 }
 
-TEST(ColoredText, IsTheTextAloneWithoutColor)
+TEST(ColouredText, IsTheTextAloneWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -226,7 +228,7 @@ TEST(ColoredText, IsTheTextAloneWithoutColor)
     }
 }
 
-TEST(ColoredText, HasAnyCode)
+TEST(ColouredText, HasAnyCode)
 {
     InMode const mode(Mode::on);
     for (Code const& c : codes) {

@@ -76,7 +76,7 @@ TEST(Switches, AreOffAtLoad)
     EXPECT_EQ(run.report, "no color frills no color");
 }
 
-TEST(Switches, UseColorOnlyWithoutNoFrills)
+TEST(Switches, UseColourOnlyWithoutNoFrills)
 {
     InMode const mode(Mode::off);
     Hueline h;
@@ -118,7 +118,7 @@ TEST(Switches, BelongToTheProcessNotToTheObject)
     EXPECT_FALSE(one.isUsingColor());
 }
 
-TEST(CursorStrings, AreEmptyWithoutColor)
+TEST(CursorStrings, AreEmptyWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -127,7 +127,7 @@ TEST(CursorStrings, AreEmptyWithoutColor)
     }
 }
 
-TEST(CursorStrings, SetAndResetTheModeWithColor)
+TEST(CursorStrings, SetAndResetTheModeWithColour)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::hide_cursor()), R"(\e[?25l)");
@@ -138,7 +138,7 @@ TEST(CursorStrings, SetAndResetTheModeWithColor)
 // Flips
 // ---------------------------------------------------------------------------------------------
 
-TEST(Flip, TurnsColorOnAndUnflipTurnsItOff)
+TEST(Flip, TurnsColourOnAndUnflipTurnsItOff)
 {
     InMode const mode(Mode::off);
     {
@@ -151,7 +151,7 @@ TEST(Flip, TurnsColorOnAndUnflipTurnsItOff)
     EXPECT_FALSE(Hueline::isUsingColor());
 }
 
-TEST(Flip, TurnsColorOffAndUnflipTurnsItOn)
+TEST(Flip, TurnsColourOffAndUnflipTurnsItOn)
 {
     InMode const mode(Mode::on);
     {
@@ -353,7 +353,7 @@ TEST(ColorizerObject, LeavesNoFrillsModeAsItIs)
     }
 }
 
-TEST(ColorizerObject, RemembersTheSwitchNotWhetherColorIsInUse)
+TEST(ColorizerObject, RemembersTheSwitchNotWhetherColourIsInUse)
 {
     InMode const mode(Mode::no_frills);
     {
@@ -363,7 +363,7 @@ TEST(ColorizerObject, RemembersTheSwitchNotWhetherColorIsInUse)
     EXPECT_TRUE(color_switch());
 }
 
-TEST(ColorizerObject, AsATemporaryUndoesItsOwnUseColor)
+TEST(ColorizerObject, AsATemporaryUndoesItsOwnUseColour)
 {
     InMode const mode(Mode::off);
     Hueline().useColor(true);
@@ -519,9 +519,10 @@ TEST(Insertion, WritesTheTextOfADerivedObjectWhateverTheSwitches)
 TEST(Insertion, PadsAsTheStandardOneOfATextDoes)
 {
     std::ostringstream os;
-    os << std::setfill('.') << std::setw(4) << Text("ab") << Text("cd") << std::left << std::setw(4) << Text("ef") << '|'
-       << std::setw(3) << Hueline() << '|' << std::setw(1) << Text("gh");
-    EXPECT_EQ(os.str(), "..abcdef..|...|gh");
+    os << std::setfill('.') << std::setw(4) << Text("ab") << Text("cd") << '|';
+    os << std::left << std::setw(4) << Text("ef") << '|';
+    os << std::setw(3) << Hueline() << '|' << std::setw(1) << Text("gh");
+    EXPECT_EQ(os.str(), "..abcd|ef..|...|gh");
     EXPECT_EQ(os.width(), 0);
 }
 

@@ -72,8 +72,8 @@ private:
     void write_source(LocaleFacts const& facts) const
     {
         std::ofstream file(path("source"));
-        file << "LC_CTYPE\nspace <U0009>;<U000A>;<U000B>;<U000C>;<U000D>;<U0020>"
-             << (facts.space.empty() ? "" : ";") << facts.space << "\nEND LC_CTYPE\n"
+        file << "LC_CTYPE\nspace <U0009>;<U000A>;<U000B>;<U000C>;<U000D>;<U0020>" << (facts.space.empty() ? "" : ";")
+             << facts.space << "\nEND LC_CTYPE\n"
              << "LC_TIME\nt_fmt \"" << facts.time << "\"\n"
              << R"(d_fmt "%d"
 d_t_fmt "%d %H"

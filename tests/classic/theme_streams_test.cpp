@@ -11,7 +11,6 @@
 #include <iostream>
 #include <sstream>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -50,6 +49,7 @@ struct Themed {
     char const* record_refused; // styled as well, but the theme went to a stream without colour
 };
 
+// clang-format off
 Themed const every_theme[] = {
     {"app_title", put(app_title("text")), "text",
      R"(\e[00m\e[1m\e[32mtext)", R"(\e[00m\e[1m\e[32m)",
@@ -57,7 +57,8 @@ Themed const every_theme[] = {
      R"(\e[00m\e[4m\e[44m)"},
     {"alert", put(alert("text")), "text",
      R"(\e[00m\e[1m\e[31m\e[00m\e[1m\e[31mtext\e[00m\e[1m\e[2m\e[31m)", R"(\e[00m\e[1m\e[2m\e[31m)",
-     R"(\e[00m\e[4m\e[31m\e[44m\e[00m\e[1m\e[4m\e[31m\e[44mtext\e[00m\e[1m\e[2m\e[4m\e[31m\e[44m)", R"(\e[00m\e[1m\e[2m\e[4m\e[31m\e[44m)",
+     R"(\e[00m\e[4m\e[31m\e[44m\e[00m\e[1m\e[4m\e[31m\e[44mtext\e[00m\e[1m\e[2m\e[4m\e[31m\e[44m)",
+     R"(\e[00m\e[1m\e[2m\e[4m\e[31m\e[44m)",
      R"(\e[00m\e[1m\e[2m\e[4m\e[44m)"},
     {"info", put(info("text")), "text",
      R"(\e[00m\e[1m\e[33mtext)", R"(\e[00m\e[1m\e[33m)",
@@ -85,7 +86,8 @@ Themed const every_theme[] = {
      R"(\e[00m\e[4m\e[44m)"},
     {"cursor", put(cursor("text")), "text",
      R"(\e[00m\e[1m\e[36m\e[00m\e[1m\e[36mtext\e[00m\e[1m\e[2m\e[36m)", R"(\e[00m\e[1m\e[2m\e[36m)",
-     R"(\e[00m\e[4m\e[36m\e[44m\e[00m\e[1m\e[4m\e[36m\e[44mtext\e[00m\e[1m\e[2m\e[4m\e[36m\e[44m)", R"(\e[00m\e[1m\e[2m\e[4m\e[36m\e[44m)",
+     R"(\e[00m\e[4m\e[36m\e[44m\e[00m\e[1m\e[4m\e[36m\e[44mtext\e[00m\e[1m\e[2m\e[4m\e[36m\e[44m)",
+     R"(\e[00m\e[1m\e[2m\e[4m\e[36m\e[44m)",
      R"(\e[00m\e[1m\e[2m\e[4m\e[44m)"},
     {"commandLine", put(commandLine("text")), "text",
      R"(\e[00m\e[1m\e[37mtext\e[00m\e[25h)", R"(\e[00m\e[1m)",
@@ -101,7 +103,8 @@ Themed const every_theme[] = {
      R"(\e[00m\e[4m\e[44m)"},
     {"name", put(name("text")), "text",
      R"(\e[00m\e[1m\e[37m\e[00m\e[1m\e[37mtext\e[00m\e[1m\e[2m\e[37m)", R"(\e[00m\e[1m\e[2m\e[37m)",
-     R"(\e[00m\e[4m\e[37m\e[44m\e[00m\e[1m\e[4m\e[37m\e[44mtext\e[00m\e[1m\e[2m\e[4m\e[37m\e[44m)", R"(\e[00m\e[1m\e[2m\e[4m\e[37m\e[44m)",
+     R"(\e[00m\e[4m\e[37m\e[44m\e[00m\e[1m\e[4m\e[37m\e[44mtext\e[00m\e[1m\e[2m\e[4m\e[37m\e[44m)",
+     R"(\e[00m\e[1m\e[2m\e[4m\e[37m\e[44m)",
      R"(\e[00m\e[1m\e[2m\e[4m\e[44m)"},
     {"_default_text", put(_default_text), "",
      R"(\e[00m\e[1m\e[32m)", R"(\e[00m\e[1m\e[32m)",
@@ -137,13 +140,16 @@ Themed const every_theme[] = {
      R"(\e[00m\e[4m\e[44m)"},
     {"request_title", put(request_title("text")), "74 65 78 74 ",
      R"(\e[00m\e[1m\e[35m\e[00m\e[1m\e[35m74 65 78 74 )", R"(\e[00m\e[1m\e[35m)",
-     R"(\e[00m\e[4m\e[35m\e[44m\e[00m\e[1m\e[4m\e[35m\e[44m74 65 78 74 )", R"(\e[00m\e[1m\e[4m\e[35m\e[44m)",
+     R"(\e[00m\e[4m\e[35m\e[44m\e[00m\e[1m\e[4m\e[35m\e[44m74 65 78 74 )",
+     R"(\e[00m\e[1m\e[4m\e[35m\e[44m)",
      R"(\e[00m\e[1m\e[4m\e[44m)"},
     {"response_title", put(response_title("text")), "74 65 78 74 ",
      R"(\e[00m\e[1m\e[35m\e[00m\e[1m\e[2m\e[35m74 65 78 74 )", R"(\e[00m\e[1m\e[2m\e[35m)",
-     R"(\e[00m\e[4m\e[35m\e[44m\e[00m\e[2m\e[4m\e[35m\e[44m74 65 78 74 )", R"(\e[00m\e[2m\e[4m\e[35m\e[44m)",
+     R"(\e[00m\e[4m\e[35m\e[44m\e[00m\e[2m\e[4m\e[35m\e[44m74 65 78 74 )",
+     R"(\e[00m\e[2m\e[4m\e[35m\e[44m)",
      R"(\e[00m\e[2m\e[4m\e[44m)"},
 };
+// clang-format on
 
 // What stands between the n-th mark and the next one.
 std::string part(std::string const& text, int n)
@@ -259,7 +265,7 @@ TEST(ThemeStream, WritesAnyText)
     }
 }
 
-TEST(ThemeStream, ShowsItsColorOnTheScreen)
+TEST(ThemeStream, ShowsItsColourOnTheScreen)
 {
     auto const run = on_terminal([] { std::cout << colorize << alert("a") << commandLine("c") << "n"; });
     Screen const screen(run.out);
@@ -277,7 +283,7 @@ TEST(ThemeStream, ShowsItsColorOnTheScreen)
 
 // A pending width belongs to the first insertion that is made: the first sequence, or the content
 // where there is none.
-TEST(ThemeStreamWidth, PadsTheContentWithoutColor)
+TEST(ThemeStreamWidth, PadsTheContentWithoutColour)
 {
     auto const run = on_pipe([] {
         auto const padded = [](auto const& theme) {
@@ -299,11 +305,13 @@ TEST(ThemeStreamWidth, PadsTheContentWithoutColor)
     EXPECT_EQ(run.report, ".....t|.....t|.....t|......|.....t|.....7|....07|....07|....00 07 |...74 |");
 }
 
-TEST(ThemeStreamWidth, PadsTheFirstSequenceWithColor)
+TEST(ThemeStreamWidth, PadsTheFirstSequenceWithColour)
 {
     auto const run = on_terminal([] {
-        std::cout << colorize << std::setfill('.') << std::setw(7) << app_title("t") << "|" << std::setw(7) << path(std::uint32_t{7})
-                  << "|" << std::left << std::setw(7) << crc(std::uint16_t{7}) << "|";
+        std::cout << colorize << std::setfill('.');
+        std::cout << std::setw(7) << app_title("t") << "|";
+        std::cout << std::setw(7) << path(std::uint32_t{7}) << "|";
+        std::cout << std::left << std::setw(7) << crc(std::uint16_t{7}) << "|";
     });
     EXPECT_EQ(part(run.out, 0), R"(..\e[00m\e[1m\e[32mt)");
     EXPECT_EQ(part(run.out, 1), R"(..\e[00m\e[1m\e[36m7)");
@@ -313,11 +321,13 @@ TEST(ThemeStreamWidth, PadsTheFirstSequenceWithColor)
 TEST(ThemeStreamPath, OfANumberIsInDecimalAndLeavesTheStreamSo)
 {
     auto const run = on_pipe([] {
-        for (auto const base : {std::ios_base::hex, std::ios_base::oct, std::ios_base::dec, std::ios_base::fmtflags{}}) {
+        using std::ios_base;
+        for (auto const base : {ios_base::hex, ios_base::oct, ios_base::dec, ios_base::fmtflags{}}) {
             std::ostringstream os;
-            os.setf(base, std::ios_base::basefield);
+            os.setf(base, ios_base::basefield);
             os << path(std::uint32_t{255}) << " " << 255;
-            report(os.str() + ((os.flags() & std::ios_base::basefield) == std::ios_base::dec ? " decimal|" : " other|"));
+            bool const decimal = (os.flags() & ios_base::basefield) == ios_base::dec;
+            report(os.str() + (decimal ? " decimal|" : " other|"));
         }
     });
     EXPECT_EQ(run.report, "255 255 decimal|255 255 decimal|255 255 decimal|255 255 decimal|");
@@ -407,8 +417,10 @@ TEST(ThemeStreamField, IsDumpedWhateverTheStreamsFormat)
     auto const run = on_pipe([] {
         std::ostringstream os;
         os.imbue(grouping_locale());
-        os << std::uppercase << std::showbase << std::oct << immediate_destination(0xab) << " " << total_count(0x00) << " "
-           << crc(std::uint8_t{0xcd}) << " " << crc(std::uint16_t{0xef01}) << request_title("\xfe") << response_title("\0"s);
+        os << std::uppercase << std::showbase << std::oct;
+        os << immediate_destination(0xab) << " " << total_count(0x00) << " ";
+        os << crc(std::uint8_t{0xcd}) << " " << crc(std::uint16_t{0xef01});
+        os << request_title("\xfe") << response_title("\0"s);
         report(os.str());
     });
     EXPECT_EQ(run.report, "ab 00 cd ef 01 fe 00 ");

@@ -58,7 +58,7 @@ OfNothing const of_nothing[] = {
 
 std::string const texts[] = {"", "x", "two words", "a\0b\0"s, "\x1b[0m\xff\n", std::string(1000, 'x')};
 
-TEST(ThemeString, OfATextHasItsColors)
+TEST(ThemeString, OfATextHasItsColours)
 {
     InMode const mode(Mode::on);
     for (OfText const& t : of_texts) {
@@ -68,7 +68,7 @@ TEST(ThemeString, OfATextHasItsColors)
     }
 }
 
-TEST(ThemeString, OfATextIsTheTextWithoutColor)
+TEST(ThemeString, OfATextIsTheTextWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -88,7 +88,7 @@ TEST(ThemeString, OfNothingIsASequence)
     }
 }
 
-TEST(ThemeString, OfNothingIsEmptyWithoutColor)
+TEST(ThemeString, OfNothingIsEmptyWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -98,13 +98,20 @@ TEST(ThemeString, OfNothingIsEmptyWithoutColor)
     }
 }
 
-TEST(ThemeString, OfAFewTextsIs)
+TEST(ThemeString, EndsItsColourForACommandLineOnly)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(ColorTheme::commandLine("ls")), R"(\e[37mls\e[0m)");
-    EXPECT_EQ(readable(ColorTheme::alert("fire")), R"(\e[1m\e[31mfire\e[2m)");
-    EXPECT_EQ(readable(ColorTheme::name("a\0b"s)), R"(\e[1m\e[33ma\x00b\e[2m)");
-    EXPECT_EQ(readable(DataTheme::request_title("AB")), R"(\e[1m\e[35mAB\e[2m)"); // the text, no dump of it
+    for (OfText const& t : of_texts) {
+        bool const ends = t.theme("ls").find("\x1b[0m") != std::string::npos;
+        EXPECT_EQ(ends, t.role == "commandLine"s) << t.role;
+    }
+}
+
+TEST(ThemeString, OfATitleHasTheTextNotADump)
+{
+    InMode const mode(Mode::on);
+    EXPECT_EQ(readable(DataTheme::request_title("AB")), R"(\e[1m\e[35mAB\e[2m)");
     EXPECT_EQ(readable(DataTheme::response_title("AB")), R"(\e[35mAB)");
 }
 
@@ -161,7 +168,7 @@ TEST(ThemeString, OfAByteIsTwoDigits)
     }
 }
 
-TEST(ThemeString, OfAByteIsTheDigitsAloneWithoutColor)
+TEST(ThemeString, OfAByteIsTheDigitsAloneWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);

@@ -14,6 +14,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <dlfcn.h>
@@ -115,7 +116,7 @@ TEST(TimeStamp, IsCyan)
     EXPECT_EQ(Hueline::time_stamp(std::string(1000, 'x')), "\x1b[36m" + std::string(1000, 'x'));
 }
 
-TEST(TimeStamp, IsTheTextAloneWithoutColor)
+TEST(TimeStamp, IsTheTextAloneWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -246,7 +247,8 @@ TEST(CurrentTime, HasUpTo79Characters)
     std::string const years = "%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y"; // 64 characters in the stamp
     {
         MadeUpLocale const locale({.time = years + "tt"});
-        EXPECT_EQ(Hueline::current_time(), "[2004-01-02.2004200420042004200420042004200420042004200420042004200420042004tt]");
+        EXPECT_EQ(Hueline::current_time(),
+                  "[2004-01-02.2004200420042004200420042004200420042004200420042004200420042004tt]");
         EXPECT_EQ(Hueline::current_time().size(), 79u);
     }
     MadeUpLocale const locale({.time = years + "ttt"});

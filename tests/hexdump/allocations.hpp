@@ -58,7 +58,10 @@ void* operator new(std::size_t size)
 {
     using namespace hueline::test;
     std::size_t const more = size_room + sizeof behind;
-    char* const all = allocations.refused || size > static_cast<std::size_t>(-1) / 4 ? nullptr : static_cast<char*>(std::malloc(size + more));
+    if (allocations.refused || size > static_cast<std::size_t>(-1) / 4) {
+        throw std::bad_alloc{};
+    }
+    char* const all = static_cast<char*>(std::malloc(size + more));
     if (all == nullptr) {
         throw std::bad_alloc{};
     }

@@ -58,7 +58,10 @@ inline Bytes mixed(std::size_t count)
 }
 
 /// Of as many bytes, no two next to each other the same.
-inline std::string separator_of(std::size_t size) { return std::string("ghijklmnopqrstuvwxyzGHIJKLMNOPQRSTUVWXYZ").substr(0, size); }
+inline std::string separator_of(std::size_t size)
+{
+    return std::string("ghijklmnopqrstuvwxyzGHIJKLMNOPQRSTUVWXYZ").substr(0, size);
+}
 
 /// Numbers of bytes of which a dump may go another way than for the next one: every small one.
 inline std::vector<std::size_t> small_sizes()

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdio>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -160,13 +161,16 @@ TEST(StreamDump, IsCutAfter19Bytes)
     EXPECT_EQ(text_of(HexDump(counted(1))), "00 ");
     EXPECT_EQ(text_of(HexDump(counted(18))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 ");
     EXPECT_EQ(text_of(HexDump(counted(19))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 ");
-    EXPECT_EQ(text_of(HexDump(counted(20))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes) ");
-    EXPECT_EQ(text_of(HexDump(counted(21))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (21 bytes) ");
-    EXPECT_EQ(text_of(HexDump(Bytes(300, 0xaa), "-")), "aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa- ... (300 bytes) ");
+    EXPECT_EQ(text_of(HexDump(counted(20))),
+              "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes) ");
+    EXPECT_EQ(text_of(HexDump(counted(21))),
+              "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (21 bytes) ");
+    EXPECT_EQ(text_of(HexDump(Bytes(300, 0xaa), "-")),
+              "aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa- ... (300 bytes) ");
     EXPECT_EQ(text_of(HexDump(Bytes(20, 0), "")), "00000000000000000000000000000000000000 ... (20 bytes) ");
-    EXPECT_EQ(text_of(HexDump(Bytes(20, 7), "\0\x1b"s)),
-              "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s
-              "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b"s "07\0\x1b ... (20 bytes) "s);
+    EXPECT_EQ(readable(text_of(HexDump(Bytes(20, 7), "\0\x1b"s))),
+              R"(07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e)"
+              R"(07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e07\x00\e ... (20 bytes) )");
 }
 
 TEST(StreamDump, IsWholeWhileLongDumpsIsSet)
@@ -183,15 +187,13 @@ TEST(StreamDump, IsWholeWhileLongDumpsIsSet)
 TEST(StreamDump, CountsAllBytesInPlainDecimal)
 {
     for (std::size_t const size : {20u, 99u, 100u, 999u, 1000u, 9999u, 10000u, 1234567u}) {
+        std::string const bytes = std::to_string(size) + " bytes";
         EXPECT_EQ(text_of(HexDump(Bytes(size, 0), ",")),
-                  "00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00, ... (" + std::to_string(size) + " bytes) ");
+                  "00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00, ... (" + bytes + ") ");
     }
 }
 
-TEST(StreamDump, HasEveryByteValue)
-{
-    EXPECT_EQ(long_text_of(counted(256), " "), cells(counted(256), "", " "));
-}
+TEST(StreamDump, HasEveryByteValue) { EXPECT_EQ(long_text_of(counted(256), " "), cells(counted(256), "", " ")); }
 
 void expect_the_formula(std::size_t width, std::vector<std::size_t> const& sizes)
 {
@@ -201,7 +203,8 @@ void expect_the_formula(std::size_t width, std::vector<std::size_t> const& sizes
         Bytes const bytes = mixed(size);
         EXPECT_TRUE(long_text_of(bytes, separator) == cells(bytes, "", separator));
         std::string const more = size > 19 ? " ... (" + std::to_string(size) + " bytes) " : "";
-        EXPECT_EQ(text_of(HexDump(bytes, separator)), cells(bytes, std::min<std::size_t>(size, 19), "", separator) + more);
+        EXPECT_EQ(text_of(HexDump(bytes, separator)),
+                  cells(bytes, std::min<std::size_t>(size, 19), "", separator) + more);
     }
 }
 
@@ -270,9 +273,11 @@ TEST(StreamDump, OfAStringIsThatOfItsBytes)
     EXPECT_EQ(text_of(HexDump("\0a\0"s)), "00 61 00 ");
     EXPECT_EQ(text_of(HexDump("\x7f\x80\xff"s)), "7f 80 ff ");
     EXPECT_EQ(text_of(HexDump("nineteen characters"s)), "6e 69 6e 65 74 65 65 6e 20 63 68 61 72 61 63 74 65 72 73 ");
-    EXPECT_EQ(text_of(HexDump("twenty characters..."s)), "74 77 65 6e 74 79 20 63 68 61 72 61 63 74 65 72 73 2e 2e  ... (20 bytes) ");
+    EXPECT_EQ(text_of(HexDump("twenty characters..."s)),
+              "74 77 65 6e 74 79 20 63 68 61 72 61 63 74 65 72 73 2e 2e  ... (20 bytes) ");
     LongDumps const in_full;
-    EXPECT_EQ(text_of(HexDump("twenty characters..."s)), "74 77 65 6e 74 79 20 63 68 61 72 61 63 74 65 72 73 2e 2e 2e ");
+    EXPECT_EQ(text_of(HexDump("twenty characters..."s)),
+              "74 77 65 6e 74 79 20 63 68 61 72 61 63 74 65 72 73 2e 2e 2e ");
     Bytes const bytes = counted(256);
     EXPECT_EQ(text_of(HexDump(std::string(bytes.begin(), bytes.end()))), cells(bytes, "", " "));
 }
@@ -283,7 +288,8 @@ TEST(StreamDump, RawDataOfBytesIsTheDumpOrNil)
     EXPECT_EQ(HexDump::raw_data(Bytes{0x0a}), "0a ");
     EXPECT_EQ(HexDump::raw_data(Bytes{0x20}), "20 ");
     EXPECT_EQ(HexDump::raw_data(counted(19)), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 ");
-    EXPECT_EQ(HexDump::raw_data(counted(20)), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes) ");
+    EXPECT_EQ(HexDump::raw_data(counted(20)),
+              "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes) ");
     LongDumps const in_full;
     EXPECT_EQ(HexDump::raw_data(Bytes{}), "nil");
     EXPECT_EQ(HexDump::raw_data(counted(20)), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 13 ");
@@ -301,7 +307,8 @@ TEST(StreamDump, HasPlainDigitsWhateverTheGlobalLocale)
     EXPECT_EQ(text_of(HexDump(0x123456789ul)), "123456789");
     EXPECT_EQ(text_of(HexDump(Words{0x12345678})), "12345678 ");
     EXPECT_EQ(text_of(HexDump(Bytes(1234, 0xab), "")), "ababababababababababababababababababab ... (1234 bytes) ");
-    EXPECT_EQ(HexDump::raw_data(Bytes(1234, 0)), "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00  ... (1234 bytes) ");
+    EXPECT_EQ(HexDump::raw_data(Bytes(1234, 0)),
+              "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00  ... (1234 bytes) ");
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -357,7 +364,7 @@ TEST(StreamDumpInsertion, WritesNothingToAFailedStream)
     EXPECT_EQ(os.rdstate(), std::ios_base::failbit);
 }
 
-TEST(StreamDumpInsertion, HasNoSequenceOnAColoredTerminal)
+TEST(StreamDumpInsertion, HasNoSequenceOnAColouredTerminal)
 {
     auto const run = on_terminal([] {
         std::cout << kestry::Hueline::colorize << kestry::Hueline::red << HexDump(counted(20), "") << HexDump("A"s)

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdio>
 #include <iomanip>
 #include <memory>
 #include <sstream>
@@ -82,7 +83,7 @@ TEST(StringDump, OfAByteIsGreen)
     }
 }
 
-TEST(StringDump, OfAByteIsTheDigitsAloneWithoutColor)
+TEST(StringDump, OfAByteIsTheDigitsAloneWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -98,7 +99,7 @@ TEST(StringDump, OfAByteIsTheDigitsAloneWithoutColor)
     }
 }
 
-TEST(StringDump, OfAShortHasNoColor)
+TEST(StringDump, OfAShortHasNoColour)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
@@ -115,7 +116,7 @@ TEST(StringDump, OfAShortHasNoColor)
     }
 }
 
-TEST(StringDump, OfAWordHasNoColor)
+TEST(StringDump, OfAWordHasNoColour)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
@@ -134,7 +135,7 @@ TEST(StringDump, OfAWordHasNoColor)
     }
 }
 
-TEST(StringDump, OfWordsHasNoColorAndIsNeverCut)
+TEST(StringDump, OfWordsHasNoColourAndIsNeverCut)
 {
     Words many;
     std::string expected;
@@ -158,7 +159,7 @@ TEST(StringDump, OfWordsHasNoColorAndIsNeverCut)
 // Bytes
 // ---------------------------------------------------------------------------------------------
 
-TEST(StringDump, OfBytesHasAColorBeforeEachAndOneReset)
+TEST(StringDump, OfBytesHasAColourBeforeEachAndOneReset)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(read(HexDump(Bytes{0x01, 0xff})), R"(\e[32m01 \e[32mff \e[0m)");
@@ -170,7 +171,7 @@ TEST(StringDump, OfBytesHasAColorBeforeEachAndOneReset)
               green + "01" + std::string(1000, '-') + green + "02" + std::string(1000, '-') + "\x1b[0m");
 }
 
-TEST(StringDump, OfBytesIsPlainWithoutColor)
+TEST(StringDump, OfBytesIsPlainWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -215,16 +216,19 @@ TEST(StringDump, IsCutAfter19Bytes)
               R"( ... \e[33m(\e[36m300 bytes\e[33m) \e[0m)");
 }
 
-TEST(StringDump, IsCutAfter19BytesWithoutColor)
+TEST(StringDump, IsCutAfter19BytesWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
         EXPECT_EQ(text_of(HexDump(counted(1))), "00 ");
         EXPECT_EQ(text_of(HexDump(counted(18))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 ");
         EXPECT_EQ(text_of(HexDump(counted(19))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 ");
-        EXPECT_EQ(text_of(HexDump(counted(20))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes) ");
-        EXPECT_EQ(text_of(HexDump(counted(21))), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (21 bytes) ");
-        EXPECT_EQ(text_of(HexDump(Bytes(300, 0xaa), "-")), "aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa- ... (300 bytes) ");
+        EXPECT_EQ(text_of(HexDump(counted(20))),
+                  "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes) ");
+        EXPECT_EQ(text_of(HexDump(counted(21))),
+                  "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (21 bytes) ");
+        EXPECT_EQ(text_of(HexDump(Bytes(300, 0xaa), "-")),
+                  "aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa-aa- ... (300 bytes) ");
     }
 }
 
@@ -247,11 +251,12 @@ TEST(StringDump, IsWholeWhileLongDumpsIsSet)
 TEST(StringDump, CountsAllBytesInPlainDecimal)
 {
     for (std::size_t const size : {20u, 99u, 100u, 999u, 1000u, 9999u, 10000u, 1234567u}) {
-        std::string const text = text_of(HexDump(Bytes(size, 0), ","));
-        EXPECT_EQ(text, "00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00, ... (" + std::to_string(size) + " bytes) ");
+        std::string const bytes = std::to_string(size) + " bytes";
+        EXPECT_EQ(text_of(HexDump(Bytes(size, 0), ",")),
+                  "00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00,00, ... (" + bytes + ") ");
         InMode const mode(Mode::on);
         std::string const colored = text_of(HexDump(Bytes(size, 0), ","));
-        EXPECT_EQ(readable(colored.substr(19 * 8)), R"( ... \e[33m(\e[36m)" + std::to_string(size) + R"( bytes\e[33m) \e[0m)");
+        EXPECT_EQ(readable(colored.substr(19 * 8)), R"( ... \e[33m(\e[36m)" + bytes + R"(\e[33m) \e[0m)");
     }
 }
 
@@ -310,7 +315,8 @@ TEST(StringDump, OfAStringIsThatOfItsBytes)
     EXPECT_EQ(text_of(HexDump("AB"s)), "41 42 ");
     EXPECT_EQ(text_of(HexDump("\0\x80\xff"s)), "00 80 ff ");
     EXPECT_EQ(text_of(HexDump("nineteen characters"s)), "6e 69 6e 65 74 65 65 6e 20 63 68 61 72 61 63 74 65 72 73 ");
-    EXPECT_EQ(text_of(HexDump("twenty characters..."s)), "74 77 65 6e 74 79 20 63 68 61 72 61 63 74 65 72 73 2e 2e  ... (20 bytes) ");
+    EXPECT_EQ(text_of(HexDump("twenty characters..."s)),
+              "74 77 65 6e 74 79 20 63 68 61 72 61 63 74 65 72 73 2e 2e  ... (20 bytes) ");
     InMode const mode(Mode::on);
     EXPECT_EQ(read(HexDump("AB"s)), R"(\e[32m41 \e[32m42 \e[0m)");
     EXPECT_EQ(read(HexDump("\0"s)), R"(\e[32m00 \e[0m)");
@@ -319,7 +325,7 @@ TEST(StringDump, OfAStringIsThatOfItsBytes)
     EXPECT_TRUE(text_of(HexDump(std::string(bytes.begin(), bytes.end()))) == cells(bytes, green, " ") + "\x1b[0m");
 }
 
-TEST(StringDump, RawDataOfBytesHasNoWhiteSpaceAtItsEndWithoutColor)
+TEST(StringDump, RawDataOfBytesHasNoWhiteSpaceAtItsEndWithoutColour)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -327,14 +333,15 @@ TEST(StringDump, RawDataOfBytesHasNoWhiteSpaceAtItsEndWithoutColor)
         EXPECT_EQ(HexDump::raw_data(Bytes{0x0a}), "0a");
         EXPECT_EQ(HexDump::raw_data(Bytes{0x20, 0x20}), "20 20");
         EXPECT_EQ(HexDump::raw_data(counted(19)), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12");
-        EXPECT_EQ(HexDump::raw_data(counted(20)), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes)");
+        EXPECT_EQ(HexDump::raw_data(counted(20)),
+                  "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12  ... (20 bytes)");
         LongDumps const in_full;
         EXPECT_EQ(HexDump::raw_data(Bytes{}), "nil");
         EXPECT_EQ(HexDump::raw_data(counted(20)), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 13");
     }
 }
 
-TEST(StringDump, RawDataOfBytesEndsInTheResetWithColor)
+TEST(StringDump, RawDataOfBytesEndsInTheResetWithColour)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(HexDump::raw_data(Bytes{}), "nil");
@@ -354,7 +361,8 @@ TEST(StringDump, HasPlainDigitsWhateverTheGlobalLocale)
     EXPECT_EQ(text_of(HexDump(0x123456789ul)), "123456789");
     EXPECT_EQ(text_of(HexDump(Words{0x12345678})), "12345678 ");
     EXPECT_EQ(text_of(HexDump(Bytes(1234, 0xab), "")), "ababababababababababababababababababab ... (1234 bytes) ");
-    EXPECT_EQ(HexDump::raw_data(Bytes(1234, 0)), "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00  ... (1234 bytes)");
+    EXPECT_EQ(HexDump::raw_data(Bytes(1234, 0)),
+              "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00  ... (1234 bytes)");
     InMode const mode(Mode::on);
     EXPECT_EQ(read(HexDump(Bytes{0xab}, "")), R"(\e[32mab\e[0m)");
 }
@@ -383,7 +391,7 @@ TEST(StringDump, IsCutAndPlainAtLoad)
     EXPECT_EQ(run.report, "cut 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a  ... (20 bytes)");
 }
 
-TEST(StringDump, KeepsTheColorsItWasConstructedWith)
+TEST(StringDump, KeepsTheColoursItWasConstructedWith)
 {
     auto plain = std::make_unique<HexDump>(Bytes{0x01});
     InMode const mode(Mode::on);
@@ -393,7 +401,7 @@ TEST(StringDump, KeepsTheColorsItWasConstructedWith)
     EXPECT_EQ(read(*colored), R"(\e[32m01 \e[0m)");
 }
 
-TEST(StringDump, PutsTheColorSwitchBackWhenItIsDestroyed)
+TEST(StringDump, PutsTheColourSwitchBackWhenItIsDestroyed)
 {
     InMode const mode(Mode::off);
     {
@@ -439,7 +447,7 @@ TEST(StringDump, LeavesTheSwitchesAsTheyWere)
 }
 
 // The switch as each constructor finds it, whatever temporaries it needs.
-TEST(StringDump, RemembersTheColorSwitchInEveryConstructor)
+TEST(StringDump, RemembersTheColourSwitchInEveryConstructor)
 {
     InMode const mode(Mode::off);
     Hueline keeper;
@@ -491,8 +499,8 @@ TEST(StringDump, IsCopiedWithItsText)
 TEST(StringDump, IsPaddedAsATextIs)
 {
     std::ostringstream os;
-    os << std::setfill('.') << std::setw(8) << HexDump(static_cast<unsigned short>(0x1f)) << '|'
-       << std::left << std::setw(4) << HexDump('A') << HexDump('B');
+    os << std::setfill('.') << std::setw(8) << HexDump(static_cast<unsigned short>(0x1f)) << '|' << std::left
+       << std::setw(4) << HexDump('A') << HexDump('B');
     EXPECT_EQ(os.str(), "..0x001f|41..42");
 }
 

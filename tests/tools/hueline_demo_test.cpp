@@ -40,6 +40,8 @@ std::string const tool = HUELINE_DEMO; // the path of hueline-demo
 Sinks const on_terminals = {Sink::terminal, Sink::terminal};
 Sinks const on_pipes = {Sink::pipe, Sink::pipe};
 
+std::size_t constexpr mebibyte = 1024 * 1024;
+
 using Arguments = std::vector<std::string>;
 
 // Runs the tool.
@@ -693,8 +695,10 @@ TEST(Signal, InTheBannerLeavesTheTerminalTidy)
 TEST(Signal, WritesNothingElsewhereThanToATerminal)
 {
     forbid_cores();
+    Folder const folder;
+    std::string const file = folder.sparse_file("data", 64 * mebibyte, mebibyte);
     for (int const signal : ending_signals) {
-        Outcome const run = demo(on_pipes, {"dump", "/dev/zero"}, {.interrupt = Interrupt{signal, "00 00\n"}});
+        Outcome const run = demo(on_pipes, {"dump", file}, {.interrupt = Interrupt{signal, "ff"}});
         EXPECT_EQ(run.signal, signal);
         EXPECT_FALSE(has_sequences(run.out));
         EXPECT_EQ(run.err, "");
@@ -769,8 +773,6 @@ std::string some_bytes(std::size_t size)
     return bytes;
 }
 
-std::size_t constexpr mebibyte = 1024 * 1024;
-
 // For the shell: makes a pipe "$1/input" that holds sixteen bytes and two, and comes to no end.
 std::string const open_input = R"(mkfifo "$1/input"; exec 3<> "$1/input"; printf 0123456789abcdefgh >&3; )";
 
@@ -790,8 +792,8 @@ TEST(Dump, HasSixteenBytesALine)
 TEST(Dump, OfAnySizeIsWhole)
 {
     Folder const folder;
-    for (std::size_t const size : {15U, 19U, 20U, 31U, 32U, 255U, 4095U, 4096U, 4097U, 65536U, 65537U, 262143U, 262144U,
-                                   262145U, 262160U, 524288U, 1048575U}) {
+    for (std::size_t const size : {15U, 19U, 20U, 31U, 32U, 255U, 4095U, 4096U, 4097U, 65535U, 65536U, 65537U, 65552U,
+                                   131071U, 131072U, 131073U, 1048575U}) {
         SCOPED_TRACE(size);
         std::string const bytes = some_bytes(size);
         Outcome const run = demo(on_pipes, {"dump", folder.file("data", bytes)});
@@ -973,10 +975,10 @@ TEST(Progress, OfALargeFileIsABarThatIsWipedAtTheEnd)
     Folder const folder;
     std::string const bytes = some_bytes(4 * mebibyte);
     Outcome const run = demo(pipe_and_terminal, {"dump", folder.file("data", bytes)});
-    EXPECT_EQ(readable(run.err), R"(\r[#/............................] dumped 6% of 4 MiB)"
-                                 R"(\r[#######-......................] dumped 25% of 4 MiB)"
-                                 R"(\r[###############\..............] dumped 50% of 4 MiB)"
-                                 R"(\r[######################|.......] dumped 75% of 4 MiB)"
+    EXPECT_EQ(readable(run.err), R"(\r[..............................] dumped 1% of 4 MiB)"
+                                 R"(\r[#######/......................] dumped 25% of 4 MiB)"
+                                 R"(\r[###############-..............] dumped 50% of 4 MiB)"
+                                 R"(\r[######################\.......] dumped 75% of 4 MiB)"
                                  R"(\r[##############################] dumped 100% of 4 MiB)"
                                  R"(\r\e[0K)");
     EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
@@ -1041,8 +1043,8 @@ TEST(Progress, StandsBelowTheDumpOnOneTerminal)
     Folder const folder;
     std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
     std::string const err = demo(on_terminals, {"dump", file}).err;
-    EXPECT_EQ(count(err, "\r["), 8U); // pieces of 256 KiB
-    EXPECT_EQ(count(err, " of 2 MiB" + wiped), 8U);
+    EXPECT_EQ(count(err, "\r["), 32U); // pieces of 64 KiB
+    EXPECT_EQ(count(err, " of 2 MiB" + wiped), 32U);
     EXPECT_TRUE(ends_with(err, wiped));
 }
 
@@ -1081,12 +1083,12 @@ TEST(Progress, IsWipedBySignals)
 {
     forbid_cores();
     Folder const folder;
-    std::string const file = folder.sparse_file("data", 1024 * mebibyte, 2 * mebibyte);
+    std::string const file = folder.sparse_file("data", 64 * mebibyte, 2 * mebibyte);
     for (int const signal : ending_signals) {
         SCOPED_TRACE(signal);
         Outcome const run = demo(pipe_and_terminal, {"dump", file}, {.interrupt = Interrupt{signal, "ff"}});
         EXPECT_EQ(run.signal, signal);
-        EXPECT_TRUE(ends_with(run.err, " of 1024 MiB\r\x1b[K")) << readable(run.err);
+        EXPECT_TRUE(ends_with(run.err, " of 64 MiB\r\x1b[K")) << readable(run.err);
         EXPECT_FALSE(has_sequences(run.out));
         EXPECT_EQ(Screen(run.err).text(0), "");
     }
@@ -1131,11 +1133,13 @@ TEST(Memory, ThatADumpTakesDoesNotGrowWithTheFile)
 
 TEST(Memory, RunningOutEndsInOneLine)
 {
-    std::size_t const enough_to_start = mebibyte;
+    std::size_t const enough_to_start = 2 * mebibyte;
     if (demo_with_memory(enough_to_start, {"--version"}).status != 0) {
         GTEST_SKIP() << "this build needs more memory to start";
     }
-    Outcome const run = demo_with_memory(enough_to_start, {"dump", "/dev/zero"});
+    Arguments arguments(100'000, "/dev/null"); // too many to be noted down
+    arguments.front() = "dump";
+    Outcome const run = demo_with_memory(enough_to_start, arguments);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err, "hueline-demo: out of memory\n");
     EXPECT_EQ(run.status, 1);
