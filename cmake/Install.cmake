@@ -2,7 +2,9 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 # The tool finds the library beside it, wherever the two are moved together.
-file(RELATIVE_PATH libdir_from_bindir ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR
+    BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR}
+    OUTPUT_VARIABLE libdir_from_bindir)
 set_target_properties(hueline-demo PROPERTIES INSTALL_RPATH "$ORIGIN/${libdir_from_bindir}")
 
 install(TARGETS hueline EXPORT HuelineTargets FILE_SET HEADERS)
@@ -22,7 +24,9 @@ install(FILES
 
 # pkg-config. Paths are relative to the file itself, except where a folder was given as an absolute path.
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
-file(RELATIVE_PATH prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
+    BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
+    OUTPUT_VARIABLE prefix_from_pc)
 cmake_path(APPEND pc_libdir "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
 cmake_path(APPEND pc_includedir "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
 configure_file(cmake/hueline.pc.in hueline.pc @ONLY)

@@ -98,7 +98,7 @@ std::ostream& normal(std::ostream& os)
 std::ostream& reset(std::ostream& os)
 {
     normal(os);
-    _currentAttributes = AttributeState{};
+    assign(_currentAttributes, AttributeState{}, std::string{});
     return os;
 }
 

@@ -1,0 +1,16 @@
+# What keeps the shared object small and quick to load. A call from one of its functions to another goes straight
+# there: that saves an entry in the tables that the loader fills, and hosts do not replace single functions of it.
+target_compile_options(hueline PRIVATE -fno-semantic-interposition -ffunction-sections $<$<CONFIG:Release>:-O2>)
+target_link_options(hueline PRIVATE LINKER:-Bsymbolic-functions LINKER:--gc-sections)
+
+# Text that is built once in a while need not be built fast.
+set_source_files_properties(
+    src/stream/templates.cpp
+    src/stream/patterns.cpp
+    src/stream/banner.cpp
+    src/classic/colorizer.cpp
+    src/classic/time_stamp.cpp
+    src/classic/theme_strings.cpp
+    src/classic/theme_streams.cpp
+    src/hexdump/string_dump.cpp # the dump itself is in digits.cpp and cells.cpp
+    PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
