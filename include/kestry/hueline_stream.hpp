@@ -15,8 +15,9 @@
 ///   - no-frills mode is off;
 ///   - the stream has been colorized.
 /// A gated manipulator on any other stream writes nothing. Each run of the gate records whether a
-/// terminal was found, for _isUsingColor() and the destructors of the colour guards, and leaves
-/// errno as it was. A standard stream costs one isatty(3), any other stream no system call.
+/// terminal was found, for _isUsingColor() and the destructors of the colour guards; constructing a
+/// UseColorMode records one too, constructing a NoColorMode records none. The gate leaves errno as it
+/// was. A standard stream costs one isatty(3), any other stream no system call.
 ///
 /// The record. Attributes and colours are kept in one record for the whole process. A styling
 /// manipulator changes the record and writes all of it again: "\x1b[00m" and then one SGR sequence
@@ -62,8 +63,8 @@ std::ostream& nocolorize(std::ostream& os);
 /// Says whether colour was in use when the gate ran last, or was asked for by UseColorMode: true
 /// when either holds and no-frills mode is off.
 ///
-/// It does not tell of one stream: the last gated manipulator anywhere decides, and a terminal
-/// counts even if its stream was not colorized. color_mode_state asks about one stream.
+/// It does not tell of one stream: the last gated manipulator or colour guard anywhere decides, and a
+/// terminal counts even if its stream was not colorized. color_mode_state asks about one stream.
 bool _isUsingColor();
 
 /// Turns no-frills mode on or off: while it is on, no gated manipulator writes anything.
@@ -89,14 +90,15 @@ std::ostream& frills_mode_state(std::ostream& os);
 
 /// Colorizes std::cout for a scope.
 ///
-/// The destructor looks at what the last run of the gate found, not at what the constructor saw: it
-/// undoes the colorize only if that was a terminal. _isUsingColor() stays true after the scope, until
-/// a NoColorMode is constructed.
+/// The destructor takes colour away again, whether or not std::cout was colorized before, unless since
+/// the constructor a gated manipulator has found no terminal or a NoColorMode was constructed, and
+/// nothing has recorded a terminal after that. _isUsingColor() stays true after the scope, until a
+/// NoColorMode is constructed.
 class UseColorMode {
 public:
     /// Colorizes std::cout and makes _isUsingColor() true.
     UseColorMode();
-    /// Takes colour from std::cout if a terminal was found last; otherwise does nothing.
+    /// Takes colour from std::cout if a terminal was recorded last; otherwise does nothing.
     ~UseColorMode();
     UseColorMode(UseColorMode const&) = delete;
     UseColorMode& operator=(UseColorMode const&) = delete;
@@ -104,13 +106,14 @@ public:
 
 /// Takes colour from std::cout for a scope.
 ///
-/// The destructor colorizes std::cout if a gated manipulator has found a terminal last, whether or
-/// not std::cout was colorized before. A scope in which none ran leaves it without colour.
+/// The destructor colorizes std::cout, whether or not it was colorized before, if what was recorded
+/// last since the constructor is a terminal: by a gated manipulator, or by constructing a
+/// UseColorMode. A scope in which neither ran leaves it without colour.
 class NoColorMode {
 public:
     /// Takes colour from std::cout and makes _isUsingColor() false.
     NoColorMode();
-    /// Colorizes std::cout if a terminal was found last; otherwise does nothing.
+    /// Colorizes std::cout if a terminal was recorded last; otherwise does nothing.
     ~NoColorMode();
     NoColorMode(NoColorMode const&) = delete;
     NoColorMode& operator=(NoColorMode const&) = delete;
@@ -321,8 +324,8 @@ std::ostream& operator<<(std::ostream& os, on_rgb const& c);   ///< "\x1b[48;2;"
 
 /// Control sequences of ECMA-48, each named by its mnemonic in lower case.
 ///
-/// Nothing here is checked against a range or flushed. The fixed sequences are unformatted output: a
-/// pending width stays pending.
+/// Nothing here is checked against a range or flushed. The fixed sequences, all but that of cls, are
+/// unformatted output: a pending width stays pending.
 namespace csi {
 
 /// \name Cursor, report and line controls
@@ -659,13 +662,14 @@ struct crc {
 };
 
 /// \name Fields of a frame
-/// Apply the manipulators shown, then write what HexDump makes of the field.
+/// Apply the manipulators shown, then write what HexDump makes of the field: a text is cut after 19
+/// bytes unless HexDump::_longDumps.
 /// \{
 std::ostream& operator<<(std::ostream& os, immediate_destination const& b); ///< cyan, byte
 std::ostream& operator<<(std::ostream& os, total_count const& b);           ///< blue, byte
 std::ostream& operator<<(std::ostream& os, crc const& c);                   ///< green, byte; or high, " ", low, " "
-std::ostream& operator<<(std::ostream& os, request_title const& t);         ///< magenta, bold, text cut after 19 bytes
-std::ostream& operator<<(std::ostream& os, response_title const& t);        ///< magenta, dark, text cut after 19 bytes
+std::ostream& operator<<(std::ostream& os, request_title const& t);         ///< magenta, bold, bytes of the text
+std::ostream& operator<<(std::ostream& os, response_title const& t);        ///< magenta, dark, bytes of the text
 /// \}
 
 } // namespace kestry::Hueline::DataTheme
@@ -750,6 +754,8 @@ std::ostream& operator<<(std::ostream& os, parameters_template const& p);
 
 /// \name Templates
 /// Write a few fixed lines, each with std::endl.
+///
+/// Throws  std::bad_cast where the stream's locale has no std::ctype<char>, as std::endl does.
 /// \{
 std::ostream& crossplatform_template(std::ostream& os); ///< Five plain lines. Not gated.
 /// "\x1b[00m" and five lines. Not gated: a pipe receives the sequence too.
@@ -762,7 +768,10 @@ std::ostream& colorized_platformspecific_template(std::ostream& os);
 
 /// \name Test patterns
 /// Show what a terminal makes of the library's sequences. They change the record, colorize their
-/// stream where they say "colorize", and write their plain text to a stream that fails the gate.
+/// stream where they say "colorize", and unless they say otherwise write their plain text to a stream
+/// that fails the gate.
+///
+/// Throws  std::bad_cast where the stream's locale has no std::ctype<char>, as std::endl does.
 /// \{
 
 /// Shows the SGR codes 0 to 108, ten in a row.
@@ -802,14 +811,16 @@ std::ostream& test_pattern_status_line(std::ostream& os);
 std::ostream& test_pattern_progress_line(std::ostream& os);
 /// \}
 
-/// Writes the version tag, "Hueline ver. ", white and the release. No line end.
+/// Writes the version tag, "Hueline ver. ", white and the release. No line end. White stays in the
+/// record.
 std::ostream& build_version_short(std::ostream& os);
 
 /// Writes the banner, then runs the test patterns: the codes, the status line, the progress meter,
 /// eight times the matrix in different styles, the greys, the cube and the palette.
 ///
-/// State   the record that was current before, as push and pull keep it: the background becomes the
-///         foreground.
+/// State   on a colorized terminal the record that was current before, as push and pull keep it: the
+///         background becomes the foreground, and what was pushed before is lost. On a stream that
+///         fails the gate nothing is restored: thin and dark, without colours.
 /// Stream  hexadecimal afterwards, and colorized.
 std::ostream& build_version(std::ostream& os);
 

@@ -111,9 +111,10 @@ int percentage(progress_meter const& m)
 
 std::ostream& operator<<(std::ostream& os, spinner const& s)
 {
+    std::string_view const due = next_frame(s.frames); // advances also where the stream then throws
     Frame frame{os};
     frame.add(s.label);
-    frame.add(next_frame(s.frames));
+    frame.add(due);
     frame.flush();
     return os;
 }

@@ -4,14 +4,13 @@
 
 #include "recorder.hpp"
 
+#include "support/readable.hpp"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
 #include <string>
 #include <string_view>
-#include <vector>
-
-#include "support/readable.hpp"
 
 namespace hueline::test {
 
