@@ -1112,11 +1112,9 @@ TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
 // Runs the tool with so many bytes of memory for data.
 Outcome demo_with_memory(std::size_t bytes, Arguments const& arguments)
 {
-    return run_with(on_pipes, [&] {
-        rlimit const limit = {bytes, bytes};
-        setrlimit(RLIMIT_DATA, &limit);
-        become_demo(arguments);
-    });
+    std::vector<std::string> command = {"prlimit", "--data=" + std::to_string(bytes), tool};
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    return run_program(on_pipes, command);
 }
 
 TEST(Memory, ThatADumpTakesDoesNotGrowWithTheFile)
