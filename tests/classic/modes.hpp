@@ -25,14 +25,11 @@ public:
     }
     InMode(InMode const&) = delete;
     InMode& operator=(InMode const&) = delete;
-    ~InMode()
-    {
-        switches.useColor(false);
-        kestry::Hueline::setNoFrillsMode(false);
-    }
+    ~InMode() { kestry::Hueline::setNoFrillsMode(no_frills_at_load); }
 
 private:
-    kestry::Hueline switches;
+    bool no_frills_at_load = kestry::Hueline::getNoFrillsMode();
+    kestry::Hueline switches; // puts the colour switch back
 };
 
 } // namespace hueline::test

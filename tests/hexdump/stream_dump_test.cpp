@@ -38,7 +38,10 @@ public:
     LongDumps() { HexDump::_longDumps = true; }
     LongDumps(LongDumps const&) = delete;
     LongDumps& operator=(LongDumps const&) = delete;
-    ~LongDumps() { HexDump::_longDumps = false; }
+    ~LongDumps() { HexDump::_longDumps = at_load; }
+
+private:
+    bool at_load = HexDump::_longDumps;
 };
 
 std::string long_text_of(Bytes const& bytes, std::string const& separator)
@@ -232,15 +235,13 @@ TEST(StreamDump, HasAnyByteAsSeparator)
 TEST(StreamDump, ReadsLongDumpsWhenItIsConstructed)
 {
     HexDump const cut(counted(20), ".");
-    {
+    HexDump const whole = [] {
         LongDumps const in_full;
-        EXPECT_EQ(text_of(cut), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12. ... (20 bytes) ");
-    }
-    HexDump::_longDumps = true;
-    HexDump const whole(counted(20), ".");
-    HexDump::_longDumps = false;
+        return HexDump(counted(20), ".");
+    }();
     EXPECT_EQ(text_of(whole), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12.13.");
-    EXPECT_EQ(text_of(HexDump(counted(20), ".")), text_of(cut));
+    LongDumps const in_full;
+    EXPECT_EQ(text_of(cut), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12. ... (20 bytes) ");
 }
 
 TEST(StreamDump, IsCutAtLoad)

@@ -52,7 +52,10 @@ public:
     LongDumps() { HexDump::_longDumps = true; }
     LongDumps(LongDumps const&) = delete;
     LongDumps& operator=(LongDumps const&) = delete;
-    ~LongDumps() { HexDump::_longDumps = false; }
+    ~LongDumps() { HexDump::_longDumps = at_load; }
+
+private:
+    bool at_load = HexDump::_longDumps;
 };
 
 std::string long_text_of(Bytes const& bytes, std::string const& separator)
@@ -374,12 +377,15 @@ TEST(StringDump, HasPlainDigitsWhateverTheGlobalLocale)
 TEST(StringDump, ReadsLongDumpsWhenItIsConstructed)
 {
     HexDump const cut(counted(20), ".");
-    HexDump::_longDumps = true;
-    HexDump const whole(counted(20), ".");
-    EXPECT_EQ(text_of(cut), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12. ... (20 bytes) ");
-    HexDump::_longDumps = false;
-    EXPECT_EQ(text_of(whole), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12.13.");
+    HexDump const whole = [] {
+        LongDumps const in_full;
+        return HexDump(counted(20), ".");
+    }();
     EXPECT_FALSE(HexDump::isLongDumps());
+    EXPECT_EQ(text_of(whole), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12.13.");
+    LongDumps const in_full;
+    EXPECT_TRUE(HexDump::isLongDumps());
+    EXPECT_EQ(text_of(cut), "00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f.10.11.12. ... (20 bytes) ");
 }
 
 TEST(StringDump, IsCutAndPlainAtLoad)

@@ -1,0 +1,65 @@
+/// \file
+/// One step of a random program, as data that a model and the library can both follow, and what can
+/// be seen after it.
+#pragma once
+
+#include <exception>
+#include <ios>
+#include <new>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace hueline::test {
+
+struct Step {
+    std::string operation;               ///< As it is written in a program: "csi::cup".
+    std::string on = {};                 ///< The stream: "cout", "cerr", ...
+    std::vector<int> numbers = {};       ///< The operation's arguments, ...
+    std::vector<std::string> texts = {}; ///< ... as many of them as it takes.
+};
+
+/// A step as a reader understands it: cout << csi::cup{3, 7}.
+std::string to_text(Step const& step);
+
+std::ostream& operator<<(std::ostream& os, Step const& step);
+
+/// A property of the process and what it is.
+struct Fact {
+    std::string name;
+    std::string value;
+};
+
+using Facts = std::vector<Fact>;
+
+/// Stands for a value that the requirements leave open.
+inline std::string const any_value = "(any)";
+
+/// Adds fill, width, format flags and error state of a stream.
+void add_format(Facts& facts, std::string const& name, std::ostream& os);
+
+/// Stands for a flush in what a stream has received: a byte that no text of the tests holds.
+inline constexpr char flush_mark = '\f';
+
+/// What action throws, in words.
+template <class Action>
+std::string thrown_by(Action const& action)
+{
+    try {
+        action();
+    } catch (std::ios_base::failure const&) {
+        return "std::ios_base::failure";
+    } catch (std::bad_alloc const&) {
+        return "std::bad_alloc";
+    } catch (std::exception const& e) {
+        return e.what();
+    } catch (char const* text) {
+        return std::string("char const*: ") + text;
+    } catch (...) {
+        return "something else";
+    }
+    return "nothing";
+}
+
+} // namespace hueline::test
