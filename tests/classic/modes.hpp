@@ -15,7 +15,7 @@ enum class Mode {
 inline constexpr Mode every_mode[] = {Mode::off, Mode::on, Mode::no_frills};
 inline constexpr Mode plain_modes[] = {Mode::off, Mode::no_frills};
 
-/// Sets the switches. Afterwards they are as at load.
+/// Sets the switches. Afterwards they are as before.
 class InMode {
 public:
     explicit InMode(Mode mode)
@@ -25,10 +25,10 @@ public:
     }
     InMode(InMode const&) = delete;
     InMode& operator=(InMode const&) = delete;
-    ~InMode() { kestry::Hueline::setNoFrillsMode(no_frills_at_load); }
+    ~InMode() { kestry::Hueline::setNoFrillsMode(no_frills_before); }
 
 private:
-    bool no_frills_at_load = kestry::Hueline::getNoFrillsMode();
+    bool no_frills_before = kestry::Hueline::getNoFrillsMode();
     kestry::Hueline switches; // puts the colour switch back
 };
 

@@ -38,10 +38,10 @@ public:
     LongDumps() { HexDump::_longDumps = true; }
     LongDumps(LongDumps const&) = delete;
     LongDumps& operator=(LongDumps const&) = delete;
-    ~LongDumps() { HexDump::_longDumps = at_load; }
+    ~LongDumps() { HexDump::_longDumps = before; }
 
 private:
-    bool at_load = HexDump::_longDumps;
+    bool before = HexDump::_longDumps;
 };
 
 std::string long_text_of(Bytes const& bytes, std::string const& separator)

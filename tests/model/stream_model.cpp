@@ -414,11 +414,11 @@ struct StreamModel::Operations {
         {"HexDump of an unsigned short",  [](M&,   S& s, Step const& step) { insert(s, short_digits(step.numbers.at(0))); }},
         {"HexDump of an unsigned long",   [](M&,   S& s, Step const& step) { insert(s, hexadecimal(word_of(step), 8)); }},
         {"HexDump of words",              [](M&,   S& s, Step const& step) {
-            std::string text;
+            std::string dumped;
             for (int const number : step.numbers) {
-                text += hexadecimal(static_cast<unsigned>(number), 8) + " ";
+                dumped += hexadecimal(static_cast<unsigned>(number), 8) + " ";
             }
-            insert(s, text);
+            insert(s, dumped);
         }},
         {"HexDump of bytes",              [](M& m, S& s, Step const& step) { insert(s, m.byte_dump(step.texts.at(0), " ")); }},
         {"HexDump of bytes, separated",   [](M& m, S& s, Step const& step) { insert(s, m.byte_dump(step.texts.at(0), step.texts.at(1))); }},

@@ -2,6 +2,7 @@
 
 #include "support/readable.hpp"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -238,6 +239,13 @@ struct Channels {
     _exit(status);
 }
 
+// As much as a message can hold of what a child has written.
+std::string end_of(std::string_view bytes)
+{
+    std::size_t constexpr enough = 2000;
+    return readable(bytes.substr(bytes.size() - std::min(bytes.size(), enough)));
+}
+
 // Waits for bytes and takes them; false once all channels have come to their end.
 bool await(Channels& channels, Clock::time_point deadline)
 {
@@ -254,9 +262,9 @@ bool await(Channels& channels, Clock::time_point deadline)
     }
     auto const left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now()).count();
     if (left <= 0) {
-        throw std::runtime_error("the child did not end; standard output: " + readable(channels.out.bytes) +
-                                 " standard error: " + readable(channels.err.bytes) +
-                                 " report: " + channels.reported.bytes);
+        throw std::runtime_error("the child did not end; standard output: " + end_of(channels.out.bytes) +
+                                 " standard error: " + end_of(channels.err.bytes) +
+                                 " report: " + end_of(channels.reported.bytes));
     }
     poll(ready.data(), ready.size(), static_cast<int>(left));
     for (std::size_t i = 0; i < ready.size(); ++i) {
