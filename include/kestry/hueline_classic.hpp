@@ -97,7 +97,15 @@ public:
     /// Remembers the colour switch.
     Hueline();
     Hueline(Hueline const&) = default;
-    Hueline& operator=(Hueline const&) = default;
+    /// Takes over everything, or nothing if memory runs out.
+    Hueline& operator=(Hueline const& from)
+    {
+        _text = from._text; // first: it alone can fail
+        _flipped = from._flipped;
+        _savedColor = from._savedColor;
+        _initialColor = from._initialColor;
+        return *this;
+    }
 
     /// \name Colour for a scope
     /// \{
