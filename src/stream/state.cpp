@@ -16,11 +16,16 @@ namespace {
 // The index of the colorize word in every stream's iword array. A word other than 0 wants colour.
 int const _colorizeIndex = std::ios_base::xalloc();
 
-bool _colorActive = false; // the gate found a terminal last, or a colour guard said so
 bool _noFrills = false;
 bool _forcedColor = false; // a UseColorMode was constructed, and no NoColorMode since
 
 } // namespace
+
+std::ostream* const _standardOut = &std::cout;
+std::ostream* const _standardErr = &std::cerr;
+std::ostream* const _standardLog = &std::clog;
+
+bool _colorActive = false;
 
 AttributeState _currentAttributes;
 
@@ -35,15 +40,6 @@ AttributeState _savedAttributes;
 
 namespace {
 
-// Streams are told apart by address: one that shares std::cout's buffer may not be on a terminal.
-std::FILE* stdio_stream(std::ostream const& os)
-{
-    if (&os == &std::cout) {
-        return stdout;
-    }
-    return &os == &std::cerr || &os == &std::clog ? stderr : nullptr;
-}
-
 bool is_terminal(std::FILE* file)
 {
     if (file == nullptr) {
@@ -57,9 +53,9 @@ bool is_terminal(std::FILE* file)
 
 } // namespace
 
-bool allowColor(std::ostream& os)
+bool allowColorOnStandard(std::ostream& os)
 {
-    _colorActive = is_terminal(stdio_stream(os));
+    _colorActive = is_terminal(&os == _standardOut ? stdout : stderr);
     return _colorActive && !_noFrills && os.iword(_colorizeIndex) != 0;
 }
 
@@ -106,13 +102,13 @@ UseColorMode::UseColorMode()
 {
     _forcedColor = true;
     _colorActive = true;
-    colorize(std::cout);
+    colorize(*_standardOut);
 }
 
 UseColorMode::~UseColorMode()
 {
     if (_colorActive) {
-        nocolorize(std::cout);
+        nocolorize(*_standardOut);
     }
 }
 
@@ -120,13 +116,13 @@ NoColorMode::NoColorMode()
 {
     _forcedColor = false;
     _colorActive = false;
-    nocolorize(std::cout);
+    nocolorize(*_standardOut);
 }
 
 NoColorMode::~NoColorMode()
 {
     if (_colorActive) {
-        colorize(std::cout);
+        colorize(*_standardOut);
     }
 }
 

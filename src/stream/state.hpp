@@ -5,6 +5,7 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 namespace kestry::detail {
 
@@ -23,14 +24,37 @@ struct AttributeState {
 extern AttributeState _currentAttributes;
 extern AttributeState _savedAttributes;
 
+/// The standard streams. They are told apart by address: a stream that shares std::cout's buffer may
+/// not be on a terminal.
+extern std::ostream* const _standardOut;
+extern std::ostream* const _standardErr;
+extern std::ostream* const _standardLog;
+
+/// Whether the gate found a terminal last, or what a colour guard said since.
+extern bool _colorActive;
+
+/// The rest of the gate, for a standard stream.
+bool allowColorOnStandard(std::ostream& os);
+
 /// The gate: whether an escape sequence may be written to os now.
 ///
 /// Records whether a terminal was found, whatever the answer. Leaves errno as it was: a refused
 /// isatty would otherwise change what `cerr << red << strerror(errno)` says.
-bool allowColor(std::ostream& os);
+inline bool allowColor(std::ostream& os)
+{
+    // Here, for every other stream, such as the string stream of a log line, it is all there is to do.
+    if (&os == _standardOut || &os == _standardErr || &os == _standardLog) {
+        return allowColorOnStandard(os);
+    }
+    _colorActive = false;
+    return false;
+}
 
 /// Writes the record to a stream that has just passed the gate.
 std::ostream& compose(std::ostream& os);
+
+/// Puts a sequence into one of the record's slots, then the same.
+std::ostream& recompose(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence);
 
 /// Writes what csi::show writes to a stream that has just passed the gate.
 std::ostream& show_cursor(std::ostream& os);
