@@ -1,37 +1,30 @@
 /// \file
-/// SGR sequences with numbers in them, built without a string and without a stream.
+/// SGR sequences with numbers in them, built without a string of their own and without a stream.
 #pragma once
 
 #include "hexdump/digits.hpp"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace kestry::detail {
 
-/// An introducer, numbers with ";" between them, and "m": Sgr{"\x1b[38;5;", 200} is "\x1b[38;5;200m".
-class Sgr {
-public:
-    template <class... Numbers>
-    explicit Sgr(std::string_view introducer, Numbers... numbers)
-    {
-        static_assert(sizeof...(numbers) <= most_numbers);
-        char* end = put_text(text, introducer);
-        ((end = put_decimal(end, numbers), *end++ = ';'), ...);
-        end[-1] = 'm'; // SGR, ECMA-48 8.3.117
-        size = static_cast<std::size_t>(end - text);
-    }
+/// Writes an introducer, numbers with ";" between them, and "m", and returns the place behind them:
+/// "\x1b[38;5;" and 200 are "\x1b[38;5;200m".
+template <std::size_t size, class... Numbers>
+char* put_sgr(char* out, char const (&introducer)[size], Numbers... numbers)
+{
+    out = put_text(out, {introducer, size - 1});
+    ((out = put_decimal(out, numbers), *out++ = ';'), ...);
+    out[-1] = 'm'; // SGR, ECMA-48 8.3.117
+    return out;
+}
 
-    std::string_view view() const { return {text, size}; }
-    std::string string() const { return {text, size}; }
+/// The sequence of one number, such as a colour's code.
+std::string sgr_string(std::int64_t number);
 
-private:
-    static constexpr std::size_t longest_introducer = 7; // "\x1b[38;2;"
-    static constexpr std::size_t most_numbers = 5;
-
-    char text[longest_introducer + most_numbers * (longest_decimal + 1)];
-    std::size_t size;
-};
+/// A 24-bit colour behind "\x1b[38;2;" for the foreground or "\x1b[48;2;" for the background.
+std::string true_color_string(char const (&introducer)[8], int r, int g, int b);
 
 } // namespace kestry::detail

@@ -1,4 +1,4 @@
-#include "kestry/hueline_classic.hpp"
+#include "classic/codes.hpp"
 
 #include "hexdump/digits.hpp"
 #include "sgr.hpp"
@@ -12,9 +12,6 @@ namespace kestry {
 using namespace detail;
 
 namespace {
-
-std::string_view constexpr bright = "\x1b[1m"; // before a bright text
-std::string_view constexpr dim = "\x1b[2m";    // behind it: faint, not a reset
 
 struct Rgb {
     int r;
@@ -41,47 +38,80 @@ Rgb constexpr vga[] = {
     {255, 255, 255}, // white
 };
 
-Sgr sgr(HexColor code) { return Sgr{"\x1b[", static_cast<int>(code)}; }
-
 // The two digits of a byte as a text.
 std::string_view digits(unsigned char x) { return {hex_pairs[x].data(), hex_pairs[x].size()}; }
 
-// The parts one after the other, in one allocation.
-std::string join(std::string_view a, std::string_view b, std::string_view c = {}, std::string_view d = {})
+// The text behind its colour; a bright one between bright and dim, which is faint and not a reset, and
+// in the ordinary colour, not in the bright code. Out of line, so that a text without colour does not
+// pay for it.
+[[gnu::noinline]] std::string in_color(HexColor code, std::string_view text, bool bright)
 {
-    return make_string(a.size() + b.size() + c.size() + d.size(),
-                       [=](char* out) { put_text(put_text(put_text(put_text(out, a), b), c), d); });
-}
-
-std::string colored(HexColor code, std::string_view text)
-{
-    return Hueline::isUsingColor() ? join(sgr(code).view(), text) : std::string{text};
-}
-
-// Not the bright code: the ordinary colour between bright and dim.
-std::string bright_colored(HexColor code, std::string_view text)
-{
-    return Hueline::isUsingColor() ? join(bright, sgr(code).view(), text, dim) : std::string{text};
+    auto const number = static_cast<int>(code);
+    return make_string((bright ? 8 : 0) + 3 + decimal_size(number) + text.size(), [=](char* out) {
+        if (bright) {
+            out = put_text(out, "\x1b[1m");
+        }
+        out = put_text(put_sgr(out, "\x1b[", number), text);
+        if (bright) {
+            put_text(out, "\x1b[2m");
+        }
+    });
 }
 
 } // namespace
 
-std::string Hueline::color(HexColor const& code) { return isUsingColor() ? sgr(code).string() : std::string{}; }
+// Here, where every text in colour asks it.
+bool Hueline::isUsingColor() { return _useColor && !_noFrillsMode; }
+
+std::string detail::colored(HexColor code, std::string const& text)
+{
+    return Hueline::isUsingColor() ? in_color(code, text, false) : text;
+}
+
+std::string detail::bright_colored(HexColor code, std::string const& text)
+{
+    return Hueline::isUsingColor() ? in_color(code, text, true) : text;
+}
+
+std::string detail::colored(HexColor code, unsigned char x)
+{
+    return Hueline::isUsingColor() ? in_color(code, digits(x), false) : std::string{digits(x)};
+}
+
+std::string detail::bright_colored(HexColor code, unsigned char x)
+{
+    return Hueline::isUsingColor() ? in_color(code, digits(x), true) : std::string{digits(x)};
+}
+
+std::string Hueline::color(HexColor const& code)
+{
+    return isUsingColor() ? sgr_string(static_cast<int>(code)) : std::string{};
+}
 
 std::string Hueline::bright_color(HexColor const& code)
 {
     // 64 bits: the sum is a number for every code.
-    return isUsingColor() ? Sgr{"\x1b[", static_cast<std::int64_t>(code) + 60}.string() : std::string{};
+    return isUsingColor() ? sgr_string(static_cast<std::int64_t>(code) + 60) : std::string{};
 }
 
 std::string Hueline::color(int a, int r, int g, int b)
 {
-    return isUsingColor() ? Sgr{"\x1b[", a, 2, r, g, b}.string() : std::string{};
+    if (!isUsingColor()) {
+        return {};
+    }
+    char sequence[2 + 5 * (longest_decimal + 1)];
+    return {sequence, put_sgr(sequence, "\x1b[", a, 2, r, g, b)};
 }
 
-std::string Hueline::color(int r, int g, int b) { return color(38, r, g, b); }
+std::string Hueline::color(int r, int g, int b)
+{
+    return isUsingColor() ? true_color_string("\x1b[38;2;", r, g, b) : std::string{};
+}
 
-std::string Hueline::color_bg(int r, int g, int b) { return color(48, r, g, b); }
+std::string Hueline::color_bg(int r, int g, int b)
+{
+    return isUsingColor() ? true_color_string("\x1b[48;2;", r, g, b) : std::string{};
+}
 
 std::string Hueline::color(HexColor_VGA const& v)
 {
@@ -94,9 +124,9 @@ std::string Hueline::color(HexColor_VGA const& v)
 }
 
 // clang-format off
-std::string Hueline::color       (HexColor const& code, unsigned char x)      { return colored(code, digits(x)); }
+std::string Hueline::color       (HexColor const& code, unsigned char x)      { return colored(code, x); }
 std::string Hueline::color       (HexColor const& code, std::string const& s) { return colored(code, s); }
-std::string Hueline::bright_color(HexColor const& code, unsigned char x)      { return bright_colored(code, digits(x)); }
+std::string Hueline::bright_color(HexColor const& code, unsigned char x)      { return bright_colored(code, x); }
 std::string Hueline::bright_color(HexColor const& code, std::string const& s) { return bright_colored(code, s); }
 // clang-format on
 

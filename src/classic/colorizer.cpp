@@ -30,8 +30,6 @@ void Hueline::unflipColor()
 // An instance function although it changes only the switch of the process: callers hold an object.
 void Hueline::useColor(bool on) { _useColor = on; }
 
-bool Hueline::isUsingColor() { return _useColor && !_noFrillsMode; }
-
 void Hueline::setNoFrillsMode(bool on) { _noFrillsMode = on; }
 
 bool Hueline::getNoFrillsMode() { return _noFrillsMode; }

@@ -12,4 +12,8 @@ namespace kestry::detail {
 char* put_cells(char* out, char const* limit, std::span<unsigned char const> bytes, std::string_view before,
                 std::string_view after);
 
+/// The same without the vectors that not every processor has.
+char* put_table_cells(char* out, char const* limit, std::span<unsigned char const> bytes, std::string_view before,
+                      std::string_view after);
+
 } // namespace kestry::detail

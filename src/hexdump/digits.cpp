@@ -25,7 +25,13 @@ std::size_t checked_size(std::size_t cells, std::size_t cell, std::size_t rest)
 
 } // namespace
 
-char* put_decimal(char* out, std::int64_t value) { return std::to_chars(out, out + longest_decimal, value).ptr; }
+char* put_large_decimal(char* out, std::int64_t value) { return std::to_chars(out, out + longest_decimal, value).ptr; }
+
+std::size_t large_decimal_size(std::int64_t value)
+{
+    char digits[longest_decimal];
+    return static_cast<std::size_t>(put_large_decimal(digits, value) - digits);
+}
 
 std::string dump_byte(unsigned char b) { return {hex_pairs[b].data(), hex_pairs[b].size()}; }
 

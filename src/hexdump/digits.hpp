@@ -37,8 +37,47 @@ inline char* put_text(char* out, std::string_view text) { return out + text.copy
 
 inline constexpr std::size_t longest_decimal = std::numeric_limits<std::int64_t>::digits10 + 2;
 
-/// Writes value in decimal, at most longest_decimal characters, and returns the place behind it.
-char* put_decimal(char* out, std::int64_t value);
+/// What every part of a colour and every common code is: a number up to 255.
+struct SmallDecimal {
+    char digits[3];
+    unsigned char size;
+};
+
+inline constexpr auto small_decimals = [] {
+    std::array<SmallDecimal, 256> all{};
+    for (std::size_t n = 0; n < all.size(); ++n) {
+        auto& [digits, size] = all[n];
+        for (std::size_t power = 100; power != 0; power /= 10) {
+            if (n >= power || power == 1) {
+                digits[size++] = static_cast<char>('0' + n / power % 10);
+            }
+        }
+    }
+    return all;
+}();
+
+char* put_large_decimal(char* out, std::int64_t value);
+std::size_t large_decimal_size(std::int64_t value);
+
+inline bool is_small(std::int64_t value) { return static_cast<std::uint64_t>(value) < small_decimals.size(); }
+
+/// Writes value in decimal, at most longest_decimal characters, and returns the place behind it. Three
+/// characters may be written where the number has fewer.
+inline char* put_decimal(char* out, std::int64_t value)
+{
+    if (!is_small(value)) {
+        return put_large_decimal(out, value);
+    }
+    SmallDecimal const& small = small_decimals[static_cast<std::size_t>(value)];
+    std::memcpy(out, small.digits, sizeof small.digits);
+    return out + small.size;
+}
+
+/// How many characters value has in decimal.
+inline std::size_t decimal_size(std::int64_t value)
+{
+    return is_small(value) ? small_decimals[static_cast<std::size_t>(value)].size : large_decimal_size(value);
+}
 
 // ---------------------------------------------------------------------------------------------
 // Hexadecimal

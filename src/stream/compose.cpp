@@ -40,6 +40,12 @@ std::ostream& compose(std::ostream& os)
     return os;
 }
 
+std::ostream& recompose(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
+{
+    _currentAttributes.*slot = sequence;
+    return compose(os);
+}
+
 } // namespace kestry::detail
 
 namespace kestry::Hueline {

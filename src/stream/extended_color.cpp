@@ -15,13 +15,13 @@ auto constexpr foreground = &AttributeState::foreground;
 auto constexpr background = &AttributeState::background;
 
 // A colour, changed only where it shows.
-std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, auto... sequence)
+std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, auto& introducer, auto... numbers)
 {
     if (!allowColor(os)) {
         return os;
     }
-    _currentAttributes.*slot = Sgr{sequence...}.view();
-    return compose(os);
+    char sequence[sizeof introducer + sizeof...(numbers) * (longest_decimal + 1)];
+    return recompose(os, slot, {sequence, put_sgr(sequence, introducer, numbers...)});
 }
 
 } // namespace
@@ -32,9 +32,9 @@ std::ostream& operator<<(std::ostream& os, on_color const& c) { return paint(os,
 std::ostream& operator<<(std::ostream& os, rgb const& c)      { return paint(os, foreground, "\x1b[38;2;", c.r, c.g, c.b); }
 std::ostream& operator<<(std::ostream& os, on_rgb const& c)   { return paint(os, background, "\x1b[48;2;", c.r, c.g, c.b); }
 
-std::string csi::color (int n)                { return Sgr{"\x1b[", n}.string(); }
-std::string csi::rgb   (int r, int g, int b)  { return Sgr{"\x1b[38;2;", r, g, b}.string(); }
-std::string csi::on_rgb(int r, int g, int b)  { return Sgr{"\x1b[48;2;", r, g, b}.string(); }
+std::string csi::color (int n)                { return sgr_string(n); }
+std::string csi::rgb   (int r, int g, int b)  { return true_color_string("\x1b[38;2;", r, g, b); }
+std::string csi::on_rgb(int r, int g, int b)  { return true_color_string("\x1b[48;2;", r, g, b); }
 // clang-format on
 
 } // namespace kestry::Hueline

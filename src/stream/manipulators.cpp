@@ -34,11 +34,7 @@ std::ostream& set(std::ostream& os, bool AttributeState::*flag, bool on)
 // A colour, changed only where it shows.
 std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
 {
-    if (!allowColor(os)) {
-        return os;
-    }
-    _currentAttributes.*slot = sequence;
-    return compose(os);
+    return allowColor(os) ? recompose(os, slot, sequence) : os;
 }
 
 // Past the record: the reset that opens the next rendition ends it.

@@ -1,6 +1,7 @@
 #include "hexdump/digits.hpp"
 
 #include "hexdump/allocations.hpp"
+#include "hexdump/cells.hpp"
 #include "hexdump/formula.hpp"
 #include "classic/grouping.hpp"
 
@@ -88,6 +89,26 @@ TEST(Decimal, IsPlainDigits)
     EXPECT_EQ(decimal(INT64_MAX), "9223372036854775807");
     EXPECT_EQ(decimal(INT64_MIN), "-9223372036854775808");
     static_assert(longest_decimal == 20); // of the last one
+}
+
+// The small ones come from a table.
+TEST(Decimal, IsPlainDigitsOnBothSidesOfTheTable)
+{
+    for (int value = -300; value <= 300; ++value) {
+        std::string const digits = std::to_string(value);
+        EXPECT_EQ(decimal(value), digits);
+        EXPECT_EQ(decimal_size(value), digits.size());
+    }
+    EXPECT_EQ(decimal_size(INT64_MAX), 19u);
+    EXPECT_EQ(decimal_size(INT64_MIN), 20u);
+}
+
+TEST(Decimal, WritesNoMoreThanThreeCharactersOfASmallNumber)
+{
+    char text[5] = "....";
+    EXPECT_EQ(put_decimal(text, 7), text + 1);
+    EXPECT_EQ(text[0], '7');
+    EXPECT_EQ(text[3], '.');
 }
 
 TEST(Decimal, HasNoGroupsWhateverTheGlobalLocale)
@@ -199,6 +220,26 @@ TEST(DumpBytes, IsTheFormulaForEveryCellAndSize)
         }
     }
     EXPECT_EQ(allocations.overruns, 0u);
+}
+
+// What a processor without the vectors does, whatever this one has.
+TEST(TableCells, AreThoseOfTheVectors)
+{
+    for (std::string const before : {"", "\x1b[32m", "before, of 17 c."}) {
+        for (std::string const after : {"", " ", "::"}) {
+            for (std::size_t size = 0; size <= 300; ++size) {
+                Bytes const bytes = mixed(size);
+                std::string const expected = cells(bytes, before, after);
+                std::string text(expected.size(), '.');
+                char* const end = text.data() + text.size();
+                EXPECT_EQ(put_table_cells(text.data(), end, bytes, before, after), end);
+                ASSERT_TRUE(text == expected) << size << " bytes";
+                text.assign(text.size(), '.');
+                EXPECT_EQ(put_cells(text.data(), end, bytes, before, after), end);
+                ASSERT_TRUE(text == expected) << size << " bytes";
+            }
+        }
+    }
 }
 
 TEST(DumpBytes, IsTheFormulaForLongTextsAroundTheDigits)
