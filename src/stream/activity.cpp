@@ -33,7 +33,7 @@ public:
     void add(std::string_view text)
     {
         make_room(text.size());
-        if (text.size() > sizeof buffer) {
+        if (text.size() > room) {
             write(text);
             return;
         }
@@ -45,16 +45,26 @@ public:
         if (text.empty()) {
             return;
         }
-        while (times > 0 && text.size() <= sizeof buffer) {
-            make_room(text.size());
-            std::int64_t const fitting = static_cast<std::int64_t>((sizeof buffer - size) / text.size());
-            std::int64_t const now = std::min(times, fitting);
-            repeat(text, static_cast<std::size_t>(now) * text.size());
-            times -= now;
+        if (text.size() > block_size) {
+            for (; times > 0; --times) {
+                add(text);
+            }
+            return;
         }
+        // Each as a whole block, whose end the next one, or the next text, overwrites.
+        char block[block_size] = {};
+        text.copy(block, text.size());
+        std::size_t end = size;
         for (; times > 0; --times) {
-            add(text);
+            if (text.size() > room - end) {
+                size = end;
+                flush();
+                end = 0;
+            }
+            std::memcpy(buffer + end, block, block_size);
+            end += text.size();
         }
+        size = end;
     }
 
     // Unformatted: a width that is pending stays so.
@@ -70,26 +80,19 @@ public:
 private:
     void make_room(std::size_t wanted)
     {
-        if (wanted > sizeof buffer - size) {
+        if (wanted > room - size) {
             flush();
         }
     }
 
-    // Fills with text up to a multiple of its size, in ever larger steps.
-    void repeat(std::string_view text, std::size_t whole)
-    {
-        char* const first = buffer + size;
-        for (std::size_t filled = text.copy(first, text.size()); filled < whole; filled *= 2) {
-            std::memcpy(first + filled, first, std::min(filled, whole - filled));
-        }
-        size += whole;
-    }
-
     void write(std::string_view text) { os.write(text.data(), static_cast<std::streamsize>(text.size())); }
+
+    static constexpr std::size_t room = 8192;
+    static constexpr std::size_t block_size = 16;
 
     std::ostream& os;
     std::size_t size = 0;
-    char buffer[8192];
+    char buffer[room + block_size];
 };
 
 int percentage(progress_meter const& m)
