@@ -97,7 +97,8 @@ def count_instructions(build, results):
 def medians_of(report):
     """The median of each benchmark by section, workload and peer, and its limit."""
     medians = {}
-    for run in report["benchmarks"]:
+    # They ran in random order; this is the one in which the program names them.
+    for run in sorted(report["benchmarks"], key=lambda run: run["family_index"]):
         if run["aggregate_name"] == "median":
             # What the name goes on with says how often it ran.
             section, workload, peer = run["run_name"].split("/")[:3]
