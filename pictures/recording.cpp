@@ -1,0 +1,196 @@
+#include "recording.hpp"
+
+#include "files.hpp"
+#include "scenes.hpp"
+#include "support/process.hpp"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <stdexcept>
+
+namespace hueline::pictures {
+
+namespace {
+
+using test::Launch;
+using test::Outcome;
+using test::Sink;
+using test::Sinks;
+
+Sinks constexpr terminals = {Sink::terminal, Sink::terminal};
+Sinks constexpr pipes = {Sink::pipe, Sink::pipe};
+
+// Standard output first: of the programs that are drawn, one writes to both, in this order.
+std::string all_output(std::string const& name, Outcome const& run, int status = 0)
+{
+    if (run.status != status) {
+        throw std::runtime_error(name + " failed: " + run.report + run.err);
+    }
+    return run.out + run.err;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Scenes
+// ---------------------------------------------------------------------------------------------
+
+// The body of a function, as it is in the source.
+std::string body_of(std::string const& function, std::string const& source)
+{
+    std::string const head = "\nvoid " + function + "()\n{\n";
+    std::size_t const start = source.find(head);
+    std::size_t const end = start == std::string::npos ? start : source.find("\n}\n", start);
+    if (end == std::string::npos) {
+        throw std::runtime_error("the sources have no function " + function);
+    }
+    std::string body;
+    for (std::string const& line : lines_of(source.substr(start + head.size(), end + 1 - start - head.size()))) {
+        body += line.substr(std::min<std::size_t>(line.size(), 4)) + '\n';
+    }
+    return body;
+}
+
+void record(std::vector<Scene> const& scenes, std::string const& source, std::function<void(Scene const&)> const& draw,
+            std::vector<Recording>& recordings)
+{
+    for (Scene const& scene : scenes) {
+        std::string file_name = scene.name;
+        std::replace(file_name.begin(), file_name.end(), '_', '-');
+        auto const body = [&] { draw(scene); };
+        recordings.push_back({
+            .name = file_name,
+            .title = scene.title,
+            .code = body_of(scene.name, source),
+            .language = "cpp",
+            .terminal = all_output(scene.name, run_with(terminals, body)),
+            .pipe = all_output(scene.name, run_with(pipes, body)),
+            .frame_ms = scene.frame_ms,
+            .cols = scene.cols,
+            .rows = scene.rows,
+        });
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Programs
+// ---------------------------------------------------------------------------------------------
+
+struct Program {
+    std::string name;
+    std::string title;
+    std::vector<std::string> argv;
+    std::string command; // as a person types it
+    std::string input = {};
+    int status = 0;
+    int frame_ms = 0;
+    int cols = 80;
+};
+
+// A folder that goes with its contents.
+class Folder {
+public:
+    Folder()
+    {
+        std::string made = (std::filesystem::temp_directory_path() / "hueline-pictures-XXXXXX").string();
+        if (::mkdtemp(made.data()) == nullptr) {
+            throw std::runtime_error("cannot make " + made);
+        }
+        name = made;
+    }
+    ~Folder() { std::filesystem::remove_all(name); }
+    Folder(Folder const&) = delete;
+    Folder& operator=(Folder const&) = delete;
+
+    std::filesystem::path name;
+};
+
+// A file of forty of the buffers of copy, each of which is a frame.
+std::string large_file(Folder const& folder)
+{
+    std::filesystem::path const name = folder.name / "firmware.bin";
+    std::ofstream(name).flush();
+    std::filesystem::resize_file(name, 40 * 65536);
+    return name.string();
+}
+
+std::vector<Program> programs(Folder const& folder)
+{
+    std::string const sources = SOURCES;
+    std::string const capture = sources + "/examples/frame_monitor.capture";
+    std::string const examples = EXAMPLES;
+    return {
+        {.name = "example-colour-policy",
+         .title = "Two lines for each standard stream, in green",
+         .argv = {examples + "/colour_policy"},
+         .command = "colour_policy"},
+        {.name = "example-copy",
+         .title = "A bar that fits the terminal, and a percentage",
+         .argv = {examples + "/copy", large_file(folder), "/dev/null"},
+         .command = "copy firmware.bin /dev/null",
+         .frame_ms = 100},
+        {.name = "example-frame-monitor",
+         .title = "Frames in hexadecimal, and damaged ones in red",
+         .argv = {examples + "/frame_monitor", capture},
+         .command = "frame_monitor frame_monitor.capture",
+         .status = 1,
+         .cols = 100},
+        {.name = "example-hexview",
+         .title = "Offsets, bytes and text of a file in three colours",
+         .argv = {examples + "/hexview", capture},
+         .command = "hexview frame_monitor.capture"},
+        {.name = "example-logger",
+         .title = "Log lines, each in the colour of its level",
+         .argv = {examples + "/logger"},
+         .command = "logger <logger.input",
+         .input = contents_of(sources + "/examples/logger.input")},
+        {.name = "demo-themes",
+         .title = "Both forms of all themes, role by role",
+         .argv = {DEMO, "themes"},
+         .command = "hueline-demo themes"},
+    };
+}
+
+void record(std::vector<Program> const& listed, std::vector<Recording>& recordings)
+{
+    for (Program const& program : listed) {
+        Launch const launch = {
+            .input = program.input,
+            .environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm", "LC_ALL=C", "LD_PRELOAD=" CLOCKS},
+        };
+        auto const output_on = [&](Sinks sinks) {
+            return all_output(program.name, run_program(sinks, program.argv, launch), program.status);
+        };
+        recordings.push_back({
+            .name = program.name,
+            .title = program.title,
+            .code = program.command + '\n',
+            .language = "sh",
+            .terminal = output_on(terminals),
+            .pipe = output_on(pipes),
+            .frame_ms = program.frame_ms,
+            .cols = program.cols,
+        });
+    }
+}
+
+} // namespace
+
+std::vector<Recording> record_all()
+{
+    std::string const folder = std::string(SOURCES) + "/pictures";
+    std::vector<Recording> recordings;
+    auto const draw_stream = [](Scene const& scene) {
+        colorize_output();
+        scene.draw();
+    };
+    auto const draw_strings = [](Scene const& scene) { draw_in_colour(scene.draw); };
+    record(stream_scenes(), contents_of(folder + "/scenes_stream.cpp"), draw_stream, recordings);
+    record(string_scenes(), contents_of(folder + "/scenes_strings.cpp"), draw_strings, recordings);
+
+    Folder const temporary;
+    record(programs(temporary), recordings);
+    return recordings;
+}
+
+} // namespace hueline::pictures

@@ -1,0 +1,81 @@
+/// \file
+/// A terminal that says what each of its cells looks like: libvterm, and what libvterm 0.1.4 leaves out.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct VTerm;
+
+namespace hueline::pictures {
+
+struct Rgb {
+    std::uint8_t r = 0;
+    std::uint8_t g = 0;
+    std::uint8_t b = 0;
+
+    auto operator<=>(Rgb const&) const = default;
+};
+
+/// The colours of a terminal that has received nothing.
+Rgb constexpr default_ink = {0xd8, 0xdb, 0xe0};
+Rgb constexpr default_ground = {0x14, 0x16, 0x1b};
+
+/// A cell as it is to be drawn: faint text has its faint colour, reversed text has changed its colours, concealed text
+/// is blank.
+struct Cell {
+    std::string character = " "; ///< UTF-8.
+    Rgb ink = default_ink;
+    Rgb ground = default_ground;
+    bool bold = false;
+    bool italic = false;
+    bool underline = false;
+    bool strike = false;
+    bool blink = false;
+
+    auto operator<=>(Cell const&) const = default;
+};
+
+using Row = std::vector<Cell>;
+using Grid = std::vector<Row>;
+
+/// libvterm 0.1.4 knows no faint (SGR 2) and no concealed text (SGR 8). It does know alternative fonts (SGR 10 to 19),
+/// which nothing in this project uses. So each SGR sequence that is fed is followed by one that selects a font: 1 for
+/// faint, 2 for concealed, 3 for both. libvterm then carries them along with each cell, wherever the cell goes.
+///
+/// It takes "CSI s" and "CSI u" for something else than saving and restoring the cursor. It is given DECSC and DECRC.
+class Terminal {
+public:
+    Terminal(int rows, int cols);
+
+    /// A "\n" also returns the cursor to the left, as the line discipline of a person's terminal has it. The bytes may
+    /// end in the middle of a line, but not of a sequence or a character.
+    void feed(std::string_view bytes);
+
+    Grid grid() const;
+
+private:
+    struct Free {
+        void operator()(VTerm* terminal) const;
+    };
+
+    // What libvterm is not told, or would not tell.
+    struct Pen {
+        bool faint = false;
+        bool concealed = false;
+    };
+
+    std::string translated(std::string_view sequence);
+    void select(std::string_view parameters);
+
+    std::unique_ptr<VTerm, Free> terminal;
+    int rows;
+    int cols;
+    Pen pen = {};
+    Pen saved = {};
+};
+
+} // namespace hueline::pictures
