@@ -1,6 +1,7 @@
 #include "kestry/hueline_classic.hpp"
 
 #include "classic/modes.hpp"
+#include "hexdump/allocations.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 
@@ -475,6 +476,21 @@ TEST(ColorizerCopy, ByAssignmentTakesWhatTheOtherRemembers)
         on.useColor(true);
     }
     EXPECT_FALSE(Hueline::isUsingColor());
+}
+
+TEST(ColorizerCopy, ByAssignmentTakesNothingIfMemoryRunsOut)
+{
+    InMode const mode(Mode::off);
+    Text flipped(std::string(1000, 'x'));
+    flipped.flipColor();
+    {
+        Text on("text");
+        EXPECT_TRUE(runs_out_of_memory([&] { on = flipped; }));
+        EXPECT_EQ(text_thrown_by_unflip(on), never_flipped);
+        EXPECT_EQ(written(on), "text");
+        on.useColor(false);
+    }
+    EXPECT_TRUE(Hueline::isUsingColor()); // as when it was constructed
 }
 
 TEST(ColorizerCopy, HasTheSameText)
