@@ -1,0 +1,811 @@
+// Streams that are in a failed state, have no buffer or one that fails somewhere, throw, or lack what
+// their locale should have: what was accepted stays, records and formats change as they always do, and
+// the next insertion works.
+
+#include "kestry/hueline_stream.hpp"
+
+#include "buffers.hpp"
+#include "operations.hpp"
+
+#include "stream/system_clock.hpp"
+#include "support/process.hpp"
+#include "support/readable.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <locale>
+#include <set>
+#include <sstream>
+#include <streambuf>
+#include <string>
+#include <typeinfo>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+using namespace kestry::Hueline;
+
+// ---------------------------------------------------------------------------------------------
+// An operation on std::cout, which is a colorized terminal with a fault
+// ---------------------------------------------------------------------------------------------
+
+struct BufferFault {};
+
+// Takes so many bytes; the next one is refused, or throws.
+class FaultyBuffer : public std::streambuf {
+public:
+    FaultyBuffer(std::size_t bytes, bool throws_then) : room(bytes), throws(throws_then) {}
+
+    std::string const& text() const { return taken; }
+
+private:
+    int_type overflow(int_type c) override
+    {
+        char const byte = traits_type::to_char_type(c);
+        return xsputn(&byte, 1) == 1 ? c : traits_type::eof();
+    }
+
+    std::streamsize xsputn(char const* bytes, std::streamsize wanted) override
+    {
+        std::size_t const fitting = std::min(static_cast<std::size_t>(wanted), room - taken.size());
+        taken.append(bytes, fitting);
+        if (throws && fitting < static_cast<std::size_t>(wanted)) {
+            throw BufferFault{};
+        }
+        return static_cast<std::streamsize>(fitting);
+    }
+
+    std::string taken;
+    std::size_t room;
+    bool throws;
+};
+
+struct Fault {
+    std::size_t bytes = SmallBuffer::largest; // that the buffer takes
+    bool buffer_throws = false;               // at the next byte, instead of refusing it
+    bool no_buffer = false;
+    std::ios_base::iostate state = std::ios_base::goodbit; // that the stream is in already
+    std::ios_base::iostate exceptions = std::ios_base::goodbit;
+    std::locale locale = std::locale::classic();
+    std::streamsize width = 0;
+};
+
+struct Result {
+    std::string bytes;
+    std::string thrown; // the name of the exception that left the operation
+    std::ios_base::iostate state = std::ios_base::goodbit;
+    std::ios_base::fmtflags flags = {};
+    char fill = ' ';
+    std::streamsize width = 0;
+    bool using_color = false;
+    std::string record; // the record and the saved one, as renditions on a stream without faults
+};
+
+// The two records, and formats of the stream, that an operation starts from.
+enum class Start { as_at_load, everything_set };
+Start const every_start[] = {Start::as_at_load, Start::everything_set};
+
+void start_anew(Start start)
+{
+    std::cout.imbue(std::locale::classic());
+    std::cout.flags(start == Start::as_at_load ? std::ios_base::dec | std::ios_base::skipws
+                                               : std::ios_base::hex | std::ios_base::showbase);
+    std::cout.fill(' ');
+    std::cout.width(0);
+    FaultyBuffer unseen(SmallBuffer::largest, false);
+    WithBuffer const aside(std::cout, &unseen);
+    std::cout << colorize << reset << push;
+    if (start == Start::everything_set) {
+        std::cout << thin << dark << italic << underline << blink << kestry::Hueline::reverse << cyan << on_blue;
+    }
+}
+
+std::string records()
+{
+    FaultyBuffer collected(SmallBuffer::largest, false);
+    WithBuffer const aside(std::cout, &collected);
+    std::cout.width(0);
+    std::cout << adjust << '|' << pull << adjust;
+    return collected.text();
+}
+
+std::string thrown_by(std::function<void()> const& act)
+{
+    try {
+        act();
+        return "";
+    } catch (BufferFault const&) {
+        return "BufferFault";
+    } catch (std::ios_base::failure const&) {
+        return "std::ios_base::failure";
+    } catch (std::bad_cast const&) {
+        return "std::bad_cast";
+    }
+}
+
+Result perform(Operation const& tested, Start start, Fault const& fault = {})
+{
+    start_anew(start);
+    Result result;
+    {
+        FaultyBuffer buffer(fault.bytes, fault.buffer_throws);
+        WithBuffer const faulty(std::cout, fault.no_buffer ? nullptr : &buffer);
+        std::cout.imbue(fault.locale);
+        std::cout.width(fault.width);
+        std::cout.setstate(fault.state);
+        if (!fault.no_buffer) {
+            std::cout.exceptions(fault.exceptions);
+        }
+        result.thrown = thrown_by([&] { tested.act(std::cout); });
+        result.bytes = buffer.text();
+        result.state = std::cout.rdstate();
+        result.flags = std::cout.flags();
+        result.fill = std::cout.fill();
+        result.width = std::cout.width();
+        result.using_color = _isUsingColor();
+    }
+    std::cout.imbue(std::locale::classic());
+    result.record = records();
+    return result;
+}
+
+// How far the spinners have turned does not matter.
+std::string without_frames(std::string bytes)
+{
+    std::replace_if(
+        bytes.begin(), bytes.end(), [](char c) { return bar_frames.find(c) != std::string::npos; }, '|');
+    return bytes;
+}
+
+bool starts(std::string const& whole, std::string const& beginning)
+{
+    return without_frames(whole).find(without_frames(beginning)) == 0;
+}
+
+// Collects what is not as it should be; nothing may be.
+class Findings {
+public:
+    explicit Findings(std::string of_what) : subject(std::move(of_what)) {}
+
+    void expect(bool holds, std::string const& what)
+    {
+        if (!holds) {
+            report(subject + ": " + what + '\n');
+        }
+    }
+
+    // What the operation leaves to the next one is what it leaves on a stream without a fault.
+    void expect_same_effects(Result const& result, Result const& without_fault)
+    {
+        expect(result.record == without_fault.record, "the record is " + readable(result.record));
+        expect(result.flags == without_fault.flags, "the format is another one");
+        expect(result.fill == without_fault.fill, "the fill is another one");
+        expect(result.using_color == without_fault.using_color, "the gate found another answer");
+    }
+
+private:
+    std::string subject;
+};
+
+// In a child whose standard streams are terminals: the cases in turn, each with what it gives without
+// a fault.
+std::string findings(std::vector<Operation> const& operations,
+                     std::function<void(Operation const&, Start, Result const&)> const& test)
+{
+    auto const run = on_terminal([&] {
+        let_waits_end_at_once();
+        for (Operation const& each : operations) {
+            for (Start const start : every_start) {
+                test(each, start, perform(each, start));
+            }
+        }
+        report("through");
+    });
+    EXPECT_EQ(run.status, 0);
+    return run.report;
+}
+
+// ---------------------------------------------------------------------------------------------
+// The table of operations
+// ---------------------------------------------------------------------------------------------
+
+// The name that the table has for an exported symbol; none if it is no operation on a stream.
+std::string operation_named(std::string symbol)
+{
+    std::string const scope = "kestry::Hueline::";
+    std::string const inserted = "operator<<(std::ostream&, ";
+    std::string const by_itself = "(std::ostream&";
+    if (symbol.find(inserted + "kestry::Hueline const&") != std::string::npos) {
+        return ""; // of the class-based interface
+    }
+    if (std::size_t const at = symbol.find(inserted); at != std::string::npos) {
+        symbol = symbol.substr(at + inserted.size());
+        symbol = symbol.substr(0, symbol.find(" const&"));
+    } else if (std::size_t const end = symbol.find(by_itself); end != std::string::npos) {
+        symbol = symbol.substr(0, end);
+    } else {
+        return "";
+    }
+    return symbol.find(scope) == 0 ? symbol.substr(scope.size()) : symbol;
+}
+
+TEST(TableOfOperations, HasAllThatAreExported)
+{
+    std::set<std::string> exported;
+    std::ifstream file(HUELINE_EXPORTS);
+    for (std::string line; std::getline(file, line);) {
+        if (std::size_t const at = line.find("  "); line.find('#') != 0 && at != std::string::npos) {
+            exported.insert(operation_named(line.substr(at + 2)));
+        }
+    }
+    exported.erase("");
+    std::set<std::string> tabled;
+    for (Operation const& each : all_operations()) {
+        tabled.insert(each.name.substr(0, each.name.find(' ')));
+    }
+    EXPECT_EQ(tabled, exported);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Failed streams
+// ---------------------------------------------------------------------------------------------
+
+TEST(FailedStream, IsNotWrittenToAndEverythingElseIsAsOnAGoodOne)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        for (auto const state : {std::ios_base::failbit, std::ios_base::badbit, std::ios_base::eofbit}) {
+            Result const result = perform(each, start, {.state = state});
+            Findings found(each.name);
+            found.expect(result.bytes.empty(), "wrote " + readable(result.bytes));
+            found.expect((result.state & state) == state, "the state is forgotten");
+            found.expect(result.thrown.empty(), "threw " + result.thrown);
+            found.expect_same_effects(result, without_fault);
+        }
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+TEST(FailedStream, KeepsItsPendingWidth)
+{
+    auto const test = [](Operation const& each, Start start, Result const&) {
+        Result const result = perform(each, start, {.state = std::ios_base::failbit, .width = 7});
+        Findings(each.name).expect(result.width == (each.name == "myfillandw" ? 6 : 7),
+                                   "the width is " + std::to_string(result.width));
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+TEST(FailedStream, TakesChangesOfTheRecord)
+{
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        std::cout.setstate(std::ios_base::failbit);
+        std::cout << thin << italic << red << on_rgb{1, 2, 3};
+        std::cout.clear();
+        std::cout << adjust;
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[00m\e[3m\e[31m\e[48;2;1;2;3m)");
+}
+
+TEST(FailedStream, SavesAndRestoresTheRecord)
+{
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        std::cout.setstate(std::ios_base::badbit);
+        std::cout << red << push << green << pull;
+        std::cout.clear();
+        std::cout << adjust;
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31m\e[31m)");
+}
+
+TEST(FailedStream, IsColorizedAllTheSame)
+{
+    auto const run = on_terminal([] {
+        std::cout.setstate(std::ios_base::badbit);
+        std::cout << colorize;
+        std::cout.clear();
+        std::cout << red;
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31m)");
+}
+
+TEST(FailedStream, Waits)
+{
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        std::cout.setstate(std::ios_base::failbit);
+        advance_clock_by(std::chrono::milliseconds(1));
+        std::cout << csi::delay{25};
+        report(std::to_string(clock_readings));
+    });
+    EXPECT_EQ(run.report, "26"); // at 0, 1, ..., 25 ms
+}
+
+TEST(FailedStream, PrintsTheCodeGrid)
+{
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        std::cout.setstate(std::ios_base::failbit);
+        std::cout << test_pattern_supported_m_codes;
+    });
+    EXPECT_EQ(readable(run.out).substr(0, 36), R"(\e[0m   0\e[m\e[1m   1\e[m\e[2m   2\)");
+}
+
+TEST(FailedStream, AdvancesTheSpinners)
+{
+    auto const run = on_terminal([] {
+        std::ostringstream os;
+        os.setstate(std::ios_base::failbit);
+        os << spinner{bar_frames, ""};
+        os << status_line{1, 0, 3, cell, ".", "", "", bar_frames, ""};
+        os.clear();
+        os << spinner{bar_frames, ""};
+        report(os.str());
+    });
+    EXPECT_EQ(run.report, "\\"); // the slash and the dash were drawn in vain
+}
+
+TEST(FailedStream, IsDecimalAfterAProgressMeter)
+{
+    std::ostringstream os;
+    os << std::hex;
+    os.setstate(std::ios_base::failbit);
+    os << progress_meter{1, 0, 2, cell, "(", ")", "="};
+    os.clear();
+    os << 255;
+    EXPECT_EQ(os.str(), "255");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Buffers
+// ---------------------------------------------------------------------------------------------
+
+TEST(NullBuffer, TakesNothingAndEverythingElseIsAsWithABuffer)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        Result const result = perform(each, start, {.no_buffer = true});
+        Findings found(each.name);
+        found.expect((result.state & std::ios_base::badbit) != 0, "the stream is not bad");
+        found.expect(result.thrown.empty(), "threw " + result.thrown);
+        found.expect_same_effects(result, without_fault);
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+TEST(NullBuffer, IsNoBufferOfAPlainStreamEither)
+{
+    auto const run = on_terminal([] {
+        std::ostream os(nullptr);
+        perform_everything(os);
+        report(os.bad() ? "bad, " : "good, ");
+        std::ostringstream other;
+        os.rdbuf(other.rdbuf());
+        os << myfillandw{'*', 4} << HexDump('A');
+        report(other.str());
+    });
+    EXPECT_EQ(run.report, "bad, **41");
+    EXPECT_EQ(run.status, 0);
+}
+
+// All numbers of bytes up to one more than the operation writes, or those that a pattern is cut at.
+std::vector<std::size_t> cuts(std::size_t all)
+{
+    std::size_t const step = std::max<std::size_t>(all / 1000 * 100, 1);
+    std::vector<std::size_t> cuts;
+    for (std::size_t bytes = 0; bytes <= all; bytes += step) {
+        cuts.push_back(bytes);
+    }
+    cuts.push_back(all);
+    cuts.push_back(all + 1);
+    return cuts;
+}
+
+// The buffer refuses what it does not take, or throws: each is tried from one of the two records.
+bool throws_from(Start start) { return start == Start::everything_set; }
+
+TEST(BufferOfSoManyBytes, TakesThemAndEverythingElseIsAsUsual)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        std::size_t const all = without_fault.bytes.size();
+        for (std::size_t const bytes : cuts(all)) {
+            Result const result = perform(each, start, {.bytes = bytes, .buffer_throws = throws_from(start)});
+            Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
+            found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
+                         "wrote " + readable(result.bytes));
+            found.expect(((result.state & std::ios_base::badbit) != 0) == (bytes < all), "the state is wrong");
+            found.expect(result.thrown.empty(), "threw " + result.thrown);
+            found.expect_same_effects(result, without_fault);
+        }
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+TEST(BufferOfSoManyBytes, CutsASequenceAnywhere)
+{
+    std::string const whole = "\x1b[12;34H";
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        for (std::size_t bytes = 0; bytes <= 8; ++bytes) {
+            FaultyBuffer buffer(bytes, false);
+            {
+                WithBuffer const little(std::cout, &buffer);
+                std::cout << csi::cup{12, 34};
+            }
+            report(readable(buffer.text()) + ' ');
+        }
+    });
+    EXPECT_EQ(run.report, R"( \e \e[ \e[1 \e[12 \e[12; \e[12;3 \e[12;34 \e[12;34H )");
+}
+
+// A buffer that takes everything and cannot be flushed.
+class Unflushable : public std::stringbuf {
+    int sync() override { throw BufferFault{}; }
+};
+
+TEST(UnflushableBuffer, EndsAReportAtItsFirstLine)
+{
+    auto const run = on_terminal([] {
+        Unflushable buffer;
+        std::ostream os(&buffer);
+        os << color_mode_state << frills_mode_state;
+        report(buffer.str() + (os.bad() ? "bad" : "good"));
+    });
+    EXPECT_EQ(run.report, " use color mode is off \nbad");
+}
+
+TEST(UnflushableBuffer, ThrowsOutOfAReportIfTheStreamIsToThrow)
+{
+    auto const run = on_terminal([] {
+        Unflushable buffer;
+        std::ostream os(&buffer);
+        os.exceptions(std::ios_base::badbit);
+        std::string const thrown = thrown_by([&] { os << color_mode_state; });
+        report(buffer.str() + thrown);
+    });
+    EXPECT_EQ(run.report, " use color mode is off \nBufferFault");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Streams that throw
+// ---------------------------------------------------------------------------------------------
+
+// What stands before the byte that throws has been written and done.
+TEST(ThrowingStream, ThrowsOutOfEveryOperationAtAnyByte)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        std::size_t const all = without_fault.bytes.size();
+        std::string const thrown = throws_from(start) ? "BufferFault" : "std::ios_base::failure";
+        for (std::size_t const bytes : cuts(all)) {
+            Result const result =
+                perform(each, start,
+                        {.bytes = bytes, .buffer_throws = throws_from(start), .exceptions = std::ios_base::badbit});
+            Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
+            found.expect(result.thrown == (bytes < all ? thrown : ""), "threw '" + result.thrown + "'");
+            found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
+                         "wrote " + readable(result.bytes));
+            if (!each.in_steps) {
+                found.expect(result.record == without_fault.record, "the record is " + readable(result.record));
+            }
+        }
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+// The record after an operation whose stream throws at the byte that follows so many.
+std::string record_after(std::size_t bytes, std::function<void(std::ostream&)> const& act)
+{
+    auto const run = on_terminal([&] {
+        std::cout << colorize << on_blue;
+        FaultyBuffer buffer(bytes, true);
+        {
+            WithBuffer const failing(std::cout, &buffer);
+            std::cout.exceptions(std::ios_base::badbit);
+            report(thrown_by([&] { act(std::cout); }) + ' ');
+        }
+        std::string const both = records();
+        report(readable(both.substr(0, both.find('|'))));
+    });
+    return run.report;
+}
+
+TEST(ThrowingStream, LeavesTheColourInTheRecord)
+{
+    EXPECT_EQ(record_after(0, [](std::ostream& os) { os << red; }), R"(BufferFault \e[00m\e[1m\e[31m\e[44m)");
+    EXPECT_EQ(record_after(0, [](std::ostream& os) { os << color{200}; }),
+              R"(BufferFault \e[00m\e[1m\e[38;5;200m\e[44m)");
+}
+
+TEST(ThrowingStream, LeavesTheAttributeInTheRecord)
+{
+    EXPECT_EQ(record_after(0, [](std::ostream& os) { os << thin; }), R"(BufferFault \e[00m\e[44m)");
+    EXPECT_EQ(record_after(0, [](std::ostream& os) { os << underline; }), R"(BufferFault \e[00m\e[1m\e[4m\e[44m)");
+}
+
+TEST(ThrowingStream, EndsResetBeforeTheRecordIsCleared)
+{
+    auto const clear = [](std::ostream& os) { os << reset; }; // "\x1b[00m\x1b[25h"
+    EXPECT_EQ(record_after(0, clear), R"(BufferFault \e[00m\e[1m\e[44m)");
+    EXPECT_EQ(record_after(9, clear), R"(BufferFault \e[00m\e[1m\e[44m)");
+    EXPECT_EQ(record_after(10, clear), R"( \e[00m\e[1m)");
+}
+
+TEST(ThrowingStream, EndsAnAlertWhereItsTextDoesNotFit)
+{
+    // thin 10 bytes, red 15, bold 19, the text 4, dark
+    auto const warn = [](std::ostream& os) { os << thin << ColorTheme::alert("text"); };
+    EXPECT_EQ(record_after(9, warn), R"(BufferFault \e[00m\e[44m)");                  // thin
+    EXPECT_EQ(record_after(10, warn), R"(BufferFault \e[00m\e[31m\e[44m)");           // red
+    EXPECT_EQ(record_after(25, warn), R"(BufferFault \e[00m\e[1m\e[31m\e[44m)");      // bold
+    EXPECT_EQ(record_after(47, warn), R"(BufferFault \e[00m\e[1m\e[31m\e[44m)");      // "tex"
+    EXPECT_EQ(record_after(48, warn), R"(BufferFault \e[00m\e[1m\e[2m\e[31m\e[44m)"); // dark
+}
+
+TEST(ThrowingStream, EndsTheBannerAtItsFirstByte)
+{
+    EXPECT_EQ(record_after(0, [](std::ostream& os) { os << build_version; }), R"(BufferFault \e[00m\e[1m\e[44m)");
+}
+
+TEST(ThrowingStream, EndsASpinnerAfterItHasTurned)
+{
+    auto const run = on_terminal([] {
+        FaultyBuffer none(0, true);
+        std::ostream failing(&none);
+        failing.exceptions(std::ios_base::badbit);
+        report(thrown_by([&] { failing << spinner{bar_frames, ""}; }) + ' ');
+        std::ostringstream os;
+        os << spinner{bar_frames, ""};
+        report(os.str());
+    });
+    EXPECT_EQ(run.report, "BufferFault -");
+}
+
+TEST(ThrowingStream, DoesNotThrowWhereTheGateRefuses)
+{
+    auto const run = on_pipe([] {
+        std::cout << colorize;
+        FaultyBuffer none(0, true);
+        WithBuffer const failing(std::cout, &none);
+        std::cout.exceptions(std::ios_base::badbit | std::ios_base::failbit);
+        std::cout << bold << red << csi::cup{1, 2} << color{3} << normal << reset << push << pull << csi::delay{25}
+                  << test_pattern_supported_m_codes << colorized_crossplatform_template;
+        report(std::cout.good() ? "good" : "failed");
+    });
+    EXPECT_EQ(run.report, "good");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(ThrowingStream, IsLeftAloneByTheOthers)
+{
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        std::cerr << colorize;
+        FaultyBuffer none(0, true);
+        WithBuffer const failing(std::cout, &none);
+        std::cout.exceptions(std::ios_base::badbit);
+        std::cerr << red; // std::cout is flushed first, which does not fail
+    });
+    EXPECT_EQ(readable(run.err), R"(\e[00m\e[1m\e[31m)");
+    EXPECT_EQ(run.status, 0) << run.report;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Facets that fail
+// ---------------------------------------------------------------------------------------------
+
+// Every number is a bad cast, as it is where a locale has no std::num_put.
+class NoNumbers : public std::num_put<char> {
+    iter_type do_put(iter_type, std::ios_base&, char_type, long) const override { throw std::bad_cast{}; }
+    iter_type do_put(iter_type, std::ios_base&, char_type, unsigned long) const override { throw std::bad_cast{}; }
+};
+
+// Every widened character is a bad cast, as it is where a locale has no std::ctype.
+class NoWidening : public std::ctype<char> {
+    char do_widen(char) const override { throw std::bad_cast{}; }
+    char const* do_widen(char const*, char const*, char*) const override { throw std::bad_cast{}; }
+};
+
+TEST(FailingFacet, OfNumbersMakesAStreamBadThatIsGivenOne)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoNumbers)});
+        bool const fails = needs_numbers(each.coloured);
+        Findings found(each.name);
+        found.expect(((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
+        found.expect(result.bytes.size() < without_fault.bytes.size() || !fails, "everything was written");
+        found.expect(starts(without_fault.bytes, result.bytes), "wrote " + readable(result.bytes));
+        found.expect(result.thrown.empty(), "threw " + result.thrown);
+        found.expect_same_effects(result, without_fault);
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+TEST(FailingFacet, OfNumbersThrowsItsExceptionIfTheStreamIsToThrow)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        Result const result = perform(
+            each, start,
+            {.exceptions = std::ios_base::badbit, .locale = std::locale(std::locale::classic(), new NoNumbers)});
+        Findings found(each.name);
+        found.expect(result.thrown == (needs_numbers(each.coloured) ? "std::bad_cast" : ""), "threw " + result.thrown);
+        found.expect(starts(without_fault.bytes, result.bytes), "wrote " + readable(result.bytes));
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+// std::endl fails before it writes, whatever the state of the stream; the digits of a number are widened too.
+TEST(FailingFacet, OfCharactersMakesALineEndABadCastAndTheStreamOfANumberBad)
+{
+    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+        Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoWidening)});
+        bool const throws = needs_line_ends(each.coloured);
+        bool const fails = needs_numbers(each.coloured);
+        Findings found(each.name);
+        found.expect(result.thrown == (throws ? "std::bad_cast" : ""), "threw " + result.thrown);
+        found.expect(throws || ((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
+        found.expect(throws || fails ? starts(without_fault.bytes, result.bytes)
+                                     : without_frames(without_fault.bytes) == without_frames(result.bytes),
+                     "wrote " + readable(result.bytes));
+        if (!throws) {
+            found.expect_same_effects(result, without_fault);
+        }
+    };
+    EXPECT_EQ(findings(all_operations(), test), "through");
+}
+
+TEST(FailingFacet, EndsASequenceBeforeItsNumber)
+{
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        FaultyBuffer buffer(SmallBuffer::largest, false);
+        {
+            WithBuffer const collected(std::cout, &buffer);
+            std::cout.imbue(std::locale(std::locale::classic(), new NoNumbers));
+            std::cout << csi::cup{12, 34};
+        }
+        std::cout.imbue(std::locale::classic());
+        report(readable(buffer.text()));
+        std::cout << csi::cup{12, 34};
+    });
+    EXPECT_EQ(run.report, R"(\e[)");
+    EXPECT_EQ(readable(run.out), R"(\e[12;34H)");
+}
+
+TEST(FailingFacet, LeavesPaletteColoursWhole)
+{
+    auto const run = on_terminal([] {
+        std::cout.imbue(std::locale(std::locale(std::locale::classic(), new NoNumbers), new NoWidening));
+        std::cout << colorize << color{200} << on_rgb{1, 2, 3} << csi::rgb(4, 5, 6);
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[38;5;200m\e[00m\e[1m\e[38;5;200m\e[48;2;1;2;3m\e[38;2;4;5;6m)");
+}
+
+// The record of a template whose first line end failed is that of its colours.
+TEST(FailingFacet, LeavesWhatCameBeforeTheLineEnd)
+{
+    auto const run = on_terminal([] {
+        FaultyBuffer buffer(SmallBuffer::largest, false);
+        {
+            WithBuffer const collected(std::cout << colorize, &buffer);
+            std::cout.imbue(std::locale(std::locale::classic(), new NoWidening));
+            report(thrown_by([] { std::cout << colorized_platformspecific_template; }));
+        }
+        std::cout.imbue(std::locale::classic());
+        std::cout << buffer.text() << '|' << adjust;
+    });
+    EXPECT_EQ(run.report, "std::bad_cast");
+    EXPECT_EQ(readable(run.out),
+              R"(\e[00m\e[1m\e[37m\e[00m\e[1m\e[37m\e[42m will display (in Linux) color if colorize )"
+              R"(|\e[00m\e[1m\e[37m\e[42m)");
+}
+
+// ---------------------------------------------------------------------------------------------
+// No facets
+// ---------------------------------------------------------------------------------------------
+
+std::stringstream any_stream;
+
+// A stream without std::ctype, std::num_put and std::num_get: libstdc++ finds them in init, which this
+// constructor of its base, meant for std::iostream, does not call. No locale can be made without them.
+class WithoutFacets : public std::ostream {
+public:
+    explicit WithoutFacets(std::streambuf* buffer) : std::ostream(any_stream) { rdbuf(buffer); }
+};
+
+struct Ending {
+    std::string bytes;
+    std::string thrown;
+    bool bad;
+};
+
+Ending without_facets(std::function<void(std::ostream&)> const& act,
+                      std::ios_base::iostate exceptions = std::ios_base::goodbit)
+{
+    std::stringbuf buffer;
+    WithoutFacets os(&buffer);
+    os.exceptions(exceptions);
+    std::string const thrown = thrown_by([&] { act(os); });
+    return {buffer.str(), thrown, os.bad()};
+}
+
+TEST(WithoutFacets, EveryOperationFailsAsItsInsertionsDo)
+{
+    auto const run = on_terminal([] {
+        for (Operation const& each : all_operations()) {
+            std::ostringstream usual;
+            each.act(usual);
+            Ending const ending = without_facets(each.act);
+            bool const throws = needs_line_ends(each.plain);
+            bool const fails = needs_numbers(each.plain);
+            Findings found(each.name);
+            found.expect(ending.thrown == (throws ? "std::bad_cast" : ""), "threw " + ending.thrown);
+            found.expect(throws || ending.bad == fails, "the state is wrong");
+            found.expect(throws || fails ? starts(usual.str(), ending.bytes)
+                                         : without_frames(usual.str()) == without_frames(ending.bytes),
+                         "wrote " + readable(ending.bytes));
+            std::string const thrown = without_facets(each.act, std::ios_base::badbit).thrown;
+            found.expect(thrown == (throws || fails ? "std::bad_cast" : ""), "threw " + thrown + " if it was to");
+        }
+        report(_isUsingColor() || _getNoFrillsMode() ? "changed" : "through");
+    });
+    EXPECT_EQ(run.report, "through");
+    EXPECT_EQ(run.status, 0);
+}
+
+// What such a stream receives, and what comes of it.
+std::string written_without_facets(std::function<void(std::ostream&)> const& act)
+{
+    auto const run = on_terminal([&] {
+        Ending const ending = without_facets(act);
+        report(readable(ending.bytes) + '|' + ending.thrown + (ending.bad ? "bad" : ""));
+    });
+    return run.report;
+}
+
+TEST(WithoutFacets, ALineEndIsABadCast)
+{
+    auto const written = [](std::ostream& (*manipulator)(std::ostream&)) {
+        return written_without_facets([=](std::ostream& os) { os << manipulator; });
+    };
+    EXPECT_EQ(written(color_mode_state), " use color mode is off |std::bad_cast");
+    EXPECT_EQ(written(frills_mode_state), " no frills mode is off |std::bad_cast");
+    EXPECT_EQ(written(crossplatform_template), "this is a cross platform template|std::bad_cast");
+    EXPECT_EQ(written(platformspecific_template), R"(\e[00mthis is a platform specific template|std::bad_cast)");
+    EXPECT_EQ(written(test_pattern_matrix), " no frills mode is off |std::bad_cast");
+    EXPECT_EQ(written(build_version), "Kestry Hueline Library (Hueline)|std::bad_cast");
+}
+
+TEST(WithoutFacets, ANumberMakesTheStreamBad)
+{
+    auto const meter = [](std::ostream& os) { os << progress_meter{1, 0, 2, cell, "(", ")", "="}; };
+    auto const path = [](std::ostream& os) { os << ColorTheme::path(std::uint32_t{42}); };
+    EXPECT_EQ(written_without_facets(meter), "(# =|bad");
+    EXPECT_EQ(written_without_facets(path), "|bad");
+}
+
+TEST(WithoutFacets, APaddedTextMakesTheStreamBad)
+{
+    auto const padded = [](std::ostream& os) {
+        os.width(4); // the blank to fill with is widened
+        os << HexDump('A');
+    };
+    EXPECT_EQ(written_without_facets(padded), "|bad");
+}
+
+TEST(WithoutFacets, WhatHasNeitherIsWritten)
+{
+    auto const texts = [](std::ostream& os) {
+        os << HexDump(0xdeadbeefUL) << csi::cr << csi::lf << ColorTheme::alert("alert") << build_version_short
+           << DataTheme::crc(std::uint16_t{0xbeef}) << red << csi::cup{1, 2} << parameters_template{4};
+    };
+    EXPECT_EQ(written_without_facets(texts), R"(deadbeef\r\nalertHueline ver. 0.2.2-r0be ef |)");
+}
+
+} // namespace
