@@ -10,13 +10,19 @@ target_compile_options(hueline_hardening INTERFACE
     $<$<BOOL:${HUELINE_HAS_CF_PROTECTION}>:-fcf-protection>
     -Wformat
     -Werror=format-security)
-target_link_options(hueline_hardening INTERFACE LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+
+# A static library hands link options on, and how another project's programs are linked is not ours to choose.
+if(PROJECT_IS_TOP_LEVEL OR BUILD_SHARED_LIBS)
+    target_link_options(hueline_hardening INTERFACE LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+    if(NOT HUELINE_SANITIZE)
+        # A sanitizer's functions are found in the program, not in the libraries.
+        target_link_options(hueline_hardening INTERFACE LINKER:-z,defs)
+    endif()
+endif()
 
 if(NOT HUELINE_SANITIZE)
     # The C library checks buffers in optimised code alone, and a sanitizer's own checks come first.
     target_compile_options(hueline_hardening INTERFACE
         $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE>
         $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-D_FORTIFY_SOURCE=2>)
-    # A sanitizer's functions are found in the program, not in the libraries.
-    target_link_options(hueline_hardening INTERFACE LINKER:-z,defs)
 endif()
