@@ -32,18 +32,21 @@ namespace kestry {
 // Codes and exceptions
 // ---------------------------------------------------------------------------------------------
 
+/// \addtogroup hueline_strings
+/// \{
+
 /// SGR codes. Any other int is a valid code too: static_cast<HexColor>(40) is a black background.
 enum class HexColor : int {
-    reset = 0,
-    bright = 1,
-    dim = 2,
-    red = 31,
-    green = 32,
-    yellow = 33,
-    blue = 34,
-    magenta = 35,
-    cyan = 36,
-    white = 37,
+    reset = 0,    ///< The default rendition.
+    bright = 1,   ///< Bold.
+    dim = 2,      ///< Faint.
+    red = 31,     ///< Foreground red.
+    green = 32,   ///< Foreground green.
+    yellow = 33,  ///< Foreground yellow.
+    blue = 34,    ///< Foreground blue.
+    magenta = 35, ///< Foreground magenta.
+    cyan = 36,    ///< Foreground cyan.
+    white = 37,   ///< Foreground white.
 };
 
 /// The sixteen colours of the VGA palette. No other value is valid.
@@ -66,10 +69,16 @@ enum class HexColor_VGA : int {
     white = 15,   ///< 255, 255, 255
 };
 
+/// \}
+
+/// \addtogroup hueline_errors
+/// \{
+
 /// What the exceptions of this interface have in common.
 class HuelineExceptionInterface : public std::exception {
 public:
     ~HuelineExceptionInterface() override;
+    /// Says what happened.
     char const* what() const noexcept override = 0;
 };
 
@@ -81,9 +90,13 @@ public:
     char const* what() const noexcept override;
 };
 
+/// \}
+
 // ---------------------------------------------------------------------------------------------
 // Switches, sequences and decorated text
 // ---------------------------------------------------------------------------------------------
+/// \addtogroup hueline_strings
+/// \{
 
 /// The colour switch, a scope guard for it, and the functions that it governs.
 ///
@@ -96,7 +109,7 @@ class Hueline {
 public:
     /// Remembers the colour switch.
     Hueline();
-    Hueline(Hueline const&) = default;
+    Hueline(Hueline const&) = default; ///< Remembers what the other object remembers.
     /// Takes over everything, or nothing if memory runs out.
     Hueline& operator=(Hueline const& from)
     {
@@ -167,6 +180,8 @@ public:
     static std::string bright_color(HexColor const& code, std::string const& s);
     /// \}
 
+    /// \addtogroup hueline_time
+    /// \{
     /// \name Time stamps
     /// In cyan, which stays in force after them.
     /// \{
@@ -177,6 +192,8 @@ public:
     /// %X follows the C locale of the process; in the default one the stamp has 21 characters. A
     /// stamp of more than 79 characters is not written whole. Uses localtime(3) and its static record.
     static std::string current_time();
+    /// \}
+
     /// \}
 
     friend std::ostream& operator<<(std::ostream& os, Hueline const& h);
@@ -199,6 +216,8 @@ protected:
 /// not look at the switches.
 std::ostream& operator<<(std::ostream& os, Hueline const& h);
 
+/// \}
+
 // ---------------------------------------------------------------------------------------------
 // Themes
 // ---------------------------------------------------------------------------------------------
@@ -207,6 +226,8 @@ std::ostream& operator<<(std::ostream& os, Hueline const& h);
 ///
 /// While colour is not in use, the text alone or an empty string.
 namespace ColorTheme {
+/// \addtogroup hueline_string_themes
+/// \{
 
 std::string app_title(std::string const& text);    ///< "\x1b[32m" text: green.
 std::string alert(std::string const& text);        ///< "\x1b[1m\x1b[31m" text "\x1b[2m": bright red.
@@ -227,23 +248,30 @@ std::string path(unsigned const& number);          ///< "\x1b[36m" and the numbe
 std::string name(std::string const& text);         ///< "\x1b[1m\x1b[33m" text "\x1b[2m": bright yellow.
 std::string status();                              ///< "\x1b[35m": magenta.
 
+/// \}
 } // namespace ColorTheme
 
 /// The fields of a request or response frame. None of them ends its colour.
 ///
 /// While colour is not in use, the digits or the text alone.
 namespace DataTheme {
+/// \addtogroup hueline_string_themes
+/// \{
 
 std::string immediate_destination(unsigned char address); ///< "\x1b[36m" and two digits: cyan.
 std::string total_count(unsigned char count);             ///< "\x1b[1m\x1b[34m", two digits, "\x1b[2m": bright blue.
 std::string request_title(std::string const& text);       ///< "\x1b[1m\x1b[35m" text "\x1b[2m": bright magenta.
 std::string response_title(std::string const& text);      ///< "\x1b[35m" text: magenta.
 
+/// \}
 } // namespace DataTheme
 
 // ---------------------------------------------------------------------------------------------
 // Hex dumps
 // ---------------------------------------------------------------------------------------------
+
+/// \addtogroup hueline_string_dump
+/// \{
 
 /// A hex dump, rendered when it is constructed: std::cout << kestry::HexDump(frame).
 ///
@@ -274,8 +302,8 @@ public:
     explicit HexDump(std::vector<unsigned char> const& v); ///< With a blank as the separator.
     explicit HexDump(std::string const& s);                ///< The bytes of s, with a blank as the separator.
 
-    HexDump(HexDump const&) = default;
-    HexDump& operator=(HexDump const&) = default;
+    HexDump(HexDump const&) = default;            ///< The same text.
+    HexDump& operator=(HexDump const&) = default; ///< Takes over the text.
 
     /// Puts the colour switch back to what it was at construction.
     ~HexDump() override;
@@ -288,6 +316,7 @@ public:
     static std::string raw_data(std::vector<unsigned char> const& v);
 };
 
+/// \}
 } // namespace kestry
 
 #pragma GCC visibility pop
@@ -295,6 +324,8 @@ public:
 /// Returns s without the white space at its end, as isspace(3) of the process's C locale has it.
 ///
 /// In the global namespace.
+///
+/// \ingroup hueline_string_dump
 [[gnu::visibility("default")]] std::string rtrim(std::string const& s);
 
 #endif

@@ -45,6 +45,8 @@ namespace kestry::Hueline {
 // ---------------------------------------------------------------------------------------------
 // Mode switches
 // ---------------------------------------------------------------------------------------------
+/// \addtogroup hueline_switches
+/// \{
 
 /// Lets os have colour: any other condition of the gate still has to hold.
 ///
@@ -147,9 +149,13 @@ private:
     bool saved;
 };
 
+/// \}
+
 // ---------------------------------------------------------------------------------------------
 // Composition
 // ---------------------------------------------------------------------------------------------
+/// \addtogroup hueline_style
+/// \{
 
 /// Writes the record: the rendition that all styling manipulators share.
 ///
@@ -236,6 +242,11 @@ std::ostream& concealed(std::ostream& os); ///< Concealed: SGR 8, "\x1b[8m".
 std::ostream& crossed(std::ostream& os);   ///< Crossed out: SGR 9, "\x1b[9m".
 /// \}
 
+/// \}
+
+/// \addtogroup hueline_color
+/// \{
+
 /// \name Foreground colours
 /// Store the colour in the record, then write the record as adjust does.
 ///
@@ -272,6 +283,9 @@ std::ostream& on_black(std::ostream& os);   ///< Another name for on_grey.
 // Colour by number, and cells of text
 // ---------------------------------------------------------------------------------------------
 
+/// \name Colour by number, and cells of text
+/// \{
+
 /// Applies one of the eight named colours: 0 grey, 1 red, 2 green, 3 yellow, 4 blue, 5 magenta,
 /// 6 cyan, and white for any other number, a negative one included.
 ///
@@ -280,6 +294,12 @@ std::ostream& next(std::ostream& os, int index, bool background);
 
 /// Lays a label out as a cell: its first 10 bytes, filled with blanks up to 10 bytes.
 std::string col(std::string const& name);
+/// \}
+
+/// \}
+
+/// \addtogroup hueline_palette
+/// \{
 
 /// A foreground colour of the 256-colour palette: SGR 38;5 (ITU-T T.416).
 struct color {
@@ -318,6 +338,8 @@ std::ostream& operator<<(std::ostream& os, rgb const& c);      ///< "\x1b[38;2;"
 std::ostream& operator<<(std::ostream& os, on_rgb const& c);   ///< "\x1b[48;2;" r ";" g ";" b "m"
 /// \}
 
+/// \}
+
 // ---------------------------------------------------------------------------------------------
 // Control sequences
 // ---------------------------------------------------------------------------------------------
@@ -327,6 +349,8 @@ std::ostream& operator<<(std::ostream& os, on_rgb const& c);   ///< "\x1b[48;2;"
 /// Nothing here is checked against a range or flushed. The fixed sequences, all but that of cls, are
 /// unformatted output: a pending width stays pending.
 namespace csi {
+/// \addtogroup hueline_cursor
+/// \{
 
 /// \name Cursor, report and line controls
 /// \{
@@ -467,12 +491,21 @@ std::ostream& operator<<(std::ostream& os, const cup& p); ///< Moves the cursor:
 std::ostream& operator<<(std::ostream& os, const hvp& p); ///< Moves the cursor: HVP (8.3.63), "f".
 /// \}
 
+/// \name Waiting
+/// \{
+
 /// Waits: a busy loop on the system clock, which occupies a processor until it ends.
 ///
 /// Writes  nothing, and does not flush.
 /// Gate    refused: does not wait, so that an animation costs no time where nobody sees it.
 /// Units   milliseconds of wall-clock time: setting the clock shortens or lengthens the wait.
 std::ostream& operator<<(std::ostream& os, const delay& p);
+/// \}
+
+/// \}
+
+/// \addtogroup hueline_palette
+/// \{
 
 /// \name Sequences as strings
 /// For callers who build their text themselves: no stream, no gate, no record.
@@ -485,11 +518,14 @@ std::string rgb(int r, int g, int b);    ///< 24-bit foreground: "\x1b[38;2;" r 
 std::string on_rgb(int r, int g, int b); ///< 24-bit background: "\x1b[48;2;" r ";" g ";" b "m".
 /// \}
 
+/// \}
 } // namespace csi
 
 // ---------------------------------------------------------------------------------------------
 // Activity indicators
 // ---------------------------------------------------------------------------------------------
+/// \addtogroup hueline_indicators
+/// \{
 
 /// One frame of a spinner.
 ///
@@ -556,6 +592,7 @@ std::ostream& operator<<(std::ostream& os, status_line const& s);
 std::ostream& operator<<(std::ostream& os, progress_meter const& m);
 /// \}
 
+/// \}
 } // namespace kestry::Hueline
 
 // ---------------------------------------------------------------------------------------------
@@ -566,23 +603,25 @@ namespace kestry::detail {
 
 /// What a theme type that decorates a text holds.
 struct ThemedText {
-    explicit ThemedText(std::string given) : text(std::move(given)) {}
-    std::string text;
+    explicit ThemedText(std::string given) : text(std::move(given)) {} ///< Decorates the text given.
+    std::string text;                                                  ///< The text.
 };
 
 /// What a theme type that decorates a byte holds.
 struct ThemedByte {
-    explicit ThemedByte(std::uint8_t given) : byte(given) {}
-    std::uint8_t byte;
+    explicit ThemedByte(std::uint8_t given) : byte(given) {} ///< Decorates the byte given.
+    std::uint8_t byte;                                       ///< The byte.
 };
 
 } // namespace kestry::detail
 
-/// Texts by their role in a user interface: std::cout << alert("no such device") << normal.
+/// Texts by their role in a user interface: std::cout << alert("no such device") << reset.
 ///
 /// The decoration is that of the named manipulators, with their gate and their record. Only
 /// commandLine ends its decoration; after alert, cursor and name the record stays bold and dark.
 namespace kestry::Hueline::ColorTheme {
+/// \addtogroup hueline_themes
+/// \{
 
 // clang-format off
 struct app_title    : detail::ThemedText { using ThemedText::ThemedText; }; ///< The title of a program.
@@ -600,7 +639,9 @@ struct name         : detail::ThemedText { using ThemedText::ThemedText; }; ///<
 
 /// A path, given as text or as a number.
 struct path {
+    /// A path given as text.
     explicit path(std::string given) : is_text(true), text(std::move(given)), number(0) {}
+    /// A path given as a number.
     explicit path(std::uint32_t given) : is_text(false), number(given) {}
     bool is_text;         ///< Whether the path is text.
     std::string text;     ///< The path when it is text.
@@ -637,6 +678,7 @@ std::ostream& _commandLine(std::ostream& os);  ///< cyan
 std::ostream& _status(std::ostream& os);       ///< magenta
 /// \}
 
+/// \}
 } // namespace kestry::Hueline::ColorTheme
 
 /// The fields of a request or response frame, dumped in hexadecimal.
@@ -644,6 +686,8 @@ std::ostream& _status(std::ostream& os);       ///< magenta
 /// The decoration is that of the named manipulators, with their gate and their record. None of them
 /// ends its decoration.
 namespace kestry::Hueline::DataTheme {
+/// \addtogroup hueline_themes
+/// \{
 
 // clang-format off
 struct immediate_destination : detail::ThemedByte { using ThemedByte::ThemedByte; }; ///< The address byte.
@@ -654,7 +698,9 @@ struct response_title        : detail::ThemedText { using ThemedText::ThemedText
 
 /// A checksum of one byte or of two.
 struct crc {
+    /// A checksum of one byte.
     explicit crc(std::uint8_t given) : is_wide(false), narrow(given), wide(0) {}
+    /// A checksum of two bytes.
     explicit crc(std::uint16_t given) : is_wide(true), narrow(0), wide(given) {}
     bool is_wide;        ///< Whether it has two bytes.
     std::uint8_t narrow; ///< The checksum of one byte.
@@ -672,6 +718,7 @@ std::ostream& operator<<(std::ostream& os, request_title const& t);         ///<
 std::ostream& operator<<(std::ostream& os, response_title const& t);        ///< magenta, dark, bytes of the text
 /// \}
 
+/// \}
 } // namespace kestry::Hueline::DataTheme
 
 // ---------------------------------------------------------------------------------------------
@@ -679,6 +726,9 @@ std::ostream& operator<<(std::ostream& os, response_title const& t);        ///<
 // ---------------------------------------------------------------------------------------------
 
 namespace kestry::Hueline {
+
+/// \addtogroup hueline_dump
+/// \{
 
 /// A hex dump, rendered when it is constructed: std::cout << HexDump(frame).
 ///
@@ -721,7 +771,11 @@ private:
 /// Writes the dump's text as a std::string is written: a pending width pads it and is spent.
 std::ostream& operator<<(std::ostream& os, HexDump const& d);
 
+/// \}
 } // namespace kestry::Hueline
+
+/// \addtogroup hueline_dump
+/// \{
 
 /// Sets a stream's fill character and width at once: std::cout << myfillandw{'.', 8} << 42.
 ///
@@ -734,11 +788,16 @@ struct myfillandw {
 /// Sets the fill and the width, and writes nothing.
 std::ostream& operator<<(std::ostream& os, myfillandw const& m);
 
+/// \}
+
 // ---------------------------------------------------------------------------------------------
 // Demonstrations
 // ---------------------------------------------------------------------------------------------
 
 namespace kestry::Hueline {
+
+/// \addtogroup hueline_patterns
+/// \{
 
 /// One SGR sequence, written in the stream's own format.
 struct parameters_template {
@@ -811,6 +870,11 @@ std::ostream& test_pattern_status_line(std::ostream& os);
 std::ostream& test_pattern_progress_line(std::ostream& os);
 /// \}
 
+/// \}
+
+/// \addtogroup hueline_banner
+/// \{
+
 /// Writes the version tag, "Hueline ver. ", white and the release. No line end. White stays in the
 /// record.
 std::ostream& build_version_short(std::ostream& os);
@@ -824,6 +888,7 @@ std::ostream& build_version_short(std::ostream& os);
 /// Stream  hexadecimal afterwards, and colorized.
 std::ostream& build_version(std::ostream& os);
 
+/// \}
 } // namespace kestry::Hueline
 
 #pragma GCC visibility pop

@@ -1,0 +1,156 @@
+"""Checks the reference: check_reference.py <its folder> <list of exported symbols> <include folder> <compiler>
+
+- Every exported symbol is declared in it, with the same parameters, and its name stands in a manual page.
+- Every link in the HTML pages leads to a page and an anchor that are there.
+- Every example of a topic compiles.
+Says what is wrong, one line for each finding, and ends with 1 if there is any.
+"""
+
+import html.parser
+import pathlib
+import re
+import subprocess
+import sys
+import urllib.parse
+
+import man_pages
+
+SYSTEM_HEADERS = ["cstdlib", "iostream", "string", "vector"]
+
+
+# ---------------------------------------------------------------------------------------------
+# Exported symbols
+# ---------------------------------------------------------------------------------------------
+
+
+def plain_type(text):
+    """A type without the names of our scopes, const behind it as in the list of symbols."""
+    text = re.sub(r"\bkestry::(\w+::)*", "", text)
+    text = re.sub(r"^const (\w+)", r"\1 const", text)
+    return re.sub(r"\bunsigned const\b", "unsigned int const", text)
+
+
+def symbol(name, parameters):
+    return f"{name}({', '.join(plain_type(p) for p in parameters)})"
+
+
+def declared(interfaces):
+    """What the reference declares, as symbols; types by their names."""
+    found = set()
+    for interface in interfaces:
+        for compound in interface.compounds.values():
+            if compound.kind in ("class", "struct"):
+                found.add(compound.full_name)
+            for member in compound.members():
+                if member.kind == "variable":
+                    found.add(member.full_name)
+                elif member.kind == "function":
+                    found.add(symbol(member.full_name, [t for t, _ in member.parameters]))
+    return found
+
+
+def exported(path):
+    """The symbols of the list, in the same form."""
+    for line in path.read_text(encoding="utf-8").splitlines():
+        if line.startswith("#") or not line.strip():
+            continue
+        name = line.split("  ", 1)[1]
+        name = re.sub(r" \[.*\]$| const$", "", name)
+        name = re.sub(r"^(vtable|typeinfo|typeinfo name) for ", "", name)
+        function, parenthesis, parameters = name.partition("(")
+        if parenthesis:
+            yield symbol(function, [p for p in parameters.removesuffix(")").split(", ") if p])
+        else:
+            yield name
+
+
+def name_to_look_for(exported_symbol):
+    """What a reader looks for: the type for a destructor and for an insertion, else the last name."""
+    function = exported_symbol.partition("(")[0]
+    if function.endswith("operator<<"):
+        return re.search(r"(\w+) const&\)$", exported_symbol).group(1)
+    return function.rpartition("::")[2].lstrip("~")
+
+
+def missing_symbols(reference, exports):
+    interfaces = [man_pages.Interface(reference / "xml" / name, name) for name in man_pages.HEADERS]
+    known = declared(interfaces)
+    manual = "\n".join(p.read_text(encoding="utf-8") for p in sorted((reference / "man3").glob("*.3"))).replace("\\-", "-")
+    manual = re.sub(r"\\f.", "", manual)
+    symbols = set(exported(exports))
+    if not symbols:
+        yield f"{exports} lists no symbol"
+    for name in sorted(symbols):
+        if name not in known:
+            yield f"{name} is exported and not in the reference"
+        if not re.search(rf"\b{re.escape(name_to_look_for(name))}\b", manual):
+            yield f"{name} is exported and in no manual page"
+
+
+# ---------------------------------------------------------------------------------------------
+# Links
+# ---------------------------------------------------------------------------------------------
+
+
+class Links(html.parser.HTMLParser):
+    def __init__(self, path):
+        super().__init__()
+        self.targets = []
+        self.anchors = set()
+        self.feed(path.read_text(encoding="utf-8"))
+
+    def handle_starttag(self, tag, attributes):
+        values = dict(attributes)
+        self.anchors.update(v for k, v in attributes if k == "id" or (k == "name" and tag == "a"))
+        for key in ("href", "src"):
+            if values.get(key):
+                self.targets.append(values[key])
+
+
+def broken_links(folder):
+    pages = {p.resolve(): Links(p) for p in sorted(folder.rglob("*.html"))}
+    for path, page in pages.items():
+        for target in page.targets:
+            url = urllib.parse.urlsplit(target)
+            if url.scheme:
+                continue
+            there = (path.parent / urllib.parse.unquote(url.path)).resolve() if url.path else path
+            if not there.exists():
+                yield f"{path.relative_to(folder.resolve())}: {target} does not exist"
+            elif url.fragment and there in pages and url.fragment not in pages[there].anchors:
+                yield f"{path.relative_to(folder.resolve())}: {target} has no such anchor"
+
+
+# ---------------------------------------------------------------------------------------------
+# Examples
+# ---------------------------------------------------------------------------------------------
+
+
+def examples_that_do_not_compile(reference, include, compiler):
+    for name, (header, scope) in man_pages.HEADERS.items():
+        source = [f"#include <{h}>" for h in (header, *SYSTEM_HEADERS)]
+        source.append(f"using namespace {scope};")
+        for topic in man_pages.Interface(reference / "xml" / name, name).topics:
+            for number, example in enumerate(topic.detail.iter("programlisting")):
+                source += [f"void {topic.full_name}_{number}() {{", *man_pages.listing(example), "}"]
+        run = subprocess.run(
+            [compiler, "-std=c++17", "-Wall", "-Wextra", "-Wno-unused-variable", "-Werror", "-fsyntax-only",
+             f"-I{include}", "-x", "c++", "-"],
+            input="\n".join(source) + "\n", text=True, capture_output=True, check=False)
+        if run.returncode != 0:
+            yield f"examples of {header}:\n{run.stderr}"
+
+
+def main(reference, exports, include, compiler):
+    findings = [
+        *missing_symbols(reference, exports),
+        *broken_links(reference / "html"),
+        *examples_that_do_not_compile(reference, include, compiler),
+    ]
+    for finding in findings:
+        print(finding, file=sys.stderr)
+    return 1 if findings else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(*(pathlib.Path(a) for a in sys.argv[1:4]), sys.argv[4]))
