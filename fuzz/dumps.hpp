@@ -1,0 +1,87 @@
+/// \file
+/// Both hex dumps against the formula of the tests: they have the same forms.
+#pragma once
+
+#include "check.hpp"
+
+#include "hexdump/formula.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdio>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace hueline::fuzz {
+
+using test::Bytes;
+
+/// The sequences of a dump in colour.
+struct Colours {
+    std::string byte;
+    std::string parenthesis;
+    std::string count;
+    std::string end;
+};
+
+template <class HexDump>
+std::string text_of(HexDump const& dump)
+{
+    std::ostringstream os;
+    os << dump;
+    return os.str();
+}
+
+inline std::string digits(char const* format, unsigned long number)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, format, number);
+    return text;
+}
+
+inline std::string dump_of(Bytes const& bytes, std::string const& separator, Colours const& colours, bool is_long)
+{
+    if (bytes.empty()) {
+        return "";
+    }
+    if (is_long || bytes.size() <= 19) {
+        return test::cells(bytes, colours.byte, separator) + colours.end;
+    }
+    return test::cells(bytes, 19, colours.byte, separator) + " ... " + colours.parenthesis + "(" + colours.count +
+           std::to_string(bytes.size()) + " bytes" + colours.parenthesis + ") " + colours.end;
+}
+
+template <class HexDump>
+void check_bytes(Bytes const& bytes, std::string const& separator, Colours const& colours)
+{
+    std::string const expected = dump_of(bytes, " ", colours, HexDump::_longDumps);
+    expect_equal("bytes", expected, text_of(HexDump(bytes)));
+    expect_equal("string", expected, text_of(HexDump(std::string(bytes.begin(), bytes.end()))));
+    expect_equal("bytes, separated", dump_of(bytes, separator, colours, HexDump::_longDumps),
+                 text_of(HexDump(bytes, separator)));
+}
+
+/// Numbers made of the first bytes.
+template <class HexDump>
+void check_numbers(Bytes const& bytes, Colours const& colours)
+{
+    std::vector<unsigned> words;
+    std::string expected;
+    for (std::size_t i = 0; i < std::min<std::size_t>(bytes.size(), 16); ++i) {
+        unsigned char const b = bytes[i];
+        auto const u = static_cast<unsigned short>(b << 8 | bytes[bytes.size() - 1 - i]);
+        words.push_back(b * (u | 1U) * 65537U);
+        unsigned long const w = words.back() * (i + 1UL) * 65537UL;
+        expected += digits("%08lx ", words.back());
+        expect_equal("char", colours.byte + digits("%02lx", b), text_of(HexDump(static_cast<char>(b))));
+        expect_equal("unsigned char", colours.byte + digits("%02lx", b), text_of(HexDump(b)));
+        expect_equal("raw_data_byte", colours.byte + digits("%02lx", b), HexDump::raw_data_byte(b));
+        expect_equal("unsigned short", digits("0x%04lx", u), text_of(HexDump(u)));
+        expect_equal("raw_data of a short", digits("0x%04lx", u), HexDump::raw_data(u));
+        expect_equal("unsigned long", digits("%08lx", w), text_of(HexDump(w)));
+    }
+    expect_equal("words", expected, text_of(HexDump(words)));
+}
+
+} // namespace hueline::fuzz
