@@ -8,6 +8,5 @@ std::string in_green(std::string const& text, bool in_colour)
 {
     kestry::Hueline colours;
     colours.useColor(in_colour);
-    return kestry::Hueline::color(kestry::HexColor::green, text) +
-           kestry::Hueline::color(kestry::HexColor::reset);
+    return kestry::Hueline::color(kestry::HexColor::green, text) + kestry::Hueline::color(kestry::HexColor::reset);
 }

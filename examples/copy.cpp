@@ -31,7 +31,7 @@ using namespace kestry::Hueline;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-std::string_view constexpr hide_cursor = "\x1b[?25l"; // DECTCEM; csi::hide writes what few terminals know
+std::string_view constexpr hide_cursor = "\x1b[?25l";         // DECTCEM; csi::hide writes what few terminals know
 std::string_view constexpr tidy = "\r\x1b[K\x1b[0m\x1b[?25h"; // an empty line, plain text, a visible cursor
 
 // A signal handler may call write(2), but no stream. A terminal that takes no more cannot be helped.
@@ -72,8 +72,7 @@ int columns()
 class Progress {
 public:
     explicit Progress(std::uintmax_t bytes_in_all)
-        : size(bytes_in_all),
-          on_terminal(::isatty(STDERR_FILENO) != 0 && colour_policy::variable("TERM") != "dumb"),
+        : size(bytes_in_all), on_terminal(::isatty(STDERR_FILENO) != 0 && colour_policy::variable("TERM") != "dumb"),
           in_colour(colour_policy::is_wanted(STDERR_FILENO))
     {
         if (on_terminal) {

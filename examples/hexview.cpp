@@ -17,8 +17,10 @@ namespace {
 
 using namespace kestry::Hueline;
 
+// clang-format off
 std::size_t constexpr bytes_per_line = 16; // a dump of up to 19 bytes is never cut
 int constexpr hex_width = 3 * bytes_per_line; // two digits and a blank each
+// clang-format on
 
 // Text as it can be shown anywhere: a control character might be the start of an escape sequence, and
 // what a byte above 0x7e means is the terminal's to say.
@@ -34,9 +36,11 @@ std::string printable(std::vector<unsigned char> const& bytes)
 // The width comes after the colour: a colour is written as text, and would be filled up itself.
 void show_line(unsigned long offset, std::vector<unsigned char> const& bytes)
 {
+    // clang-format off
     std::cout << yellow << HexDump(offset) << "  "
               << cyan << std::left << myfillandw{' ', hex_width} << HexDump(bytes) << ' '
               << green << printable(bytes) << normal << '\n';
+    // clang-format on
 }
 
 // Returns whether all has been read and written.

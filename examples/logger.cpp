@@ -72,7 +72,8 @@ Level take_level(std::string& line)
         char const* text;
         Level level;
     };
-    for (Head const& known : {Head{"error: ", Level::error}, {"warning: ", Level::warning}, {"debug: ", Level::debug}}) {
+    for (Head const& known :
+         {Head{"error: ", Level::error}, {"warning: ", Level::warning}, {"debug: ", Level::debug}}) {
         std::string const head = known.text;
         if (line.compare(0, head.size(), head) == 0) {
             line.erase(0, head.size());

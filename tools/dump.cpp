@@ -22,7 +22,7 @@ using namespace kestry::Hueline;
 
 std::size_t constexpr bytes_per_line = 16;
 std::size_t constexpr characters_per_line = 3 * bytes_per_line; // two digits and a separator each
-std::size_t constexpr bytes_per_read = 64 * 1024; // with its dump, what a cache holds
+std::size_t constexpr bytes_per_read = 64 * 1024;               // with its dump, what a cache holds
 std::uint64_t constexpr mebibyte = 1024 * 1024;
 
 // What there is to read from here on, if the file knows.

@@ -44,8 +44,8 @@ struct Demonstration {
 
 std::ostream& templates(std::ostream& os)
 {
-    return os << crossplatform_template << platformspecific_template
-              << colorized_crossplatform_template << colorized_platformspecific_template;
+    return os << crossplatform_template << platformspecific_template << colorized_crossplatform_template
+              << colorized_platformspecific_template;
 }
 
 std::string_view constexpr dump_name = "dump"; // takes arguments, so it is no manipulator

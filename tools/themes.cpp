@@ -27,13 +27,22 @@ std::uint16_t word(std::string const& sample)
 }
 
 template <class Form>
-void text(std::ostream& os, std::string const& sample) { os << Form(sample); }
+void text(std::ostream& os, std::string const& sample)
+{
+    os << Form(sample);
+}
 
 template <std::ostream& stretch(std::ostream&)>
-void start(std::ostream& os, std::string const& sample) { os << stretch << sample; }
+void start(std::ostream& os, std::string const& sample)
+{
+    os << stretch << sample;
+}
 
 template <class Form>
-void first_byte(std::ostream& os, std::string const& sample) { os << Form(byte(sample, 0)); }
+void first_byte(std::ostream& os, std::string const& sample)
+{
+    os << Form(byte(sample, 0));
+}
 
 // clang-format off
 Role const roles[] = {

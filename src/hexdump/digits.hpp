@@ -43,18 +43,21 @@ struct SmallDecimal {
     unsigned char size;
 };
 
-inline constexpr auto small_decimals = [] {
+constexpr std::array<SmallDecimal, 256> all_small_decimals()
+{
     std::array<SmallDecimal, 256> all{};
-    for (std::size_t n = 0; n < all.size(); ++n) {
-        auto& [digits, size] = all[n];
-        for (std::size_t power = 100; power != 0; power /= 10) {
-            if (n >= power || power == 1) {
+    for (int n = 0; n != 256; ++n) {
+        auto& [digits, size] = all[static_cast<std::size_t>(n)];
+        for (int const power : {100, 10, 1}) {
+            if (n / power != 0 || power == 1) {
                 digits[size++] = static_cast<char>('0' + n / power % 10);
             }
         }
     }
     return all;
-}();
+}
+
+inline constexpr auto small_decimals = all_small_decimals();
 
 char* put_large_decimal(char* out, std::int64_t value);
 std::size_t large_decimal_size(std::int64_t value);
@@ -83,14 +86,17 @@ inline std::size_t decimal_size(std::int64_t value)
 // Hexadecimal
 // ---------------------------------------------------------------------------------------------
 
-/// The two digits of each byte.
-inline constexpr auto hex_pairs = [] {
+constexpr std::array<std::array<char, 2>, 256> all_hex_pairs()
+{
     std::array<std::array<char, 2>, 256> pairs{};
-    for (std::size_t b = 0; b < pairs.size(); ++b) {
+    for (std::size_t b = 0; b != pairs.size(); ++b) {
         pairs[b] = {"0123456789abcdef"[b / 16], "0123456789abcdef"[b % 16]};
     }
     return pairs;
-}();
+}
+
+/// The two digits of each byte.
+inline constexpr auto hex_pairs = all_hex_pairs();
 
 /// Writes the two digits of b and returns the place behind them.
 inline char* put_byte(char* out, unsigned char b)

@@ -60,7 +60,8 @@ TEST(Hexview, ShowsAnyByteAndNoneAsItIs)
 TEST(Hexview, FillsAShortLineSoThatTheTextStaysInItsColumn)
 {
     EXPECT_EQ(view("A"), "00000000  41                                               A\n");
-    EXPECT_EQ(view("0123456789abcdef"), "00000000  30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66  0123456789abcdef\n");
+    EXPECT_EQ(view("0123456789abcdef"),
+              "00000000  30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66  0123456789abcdef\n");
 }
 
 TEST(Hexview, SaysWhatItCannotDo)

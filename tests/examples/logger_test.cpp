@@ -19,7 +19,8 @@ std::string at_one_time(std::string const& text)
 
 Outcome log(Sink err, std::string const& input, std::vector<std::string> const& environment = {})
 {
-    Launch launch = {.input = input, .environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm", "LC_ALL=C"}};
+    Launch launch = {.input = input,
+                     .environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm", "LC_ALL=C"}};
     launch.environment.insert(launch.environment.end(), environment.begin(), environment.end());
     return run_program({Sink::pipe, err}, {EXAMPLE}, launch);
 }
@@ -56,7 +57,10 @@ TEST(Logger, MakesControlCharactersHarmless)
     std::string const prefix = "[2026-01-02.03:04:05] info    ";
     EXPECT_EQ(at_one_time(log(Sink::pipe, "a\x1b[31mb\x07\x7f\tc\r\n").err), prefix + "a?[31mb???c?\n");
     // U+009B is the one-character form of "\x1b[". The letter U+00DB ends in the same byte.
-    EXPECT_EQ(readable(at_one_time(log(Sink::pipe, "\xc2\x9b" "31m \xc3\x9b\n").err)), prefix + R"(\xc2?31m Û\n)");
+    EXPECT_EQ(readable(at_one_time(log(Sink::pipe, "\xc2\x9b"
+                                                   "31m \xc3\x9b\n")
+                                       .err)),
+              prefix + R"(\xc2?31m Û\n)");
 }
 
 } // namespace

@@ -90,6 +90,7 @@ TEST(Adjust, WritesEachAttributeInItsPlace)
         Manipulator apply;
         char const* expected;
     } const rows[] = {
+        // clang-format off
         {bold, R"(\e[00m\e[1m)"},
         {thin, R"(\e[00m)"},
         {dark, R"(\e[00m\e[1m\e[2m)"},
@@ -100,6 +101,7 @@ TEST(Adjust, WritesEachAttributeInItsPlace)
         {reverse, R"(\e[00m\e[1m\e[7m)"},
         {green, R"(\e[00m\e[1m\e[32m)"},
         {on_green, R"(\e[00m\e[1m\e[42m)"},
+        // clang-format on
     };
     for (auto const& row : rows) {
         EXPECT_EQ(rendition_after([&](std::ostream& os) { os << row.apply; }), row.expected);
@@ -126,9 +128,11 @@ TEST(Adjust, WritesEachCombinationOfAttributes)
         char const* when_on;
         char const* when_off;
     } const attributes[] = {
+        // clang-format off
         {bold, thin, R"(\e[1m)", ""},      {lite, dark, "", R"(\e[2m)"},
         {italic, noitalic, R"(\e[3m)", ""}, {underline, nounderline, R"(\e[4m)", ""},
         {blink, noblink, R"(\e[5m)", ""},   {reverse, noreverse, R"(\e[7m)", ""},
+        // clang-format on
     };
     for (unsigned combination = 0; combination < 64; ++combination) {
         std::string expected = R"(\e[00m)";
@@ -147,7 +151,9 @@ TEST(Adjust, WritesEachCombinationOfAttributes)
 TEST(Adjust, WritesForegroundThenBackground)
 {
     EXPECT_EQ(rendition_after([](std::ostream& os) { os << on_cyan << yellow; }), R"(\e[00m\e[1m\e[33m\e[46m)");
-    EXPECT_EQ(rendition_after([](std::ostream& os) { os << on_rgb{1, 2, 3} << color{200}; }),
+    EXPECT_EQ(rendition_after([](std::ostream& os) {
+                  os << on_rgb{1, 2, 3} << color{200};
+              }),
               R"(\e[00m\e[1m\e[38;5;200m\e[48;2;1;2;3m)");
 }
 
@@ -230,7 +236,9 @@ TEST(Push, KeepsForegroundInBothSlots)
 {
     EXPECT_EQ(rendition_after([](std::ostream& os) { os << on_blue << red << push << on_green << pull; }),
               R"(\e[00m\e[1m\e[31m\e[31m)");
-    EXPECT_EQ(rendition_after([](std::ostream& os) { os << rgb{10, 20, 30} << on_color{7} << push << green << pull; }),
+    EXPECT_EQ(rendition_after([](std::ostream& os) {
+                  os << rgb{10, 20, 30} << on_color{7} << push << green << pull;
+              }),
               R"(\e[00m\e[1m\e[38;2;10;20;30m\e[38;2;10;20;30m)");
 }
 
@@ -249,9 +257,8 @@ TEST(Push, TakesACopy)
 
 TEST(Push, IsNoStack)
 {
-    EXPECT_EQ(rendition_after([](std::ostream& os) {
-                  os << red << push << green << italic << push << reset << pull << pull;
-              }),
+    EXPECT_EQ(rendition_after(
+                  [](std::ostream& os) { os << red << push << green << italic << push << reset << pull << pull; }),
               R"(\e[00m\e[1m\e[3m\e[32m\e[32m)");
 }
 
@@ -551,9 +558,8 @@ TEST(Composition, LeavesAPendingWidthWhereNothingIsWritten)
     auto const on_tty = on_terminal([] { std::cout << colorize << std::setw(3) << push << pull << 1; });
     EXPECT_EQ(readable(on_tty.out), "  1");
 
-    auto const refused = on_pipe([] {
-        std::cout << colorize << std::setw(3) << adjust << push << pull << normal << reset << 1;
-    });
+    auto const refused =
+        on_pipe([] { std::cout << colorize << std::setw(3) << adjust << push << pull << normal << reset << 1; });
     EXPECT_EQ(readable(refused.out), "  1");
 }
 

@@ -168,9 +168,8 @@ TEST(Style, HasNoBoldPieceAfterThin)
 
 TEST(Style, KeepsTheColourOfTheOtherGround)
 {
-    auto const run = on_terminal([] {
-        std::cout << colorize << red << "|" << on_blue << "|" << green << "|" << on_white;
-    });
+    auto const run =
+        on_terminal([] { std::cout << colorize << red << "|" << on_blue << "|" << green << "|" << on_white; });
     EXPECT_EQ(readable(run.out),
               R"(\e[00m\e[1m\e[31m|\e[00m\e[1m\e[31m\e[44m|\e[00m\e[1m\e[32m\e[44m|\e[00m\e[1m\e[32m\e[47m)");
 }
@@ -188,9 +187,8 @@ TEST(PastTheRecord, WritesItsSequenceAlone)
 
 TEST(PastTheRecord, EndsWithTheNextRendition)
 {
-    auto const run = on_terminal([] {
-        std::cout << colorize << concealed << "a" << crossed << "b" << green << "c" << adjust;
-    });
+    auto const run =
+        on_terminal([] { std::cout << colorize << concealed << "a" << crossed << "b" << green << "c" << adjust; });
     EXPECT_EQ(readable(run.out), R"(\e[8ma\e[9mb\e[00m\e[1m\e[32mc\e[00m\e[1m\e[32m)");
     Screen const screen(run.out);
     EXPECT_FALSE(screen.cell(0, 0).strike);

@@ -26,24 +26,12 @@ struct Choice {
 };
 
 Choice const choices[] = {
-    {0, R"(\e[30m)", R"(\e[40m)"},
-    {1, R"(\e[31m)", R"(\e[41m)"},
-    {2, R"(\e[32m)", R"(\e[42m)"},
-    {3, R"(\e[33m)", R"(\e[43m)"},
-    {4, R"(\e[34m)", R"(\e[44m)"},
-    {5, R"(\e[35m)", R"(\e[45m)"},
-    {6, R"(\e[36m)", R"(\e[46m)"},
-    {7, R"(\e[37m)", R"(\e[47m)"},
-    {8, R"(\e[37m)", R"(\e[47m)"},
-    {9, R"(\e[37m)", R"(\e[47m)"},
-    {-1, R"(\e[37m)", R"(\e[47m)"},
-    {-7, R"(\e[37m)", R"(\e[47m)"},
-    {256, R"(\e[37m)", R"(\e[47m)"},
-    {65536, R"(\e[37m)", R"(\e[47m)"},
-    {65537, R"(\e[37m)", R"(\e[47m)"},
-    {INT_MAX, R"(\e[37m)", R"(\e[47m)"},
-    {INT_MIN, R"(\e[37m)", R"(\e[47m)"},
-    {INT_MIN + 1, R"(\e[37m)", R"(\e[47m)"},
+    {0, R"(\e[30m)", R"(\e[40m)"},       {1, R"(\e[31m)", R"(\e[41m)"},       {2, R"(\e[32m)", R"(\e[42m)"},
+    {3, R"(\e[33m)", R"(\e[43m)"},       {4, R"(\e[34m)", R"(\e[44m)"},       {5, R"(\e[35m)", R"(\e[45m)"},
+    {6, R"(\e[36m)", R"(\e[46m)"},       {7, R"(\e[37m)", R"(\e[47m)"},       {8, R"(\e[37m)", R"(\e[47m)"},
+    {9, R"(\e[37m)", R"(\e[47m)"},       {-1, R"(\e[37m)", R"(\e[47m)"},      {-7, R"(\e[37m)", R"(\e[47m)"},
+    {256, R"(\e[37m)", R"(\e[47m)"},     {65536, R"(\e[37m)", R"(\e[47m)"},   {65537, R"(\e[37m)", R"(\e[47m)"},
+    {INT_MAX, R"(\e[37m)", R"(\e[47m)"}, {INT_MIN, R"(\e[37m)", R"(\e[47m)"}, {INT_MIN + 1, R"(\e[37m)", R"(\e[47m)"},
 };
 
 TEST(Next, AppliesTheForegroundOfTheIndex)
@@ -154,8 +142,8 @@ TEST(Col, KeepsTheHeadOfAnyLength)
 
 TEST(Col, CountsBytes)
 {
-    EXPECT_EQ(readable(col("\u00e9t\u00e9")), "\u00e9t\u00e9     ");              // five bytes
-    EXPECT_EQ(readable(col("123456789\u00e9")), R"(123456789\xc3)");              // cut inside of a character
+    EXPECT_EQ(readable(col("\u00e9t\u00e9")), "\u00e9t\u00e9     "); // five bytes
+    EXPECT_EQ(readable(col("123456789\u00e9")), R"(123456789\xc3)"); // cut inside of a character
     EXPECT_EQ(readable(col(std::string("a\0b", 3))), R"(a\x00b       )");
     EXPECT_EQ(readable(col("a\n\tb")), R"(a\n\tb      )");
     EXPECT_EQ(readable(col("  red")), "  red     ");

@@ -413,9 +413,8 @@ TEST(Colorize, OfAStringStreamIsNotForTheStandardStreams)
 
 TEST(Colorize, EndsWithNocolorize)
 {
-    auto const run = on_terminal([] {
-        std::cout << colorize << red << "a" << nocolorize << green << "b" << colorize << adjust << "c";
-    });
+    auto const run = on_terminal(
+        [] { std::cout << colorize << red << "a" << nocolorize << green << "b" << colorize << adjust << "c"; });
     EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31mab\e[00m\e[1m\e[31mc)");
 }
 
@@ -511,14 +510,9 @@ TEST(IsUsingColor, NeedsATerminalFoundOrColorAskedForAndFrills)
         bool no_frills;
         char const* expected;
     } const rows[] = {
-        {false, false, false, "plain "},
-        {false, false, true, "plain "},
-        {false, true, false, "color "},
-        {false, true, true, "plain "},
-        {true, false, false, "color "},
-        {true, false, true, "plain "},
-        {true, true, false, "color "},
-        {true, true, true, "plain "},
+        {false, false, false, "plain "}, {false, false, true, "plain "}, {false, true, false, "color "},
+        {false, true, true, "plain "},   {true, false, false, "color "}, {true, false, true, "plain "},
+        {true, true, false, "color "},   {true, true, true, "plain "},
     };
     for (auto const& row : rows) {
         auto const run = on_terminal([&] {

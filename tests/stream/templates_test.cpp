@@ -126,9 +126,8 @@ TEST(PlainTemplate, DoesNotRunTheGate)
 TEST(PlainTemplate, LeavesTheRendition)
 {
     for (Template const& it : plain) {
-        auto const run = on_terminal([&] {
-            std::cerr << colorize << dark << red << on_blue << it.write << '|' << adjust;
-        });
+        auto const run =
+            on_terminal([&] { std::cerr << colorize << dark << red << on_blue << it.write << '|' << adjust; });
         EXPECT_EQ(readable(run.err.substr(run.err.find('|'))), R"(|\e[00m\e[1m\e[2m\e[31m\e[44m)") << it.name;
     }
 }

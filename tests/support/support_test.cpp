@@ -77,8 +77,8 @@ TEST(RunWith, HasATerminalOnlyWhereAskedFor)
                 report(isatty(1) != 0 ? "out " : "");
                 report(isatty(2) != 0 ? "err" : "");
             });
-            std::string const expected = std::string(out == Sink::terminal ? "out " : "") +
-                                         (err == Sink::terminal ? "err" : "");
+            std::string const expected =
+                std::string(out == Sink::terminal ? "out " : "") + (err == Sink::terminal ? "err" : "");
             EXPECT_EQ(run.report, expected) << static_cast<int>(out) << ' ' << static_cast<int>(err);
         }
     }
@@ -345,32 +345,29 @@ TEST(Readable, NamesControls)
     EXPECT_EQ(readable(" ~"), " ~");
 }
 
-TEST(Readable, LeavesABackslash)
-{
-    EXPECT_EQ(readable("\\x1b"), "\\x1b");
-}
+TEST(Readable, LeavesABackslash) { EXPECT_EQ(readable("\\x1b"), "\\x1b"); }
 
 TEST(Readable, LeavesPrintableUtf8)
 {
-    for (char const* text : {"\u00a0", "\u00e9", "\u07ff", "\u0800", "\u20ac", "\ud7ff", "\uffff", "\U00010000",
-                             "\U0010ffff"}) {
+    for (char const* text :
+         {"\u00a0", "\u00e9", "\u07ff", "\u0800", "\u20ac", "\ud7ff", "\uffff", "\U00010000", "\U0010ffff"}) {
         EXPECT_EQ(readable(text), text);
     }
 }
 
 TEST(Readable, NumbersBytesThatAreNoPrintableUtf8)
 {
-    EXPECT_EQ(readable("\x80"), R"(\x80)");                             // a tail without a head
-    EXPECT_EQ(readable("\xc3"), R"(\xc3)");                             // a head without a tail
+    EXPECT_EQ(readable("\x80"), R"(\x80)"); // a tail without a head
+    EXPECT_EQ(readable("\xc3"), R"(\xc3)"); // a head without a tail
     EXPECT_EQ(readable("\xc3x"), R"(\xc3x)");
     EXPECT_EQ(readable("\xe2\x82"), R"(\xe2\x82)");
-    EXPECT_EQ(readable("\xc1\xbf"), R"(\xc1\xbf)");                     // longer than need be
+    EXPECT_EQ(readable("\xc1\xbf"), R"(\xc1\xbf)"); // longer than need be
     EXPECT_EQ(readable("\xe0\x9f\xbf"), R"(\xe0\x9f\xbf)");
     EXPECT_EQ(readable("\xf0\x8f\xbf\xbf"), R"(\xf0\x8f\xbf\xbf)");
-    EXPECT_EQ(readable("\xed\xa0\x80"), R"(\xed\xa0\x80)");             // half of a UTF-16 pair
-    EXPECT_EQ(readable("\xf4\x90\x80\x80"), R"(\xf4\x90\x80\x80)");     // past U+10FFFF
+    EXPECT_EQ(readable("\xed\xa0\x80"), R"(\xed\xa0\x80)");         // half of a UTF-16 pair
+    EXPECT_EQ(readable("\xf4\x90\x80\x80"), R"(\xf4\x90\x80\x80)"); // past U+10FFFF
     EXPECT_EQ(readable("\xf5\x80\x80\x80"), R"(\xf5\x80\x80\x80)");
-    EXPECT_EQ(readable("\xc2\x9b"), R"(\xc2\x9b)");                     // CSI as one C1 control
+    EXPECT_EQ(readable("\xc2\x9b"), R"(\xc2\x9b)"); // CSI as one C1 control
     EXPECT_EQ(readable("\xff"), R"(\xff)");
 }
 

@@ -448,6 +448,7 @@ TEST(Templates, AreColouredOnATerminalOnly)
 {
     EXPECT_EQ(demo(on_pipes, {"templates"}).out, plain_templates);
 
+    // clang-format off
     std::string const coloured = "\x1b[00m\x1b[1m\x1b[37m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
                                  " will only display in color if colorize has been called \n"
                                  " and this works on both Windows and Linux \n"
@@ -455,6 +456,7 @@ TEST(Templates, AreColouredOnATerminalOnly)
                                  " will display (in Linux) color if colorize \n"
                                  " has been called and this works on Linux \n"
                                  "\x1b[00m\x1b[25h";
+    // clang-format on
     EXPECT_EQ(readable(demo(on_terminals, {"templates"}).out), readable(plain_templates + coloured));
 }
 
@@ -502,13 +504,16 @@ std::string in_stream(std::string const& sgr, std::string const& text)
 // The same for a theme that is made bold, and dark behind the text.
 std::string bold_in_stream(std::string const& sgr, std::string const& text)
 {
+    // clang-format off
     return "\x1b[00m\x1b[1m" + sgr + "\x1b[00m\x1b[1m" + sgr + text +
            "\x1b[00m\x1b[1m\x1b[2m" + sgr + "\x1b[00m\x1b[25h\n";
+    // clang-format on
 }
 
 TEST(Themes, EachFormHasItsColoursOnATerminal)
 {
     Outcome const run = demo(on_terminals, {"themes"});
+    // clang-format off
     std::string const expected =
         "\x1b[00m\x1b[25hrole                          string form         stream form\n"
         "app_title                     \x1b[32mKestry Hueline\x1b[0m      " + in_stream("\x1b[32m", "Kestry Hueline") +
@@ -543,6 +548,7 @@ TEST(Themes, EachFormHasItsColoursOnATerminal)
         "response_title                \x1b[35mresponse\x1b[0m            "
         "\x1b[00m\x1b[1m\x1b[35m\x1b[00m\x1b[1m\x1b[2m\x1b[35m72 65 73 70 6f 6e 73 65 \x1b[00m\x1b[25h\n"
         "\x1b[00m\x1b[25h";
+    // clang-format on
     EXPECT_EQ(difference(expected, run.out), "");
     expect_default_rendition_behind(run.out);
 }
@@ -712,8 +718,8 @@ TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
     expected.reset();
     for (auto const& [signal, name] : {std::pair(SIGINT, "INT"), std::pair(SIGHUP, "HUP")}) {
         std::string const command = std::string("trap '' ") + name + R"(; exec "$0" status)";
-        Outcome const run = shell({Sink::terminal, Sink::pipe}, command, {},
-                                  {.interrupt = Interrupt{signal, "\x1b[93m"}});
+        Outcome const run =
+            shell({Sink::terminal, Sink::pipe}, command, {}, {.interrupt = Interrupt{signal, "\x1b[93m"}});
         EXPECT_EQ(run.status, 0);
         EXPECT_EQ(difference(expected.bytes() + "\n", run.out), "");
     }
@@ -893,10 +899,12 @@ TEST(Dump, OfWhatCannotBeReadNamesTheReason)
     std::string const loop = (folder.path / "loop").string();
 
     std::vector<std::pair<std::string, std::string>> cases = {
+        // clang-format off
         {missing, "No such file or directory"},
         {folder.path.string(), "Is a directory"},
         {data + "/x", "Not a directory"},
         {loop, "Too many levels of symbolic links"},
+        // clang-format on
         {"", "No such file or directory"},
     };
     if (geteuid() != 0) { // who may read everything
@@ -917,8 +925,10 @@ TEST(Dump, GoesOnBehindAFileThatCannotBeRead)
     Outcome const run =
         demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\nfile", folder.path.string(), folder.file("b", "b")});
     EXPECT_EQ(run.out, "61\n62\n");
+    // clang-format off
     EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such?file': No such file or directory\n"
                        "hueline-demo: cannot read '" + folder.path.string() + "': Is a directory\n");
+    // clang-format on
     EXPECT_EQ(run.status, 1);
 }
 
