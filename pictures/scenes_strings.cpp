@@ -60,7 +60,7 @@ void strings_switches()
     Hueline scope;
     cout << alert("in colour, ") << end;
     scope.flipColor();
-    cout << alert("flipped: plain, ");
+    cout << alert("flipped, ") << defaultOperatingSystemText();
     scope.unflipColor();
     cout << alert("unflipped, ") << end;
     Hueline::setNoFrillsMode(true);

@@ -199,7 +199,8 @@ Each NAME is a demonstration; they are shown in the order given. Without a NAME
 the banner is shown.
 
 dump writes each FILE in hexadecimal, sixteen bytes a line. All arguments after
-it are files. Without a FILE, and for "-", it reads standard input.
+it but options are files, and all after "--". Without a FILE, and for "-", it
+reads standard input.
 
 The exit status is 0 if all went well, 1 if something could not be read or
 written, and 2 if an option or a NAME is unknown.

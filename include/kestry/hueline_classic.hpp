@@ -109,7 +109,7 @@ class Hueline {
 public:
     /// Remembers the colour switch.
     Hueline();
-    Hueline(Hueline const&) = default; ///< Remembers what the other object remembers.
+    Hueline(Hueline const&) = default; ///< Has the text of the other object, and remembers what it remembers.
     /// Takes over everything, or nothing if memory runs out.
     Hueline& operator=(Hueline const& from)
     {

@@ -13,8 +13,8 @@
 ///     shares its buffer);
 ///   - the stdio stream behind it (stdout for std::cout, stderr for the other two) is a terminal;
 ///   - no-frills mode is off;
-///   - the stream has been colorized.
-/// A gated manipulator on any other stream writes nothing. Each run of the gate records whether a
+///   - the stream has been colorized: its colorize word, 0 at first, is another number.
+/// While one of these does not hold, a gated manipulator writes nothing. Each run of the gate records whether a
 /// terminal was found, for _isUsingColor() and the destructors of the colour guards; constructing a
 /// UseColorMode records one too, constructing a NoColorMode records none. The gate leaves errno as it
 /// was. A standard stream costs one isatty(3), any other stream no system call.
@@ -62,8 +62,8 @@ std::ostream& colorize(std::ostream& os);
 /// Stream  its colorize word is 0 afterwards.
 std::ostream& nocolorize(std::ostream& os);
 
-/// Says whether colour was in use when the gate ran last, or was asked for by UseColorMode: true
-/// when either holds and no-frills mode is off.
+/// Says whether the gate found a terminal when it ran last, or a UseColorMode asked for colour; false
+/// in no-frills mode.
 ///
 /// It does not tell of one stream: the last gated manipulator or colour guard anywhere decides, and a
 /// terminal counts even if its stream was not colorized. color_mode_state asks about one stream.

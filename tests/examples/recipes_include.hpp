@@ -2,8 +2,10 @@
 /// What the snippets of docs/recipes.md take for granted.
 #pragma once
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <fstream>
 #include <iomanip>

@@ -115,7 +115,7 @@ Seen ClassicModel::perform(Step const& step)
     return {"", "", facts};
 }
 
-// One line for each operation, as its requirement has it.
+// One line for each operation: what it does.
 struct ClassicModel::Operations {
     using Action = std::function<void(ClassicModel&, Step const&)>;
     using M = ClassicModel;

@@ -33,7 +33,7 @@ struct Fact {
 
 using Facts = std::vector<Fact>;
 
-/// Stands for a value that the requirements leave open.
+/// Stands for a value that may be any.
 inline std::string const any_value = "(any)";
 
 /// Adds fill, width, format flags and error state of a stream.

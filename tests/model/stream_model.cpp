@@ -245,7 +245,7 @@ Seen StreamModel::perform(Step const& step)
     return {out.take_arrived(), err.take_arrived(), facts};
 }
 
-// One line for each operation, as its requirement has it.
+// One line for each operation: what it does.
 struct StreamModel::Operations {
     using Action = std::function<void(StreamModel&, ModelStream&, Step const&)>;
     using M = StreamModel;
