@@ -1,5 +1,5 @@
 /// \file
-/// SGR sequences with numbers in them, built without a string of their own and without a stream.
+/// SGR sequences with numbers in them, built in place and without a stream.
 #pragma once
 
 #include "hexdump/digits.hpp"

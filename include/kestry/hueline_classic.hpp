@@ -19,8 +19,8 @@
 #elif !defined(KESTRY_HUELINE_CLASSIC_HPP)
 #define KESTRY_HUELINE_CLASSIC_HPP
 
-#include <exception>
 #include <iosfwd>
+#include <new> // std::exception, the base of what it declares: <exception> would bring 350 lines more
 #include <string>
 #include <vector>
 

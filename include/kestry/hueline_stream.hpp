@@ -814,7 +814,8 @@ std::ostream& operator<<(std::ostream& os, parameters_template const& p);
 /// \name Templates
 /// Write a few fixed lines, each with std::endl.
 ///
-/// Throws  std::bad_cast where the stream's locale has no std::ctype<char>, as std::endl does.
+/// Throws  std::bad_cast where a line ends and the stream's locale has no std::ctype<char>, as std::endl
+///         does.
 /// \{
 std::ostream& crossplatform_template(std::ostream& os); ///< Five plain lines. Not gated.
 /// "\x1b[00m" and five lines. Not gated: a pipe receives the sequence too.
@@ -830,7 +831,8 @@ std::ostream& colorized_platformspecific_template(std::ostream& os);
 /// stream where they say "colorize", and unless they say otherwise write their plain text to a stream
 /// that fails the gate.
 ///
-/// Throws  std::bad_cast where the stream's locale has no std::ctype<char>, as std::endl does.
+/// Throws  std::bad_cast where a line ends and the stream's locale has no std::ctype<char>, as std::endl
+///         does.
 /// \{
 
 /// Shows the SGR codes 0 to 108, ten in a row.
@@ -857,12 +859,12 @@ std::ostream& test_pattern_greyscale(std::ostream& os);
 /// Shows the colour cube of the palette in sixteen blocks, the last ones past the palette's end.
 std::ostream& test_pattern_rgb(std::ostream& os);
 
-/// Runs a status line from 0 to 49, for 3.75 seconds on a terminal, without waiting elsewhere.
+/// Runs a status line from 0 to 49, for 3.75 seconds where the gate passes, without waiting elsewhere.
 ///
 /// The sequences of csi::color in its cells are not gated: a pipe receives them. No line end.
 std::ostream& test_pattern_status_line(std::ostream& os);
 
-/// Runs a progress meter from 0 % to 100 %, for 3.75 seconds on a terminal, without waiting elsewhere.
+/// Runs a progress meter from 0 % to 100 %, for 3.75 seconds where the gate passes, without waiting elsewhere.
 ///
 /// The sequences of csi::color in its texts are not gated: a pipe receives them. No line end.
 ///
@@ -880,11 +882,14 @@ std::ostream& test_pattern_progress_line(std::ostream& os);
 std::ostream& build_version_short(std::ostream& os);
 
 /// Writes the banner, then runs the test patterns: the codes, the status line, the progress meter,
-/// eight times the matrix in different styles, the greys, the cube and the palette.
+/// eight times the matrix in different styles, the greys, the cube and the palette. Takes about 7.5
+/// seconds on a colorized terminal; the codes go to standard output whatever os is.
 ///
 /// State   on a colorized terminal the record that was current before, as push and pull keep it: the
-///         background becomes the foreground, and what was pushed before is lost. On a stream that
-///         fails the gate nothing is restored: thin and dark, without colours.
+///         background becomes the foreground, and what was pushed before is lost. On a terminal that
+///         was not colorized, what an earlier push saved, or the record as at load: the patterns
+///         colorize it on the way. On a stream that fails the gate nothing is restored: thin and
+///         dark, without colours.
 /// Stream  hexadecimal afterwards, and colorized.
 std::ostream& build_version(std::ostream& os);
 

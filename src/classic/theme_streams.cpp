@@ -41,8 +41,8 @@ namespace DataTheme {
 
 std::ostream& operator<<(std::ostream& os, immediate_destination const& b) { return os << cyan    << HexDump(b.byte); }
 std::ostream& operator<<(std::ostream& os, total_count const& b)           { return os << blue    << HexDump(b.byte); }
-std::ostream& operator<<(std::ostream& os, request_title const& t)         { return os << magenta << bold << HexDump(t.text); }
-std::ostream& operator<<(std::ostream& os, response_title const& t)        { return os << magenta << dark << HexDump(t.text); }
+std::ostream& operator<<(std::ostream& os, request_title const& t)   { return os << magenta << bold << HexDump(t.text); }
+std::ostream& operator<<(std::ostream& os, response_title const& t)  { return os << magenta << dark << HexDump(t.text); }
 
 std::ostream& operator<<(std::ostream& os, crc const& c)
 {

@@ -56,7 +56,7 @@ std::ostream& position(std::ostream& os, int row, int col, char final_byte)
 
 // clang-format off
 std::ostream& show(std::ostream& os) { return allowColor(os) ? show_cursor(os) : os; } // SM 25, ECMA-48 8.3.125
-std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // a MC 25 by its final byte
+std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // an MC 25 by its final byte
 std::ostream& cr  (std::ostream& os) { return write(os, "\r"); }
 std::ostream& lf  (std::ostream& os) { return write(os, "\n"); }
 std::ostream& cls (std::ostream& os) { return os << ed{2}; }

@@ -27,10 +27,10 @@ std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, auto& i
 } // namespace
 
 // clang-format off
-std::ostream& operator<<(std::ostream& os, color const& c)    { return paint(os, foreground, "\x1b[38;5;", c.code); }
+std::ostream& operator<<(std::ostream& os, color const& c)  { return paint(os, foreground, "\x1b[38;5;", c.code); }
 std::ostream& operator<<(std::ostream& os, on_color const& c) { return paint(os, background, "\x1b[48;5;", c.code); }
-std::ostream& operator<<(std::ostream& os, rgb const& c)      { return paint(os, foreground, "\x1b[38;2;", c.r, c.g, c.b); }
-std::ostream& operator<<(std::ostream& os, on_rgb const& c)   { return paint(os, background, "\x1b[48;2;", c.r, c.g, c.b); }
+std::ostream& operator<<(std::ostream& os, rgb const& c)    { return paint(os, foreground, "\x1b[38;2;", c.r, c.g, c.b); }
+std::ostream& operator<<(std::ostream& os, on_rgb const& c) { return paint(os, background, "\x1b[48;2;", c.r, c.g, c.b); }
 
 std::string csi::color (int n)                { return sgr_string(n); }
 std::string csi::rgb   (int r, int g, int b)  { return true_color_string("\x1b[38;2;", r, g, b); }

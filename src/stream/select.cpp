@@ -1,7 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
 #include <cstddef>
-#include <string_view>
 
 namespace kestry::Hueline {
 

@@ -24,8 +24,8 @@ struct AttributeState {
 extern AttributeState _currentAttributes;
 extern AttributeState _savedAttributes;
 
-/// The standard streams. They are told apart by address: a stream that shares std::cout's buffer may
-/// not be on a terminal.
+/// The standard streams. They are told apart by address: another stream that shares std::cout's buffer
+/// is none of them.
 extern std::ostream* const _standardOut;
 extern std::ostream* const _standardErr;
 extern std::ostream* const _standardLog;
@@ -42,7 +42,8 @@ bool allowColorOnStandard(std::ostream& os);
 /// isatty would otherwise change what `cerr << red << strerror(errno)` says.
 inline bool allowColor(std::ostream& os)
 {
-    // Here, for every other stream, such as the string stream of a log line, it is all there is to do.
+    // Inline for the sake of every other stream, such as the string stream of a log line: this is all
+    // there is to do for it.
     if (&os == _standardOut || &os == _standardErr || &os == _standardLog) {
         return allowColorOnStandard(os);
     }
