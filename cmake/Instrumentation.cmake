@@ -8,7 +8,7 @@ if(HUELINE_SANITIZE)
 endif()
 
 if(HUELINE_COVERAGE)
-    add_compile_options(--coverage)
+    add_compile_options(--coverage -fprofile-update=atomic) # threads of a test count at the same time
     add_link_options(--coverage)
     # A test's child ends with _exit and has to write its counts itself.
     add_compile_definitions(HUELINE_COVERAGE)
