@@ -36,6 +36,7 @@ Workloads colored_dump()
 {
     std::string const fmt = "`fmt::join` of the coloured cells";
     std::string const copy = "a copy of a text of that length";
+    std::string const fresh_pages = "its memory alone, one byte of each fresh page";
     return {
         {"coloured long dump of 16 B", whole(16), run<dump>, {
             {fmt, run<with_fmt>, 0.12}}},
@@ -45,7 +46,8 @@ Workloads colored_dump()
             {fmt, run<with_fmt>, 0.02},
             {copy, run<copy_text_of_that_length>, 0.80}}},
         {"coloured long dump of 64 MiB", whole(64 * MiB), run<dump>, {
-            {copy, run<copy_text_of_that_length>, 0.85}}, 9},
+            {copy, run<copy_text_of_that_length>, 0.85},
+            {fresh_pages, run<touch_pages_of_that_length>}}, 9},
     };
 }
 // clang-format on

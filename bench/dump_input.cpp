@@ -1,5 +1,8 @@
 #include "dump_input.hpp"
 
+#include <benchmark/benchmark.h>
+
+#include <memory>
 #include <numeric>
 
 namespace hueline::bench {
@@ -21,5 +24,17 @@ void set_input(std::size_t size, std::size_t cell)
 }
 
 std::string copy_text_of_that_length() { return text_of_that_length; }
+
+void touch_pages_of_that_length()
+{
+    std::size_t const page = 4096;
+    // Not filled, unlike a std::vector.
+    std::unique_ptr<char[]> const memory{new char[text_of_that_length.size()]};
+    for (std::size_t at = 0; at < text_of_that_length.size(); at += page) {
+        memory[at] = '.';
+    }
+    benchmark::DoNotOptimize(memory.get());
+    benchmark::ClobberMemory();
+}
 
 } // namespace hueline::bench

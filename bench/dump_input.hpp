@@ -24,4 +24,7 @@ void set_input(std::size_t size, std::size_t cell);
 /// The floor of a dump: memory has to be found and filled.
 std::string copy_text_of_that_length();
 
+/// The floor below that, where the memory is fresh: the system is made to provide each page of it.
+void touch_pages_of_that_length();
+
 } // namespace hueline::bench

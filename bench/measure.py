@@ -155,8 +155,12 @@ def shared_object(build, results):
 
 def process_start(build):
     program = build / "bench/hueline-bench-start"
-    ratio = instructions_of(f"{program}-hueline") / instructions_of(program)
-    return [Figure("instructions of a process that starts, against the same without the library", ratio, 1.085)]
+    without = instructions_of(program)
+    return [
+        Figure("instructions of a process that starts, against the same without the library",
+               instructions_of(f"{program}-hueline") / without, 1.085),
+        Figure("the same for a library in which there is nothing", instructions_of(f"{program}-nothing") / without, None),
+    ]
 
 
 def headers(compiler, include, results):

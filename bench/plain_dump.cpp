@@ -93,6 +93,7 @@ Workloads plain_dump()
     std::string const fmt = "`fmt::join` of `{:02x}`";
     std::string const abseil = "absl `BytesToHexString` (two characters a byte)";
     std::string const copy = "a copy of a text of that length";
+    std::string const fresh_pages = "its memory alone, one byte of each fresh page";
     return {
         {"dump of one byte", cut(1), run<byte>, {
             {"`fmt::format`", run<byte_with_fmt>, 0.18}}},
@@ -112,7 +113,8 @@ Workloads plain_dump()
             openssl,
             {copy, run<copy_text_of_that_length>, 0.85}}},
         {"long dump of 64 MiB", whole(64 * MiB), run<dump>, {
-            {copy, run<copy_text_of_that_length>, 0.85}}, 15},
+            {copy, run<copy_text_of_that_length>, 0.85},
+            {fresh_pages, run<touch_pages_of_that_length>}}, 15},
     };
 }
 

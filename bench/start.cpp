@@ -1,4 +1,4 @@
-// Built twice, with the library and without: what loading it costs is the difference.
+// Built without a library, with this one and with an empty one: what loading it costs is the difference.
 #include <iostream>
 
 int main() { std::cout << "ready\n"; }
