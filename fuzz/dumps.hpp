@@ -4,18 +4,19 @@
 
 #include "check.hpp"
 
+#include "hexdump/dumps.hpp"
 #include "hexdump/formula.hpp"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdio>
-#include <sstream>
 #include <string>
 #include <vector>
 
 namespace hueline::fuzz {
 
 using test::Bytes;
+using test::text_of;
 
 /// The sequences of a dump in colour.
 struct Colours {
@@ -24,14 +25,6 @@ struct Colours {
     std::string count;
     std::string end;
 };
-
-template <class HexDump>
-std::string text_of(HexDump const& dump)
-{
-    std::ostringstream os;
-    os << dump;
-    return os.str();
-}
 
 inline std::string digits(char const* format, unsigned long number)
 {

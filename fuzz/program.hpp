@@ -6,102 +6,96 @@
 #include "check.hpp"
 #include "input.hpp"
 
+#include "model/operation.hpp"
 #include "model/step.hpp"
 
-#include <climits>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 namespace hueline::fuzz {
 
+using test::Argument;
 using test::Facts;
+using test::Operation;
 using test::Step;
 
-/// What an operation takes, one letter for each argument.
-inline void read_argument(Input& input, char kind, Step& step)
+/// Adds what the input has for an argument.
+inline void read_argument(Input& input, Argument kind, Step& step)
 {
+    auto const add_number = [&step](int number) { step.numbers.push_back(number); };
+    auto const add_text = [&step](std::string const& text) { step.texts.push_back(text); };
     switch (kind) {
-    case 'n': // any int
-        step.numbers.push_back(input.number());
-        break;
-    case 'f': // a flag
-        step.numbers.push_back(input.flag() ? 1 : 0);
-        break;
-    case 'b': // a byte
-        step.numbers.push_back(input.byte());
-        break;
-    case 's': // a 16-bit value
-        step.numbers.push_back(static_cast<int>(input.four_bytes() % 65536));
-        break;
-    case 'w': // a field width
-        step.numbers.push_back(input.between(-1, 40));
-        break;
-    case 'e': // error states
-        step.numbers.push_back(input.between(0, 3));
-        break;
-    case 'm': // milliseconds: at most a quarter of a second
-        step.numbers.push_back(input.flag() ? input.byte() : -input.byte());
-        break;
-    case 'p': { // position, start and end of a bar that has few cells: near each other, anywhere among the ints
+    case Argument::number:
+    case Argument::colorize_word:
+    case Argument::code:
+    case Argument::colour_of_eight:
+    case Argument::vga_colour:
+        return add_number(input.number());
+    case Argument::numbers:
+        for (int i = input.between(0, 7); i > 0; --i) {
+            add_number(input.number());
+        }
+        return;
+    case Argument::flag:
+    case Argument::mostly_on:
+    case Argument::mostly_off:
+        return add_number(input.flag() ? 1 : 0);
+    case Argument::byte:
+    case Argument::fill:
+    case Argument::item:
+        return add_number(input.byte());
+    case Argument::two_bytes:
+        return add_number(static_cast<int>(input.four_bytes() % 65536));
+    case Argument::width:
+        return add_number(input.between(-1, 40));
+    case Argument::states:
+        return add_number(input.between(0, 3));
+    case Argument::milliseconds:
+        return add_number(input.flag() ? input.byte() : -input.byte());
+    case Argument::seconds:
+        return add_number(static_cast<int>(input.four_bytes()) % 2147000000);
+    case Argument::minutes:
+        return add_number(input.between(-120, 120) * 7);
+    case Argument::steps_of_a_bar: { // near each other, anywhere among the ints
         int const base = input.number();
         for (int i = 0; i < 3; ++i) {
-            step.numbers.push_back(input.near(base));
+            add_number(input.near(base));
         }
-        break;
+        return;
     }
-    case 'd': // a date from 1901 to 2038 in any time zone: seconds since 1970
-        step.numbers.push_back(static_cast<int>(input.four_bytes()) % 2147000000);
-        break;
-    case 'z': // a time zone, in minutes
-        step.numbers.push_back(input.between(-120, 120) * 7);
-        break;
-    case 'l': // several numbers
-        for (int i = input.between(0, 7); i > 0; --i) {
-            step.numbers.push_back(input.number());
+    case Argument::steps_of_percent:
+        for (int i = 0; i < 3; ++i) {
+            add_number(input.number());
         }
-        break;
-    case 't': // a text
-        step.texts.push_back(input.text());
-        break;
-    case 'a': { // frames of a spinner: 0, 1, 2, 4, ... 64 of them
+        return;
+    case Argument::text:
+    case Argument::text_with_space:
+    case Argument::bytes:
+        return add_text(input.text());
+    case Argument::frames: { // 0, 1, 2, 4, ... 64 of them
         std::string const text = input.text();
         std::size_t size = 64;
         while (size > text.size()) {
             size /= 2;
         }
-        step.texts.push_back(text.substr(0, size));
-        break;
+        return add_text(text.substr(0, size));
     }
-    default:
-        std::abort();
+    case Argument::bytes_and_separator:
+        add_text(input.text());
+        return add_text(input.text());
     }
 }
 
-/// A name that the model knows, the arguments, and what it is for the library.
-template <class Library>
-struct Operation {
-    std::string name;
-    std::string arguments;
-    void (*act)(Library& library, Step const& step);
-};
-
-/// An operation of the standard library.
-inline std::string arguments_of_host_operation(std::string const& name)
+/// A step of an operation, on no stream.
+template <class On>
+Step read_step(Input& input, Operation<On> const& operation)
 {
-    if (name == "text") {
-        return "t";
+    Step step = {operation.name};
+    for (Argument const kind : operation.arguments) {
+        read_argument(input, kind, step);
     }
-    if (name == "int") {
-        return "n";
-    }
-    if (name == "char" || name == "std::setfill") {
-        return "b";
-    }
-    if (name == "std::setw") {
-        return "w";
-    }
-    return name == "exceptions" || name == "setstate" ? "e" : "";
+    return step;
 }
 
 /// Ends the process, with the program so far, if the library shows anything else than the model.

@@ -1,5 +1,7 @@
 #include "terminal.hpp"
 
+#include "support/utf8.hpp"
+
 #include <stdexcept>
 #include <utility>
 
@@ -35,22 +37,6 @@ Rgb faint(Rgb ink, Rgb ground)
 {
     auto const mixed = [](int over, int under) { return static_cast<std::uint8_t>((2 * over + under) / 3); };
     return {mixed(ink.r, ground.r), mixed(ink.g, ground.g), mixed(ink.b, ground.b)};
-}
-
-std::string utf8(std::uint32_t character)
-{
-    auto const tail = [&](unsigned shift) { return static_cast<char>(0x80 | ((character >> shift) & 0x3f)); };
-    auto const head = [&](unsigned mark, unsigned shift) { return static_cast<char>(mark | (character >> shift)); };
-    if (character < 0x80) {
-        return {static_cast<char>(character)};
-    }
-    if (character < 0x800) {
-        return {head(0xc0, 6), tail(0)};
-    }
-    if (character < 0x10000) {
-        return {head(0xe0, 12), tail(6), tail(0)};
-    }
-    return {head(0xf0, 18), tail(12), tail(6), tail(0)};
 }
 
 // The bytes of the control sequence (ECMA-48 5.4) at the head of bytes, up to its final byte.
@@ -190,7 +176,7 @@ Grid Terminal::grid() const
             if (found.chars[0] != 0 && !is_concealed) {
                 cell.character.clear();
                 for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && found.chars[i] != 0; ++i) {
-                    cell.character += utf8(found.chars[i]);
+                    cell.character += test::utf8(found.chars[i]);
                 }
             }
         }

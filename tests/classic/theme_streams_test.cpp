@@ -1,6 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "classic/grouping.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"

@@ -1,9 +1,9 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/grouping.hpp"
 #include "classic/modes.hpp"
 #include "hexdump/allocations.hpp"
 #include "hexdump/formula.hpp"
+#include "support/grouping.hpp"
 #include "support/readable.hpp"
 
 #include <climits>

@@ -1,8 +1,8 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/grouping.hpp"
 #include "classic/made_up_locale.hpp"
 #include "classic/modes.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 

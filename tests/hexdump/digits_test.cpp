@@ -3,7 +3,7 @@
 #include "hexdump/allocations.hpp"
 #include "hexdump/cells.hpp"
 #include "hexdump/formula.hpp"
-#include "classic/grouping.hpp"
+#include "support/grouping.hpp"
 
 #include <algorithm>
 #include <climits>
@@ -222,21 +222,23 @@ TEST(DumpBytes, IsTheFormulaForEveryCellAndSize)
     EXPECT_EQ(allocations.overruns, 0u);
 }
 
-// What a processor without the vectors does, whatever this one has.
-TEST(TableCells, AreThoseOfTheVectors)
+// What a processor without the vectors does, whatever this one has. Room that does not end with the
+// cells shows what is stored past them.
+TEST(TableCells, AreThoseOfTheVectorsAndEndAtTheLimit)
 {
+    std::string const behind(32, '.');
     for (std::string const before : {"", "\x1b[32m", "before, of 17 c."}) {
         for (std::string const after : {"", " ", "::"}) {
             for (std::size_t size = 0; size <= 300; ++size) {
                 Bytes const bytes = mixed(size);
                 std::string const expected = cells(bytes, before, after);
-                std::string text(expected.size(), '.');
-                char* const end = text.data() + text.size();
-                EXPECT_EQ(put_table_cells(text.data(), end, bytes, before, after), end);
-                ASSERT_TRUE(text == expected) << size << " bytes";
+                std::string text = std::string(expected.size(), '.') + behind;
+                char* const limit = text.data() + expected.size();
+                EXPECT_EQ(put_table_cells(text.data(), limit, bytes, before, after), limit);
+                ASSERT_TRUE(text == expected + behind) << size << " bytes";
                 text.assign(text.size(), '.');
-                EXPECT_EQ(put_cells(text.data(), end, bytes, before, after), end);
-                ASSERT_TRUE(text == expected) << size << " bytes";
+                EXPECT_EQ(put_cells(text.data(), limit, bytes, before, after), limit);
+                ASSERT_TRUE(text == expected + behind) << size << " bytes";
             }
         }
     }

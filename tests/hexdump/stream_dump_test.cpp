@@ -1,8 +1,9 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "classic/grouping.hpp"
 #include "hexdump/allocations.hpp"
+#include "hexdump/dumps.hpp"
 #include "hexdump/formula.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 
@@ -25,24 +26,7 @@ using namespace hueline::test;
 using namespace std::string_literals;
 using kestry::Hueline::HexDump;
 using Words = std::vector<unsigned int>;
-
-std::string text_of(HexDump const& dump)
-{
-    std::ostringstream os;
-    os << dump;
-    return os.str();
-}
-
-class LongDumps {
-public:
-    LongDumps() { HexDump::_longDumps = true; }
-    LongDumps(LongDumps const&) = delete;
-    LongDumps& operator=(LongDumps const&) = delete;
-    ~LongDumps() { HexDump::_longDumps = before; }
-
-private:
-    bool before = HexDump::_longDumps;
-};
+using LongDumps = LongDumpsOf<HexDump>;
 
 std::string long_text_of(Bytes const& bytes, std::string const& separator)
 {

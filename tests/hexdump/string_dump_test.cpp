@@ -1,10 +1,11 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/grouping.hpp"
 #include "classic/made_up_locale.hpp"
 #include "classic/modes.hpp"
 #include "hexdump/allocations.hpp"
+#include "hexdump/dumps.hpp"
 #include "hexdump/formula.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 
@@ -27,6 +28,7 @@ using namespace std::string_literals;
 using kestry::HexDump;
 using kestry::Hueline;
 using Words = std::vector<unsigned int>;
+using LongDumps = LongDumpsOf<HexDump>;
 
 static_assert(std::is_base_of_v<Hueline, HexDump>);
 static_assert(sizeof(HexDump) == sizeof(Hueline));
@@ -38,25 +40,7 @@ public:
     std::string const& text() const { return _text; }
 };
 
-std::string text_of(HexDump const& dump)
-{
-    std::ostringstream os;
-    os << dump;
-    return os.str();
-}
-
 std::string read(HexDump const& dump) { return readable(text_of(dump)); }
-
-class LongDumps {
-public:
-    LongDumps() { HexDump::_longDumps = true; }
-    LongDumps(LongDumps const&) = delete;
-    LongDumps& operator=(LongDumps const&) = delete;
-    ~LongDumps() { HexDump::_longDumps = before; }
-
-private:
-    bool before = HexDump::_longDumps;
-};
 
 std::string long_text_of(Bytes const& bytes, std::string const& separator)
 {

@@ -1,5 +1,6 @@
 #include "model/classic_model.hpp"
 
+#include "model/digits.hpp"
 #include "model/host.hpp"
 
 #include <array>
@@ -14,33 +15,6 @@ namespace {
 struct UnknownCode : std::exception {
     char const* what() const noexcept override { return "UnknownCodeException passed to Hueline"; }
 };
-
-std::string decimal(long long number) { return std::to_string(number); }
-
-// At least so many digits.
-std::string hexadecimal(unsigned long number, std::size_t digits)
-{
-    std::string text;
-    while (number != 0) {
-        text.insert(0, 1, "0123456789abcdef"[number % 16]);
-        number /= 16;
-    }
-    while (text.size() < digits) {
-        text.insert(0, 1, '0');
-    }
-    return text;
-}
-
-std::string two_digits(int byte) { return hexadecimal(static_cast<unsigned char>(byte), 2); }
-
-std::string short_digits(int number) { return "0x" + hexadecimal(static_cast<unsigned short>(number), 4); }
-
-// The two halves of a word.
-unsigned long word_of(Step const& step)
-{
-    return static_cast<unsigned long>(static_cast<unsigned>(step.numbers.at(0))) << 32 |
-           static_cast<unsigned long>(static_cast<unsigned>(step.numbers.at(1)));
-}
 
 bool is_space(char byte)
 {
@@ -151,8 +125,8 @@ struct ClassicModel::Operations {
         {"color() of three",               [](M& m, Step const& step) { m.result = m.true_color(38, step.numbers.at(0), step.numbers.at(1), step.numbers.at(2)); }},
         {"color_bg()",                     [](M& m, Step const& step) { m.result = m.true_color(48, step.numbers.at(0), step.numbers.at(1), step.numbers.at(2)); }},
         {"color() of VGA",                 [](M& m, Step const& step) { m.result = m.vga(step.numbers.at(0)); }},
-        {"color() of a byte",              [](M& m, Step const& step) { m.result = m.colored(step.numbers.at(0), two_digits(step.numbers.at(1))); }},
-        {"bright_color() of a byte",       [](M& m, Step const& step) { m.result = m.bright(step.numbers.at(0), two_digits(step.numbers.at(1))); }},
+        {"color() of a byte",              [](M& m, Step const& step) { m.result = m.colored(step.numbers.at(0), byte_digits(step.numbers.at(1))); }},
+        {"bright_color() of a byte",       [](M& m, Step const& step) { m.result = m.bright(step.numbers.at(0), byte_digits(step.numbers.at(1))); }},
         {"color() of a text",              [](M& m, Step const& step) { m.result = m.colored(step.numbers.at(0), step.texts.at(0)); }},
         {"bright_color() of a text",       [](M& m, Step const& step) { m.result = m.bright(step.numbers.at(0), step.texts.at(0)); }},
 
@@ -181,16 +155,16 @@ struct ClassicModel::Operations {
         {"ColorTheme::path() of a number", [](M& m, Step const& step) { m.result = m.colored(36, decimal(static_cast<unsigned>(step.numbers.at(0)))); }},
         {"ColorTheme::name()",             [](M& m, Step const& step) { m.result = m.bright(33, step.texts.at(0)); }},
         {"ColorTheme::status()",           [](M& m, Step const&) { m.result = m.sequence(35); }},
-        {"DataTheme::immediate_destination()", [](M& m, Step const& step) { m.result = m.colored(36, two_digits(step.numbers.at(0))); }},
-        {"DataTheme::total_count()",       [](M& m, Step const& step) { m.result = m.bright(34, two_digits(step.numbers.at(0))); }},
+        {"DataTheme::immediate_destination()", [](M& m, Step const& step) { m.result = m.colored(36, byte_digits(step.numbers.at(0))); }},
+        {"DataTheme::total_count()",       [](M& m, Step const& step) { m.result = m.bright(34, byte_digits(step.numbers.at(0))); }},
         {"DataTheme::request_title()",     [](M& m, Step const& step) { m.result = m.bright(35, step.texts.at(0)); }},
         {"DataTheme::response_title()",    [](M& m, Step const& step) { m.result = m.colored(35, step.texts.at(0)); }},
 
         // Hex dumps
-        {"HexDump of a char",              [](M& m, Step const& step) { m.add_object(true, m.colored(32, two_digits(step.numbers.at(0)))); }},
-        {"HexDump of an unsigned char",    [](M& m, Step const& step) { m.add_object(true, m.colored(32, two_digits(step.numbers.at(0)))); }},
+        {"HexDump of a char",              [](M& m, Step const& step) { m.add_object(true, m.colored(32, byte_digits(step.numbers.at(0)))); }},
+        {"HexDump of an unsigned char",    [](M& m, Step const& step) { m.add_object(true, m.colored(32, byte_digits(step.numbers.at(0)))); }},
         {"HexDump of an unsigned short",   [](M& m, Step const& step) { m.add_object(true, short_digits(step.numbers.at(0))); }},
-        {"HexDump of an unsigned long",    [](M& m, Step const& step) { m.add_object(true, hexadecimal(word_of(step), 8)); }},
+        {"HexDump of an unsigned long",    [](M& m, Step const& step) { m.add_object(true, hexadecimal(long_word_of(step), 8)); }},
         {"HexDump of words",               [](M& m, Step const& step) {
             std::string text;
             for (int const number : step.numbers) {
@@ -201,7 +175,7 @@ struct ClassicModel::Operations {
         {"HexDump of bytes",               [](M& m, Step const& step) { m.add_object(true, m.byte_dump(step.texts.at(0), " ")); }},
         {"HexDump of bytes, separated",    [](M& m, Step const& step) { m.add_object(true, m.byte_dump(step.texts.at(0), step.texts.at(1))); }},
         {"HexDump of a string",            [](M& m, Step const& step) { m.add_object(true, m.byte_dump(step.texts.at(0), " ")); }},
-        {"HexDump::raw_data_byte()",       [](M& m, Step const& step) { m.result = m.colored(32, two_digits(step.numbers.at(0))); }},
+        {"HexDump::raw_data_byte()",       [](M& m, Step const& step) { m.result = m.colored(32, byte_digits(step.numbers.at(0))); }},
         {"HexDump::raw_data() of a short", [](M& m, Step const& step) { m.result = short_digits(step.numbers.at(0)); }},
         {"HexDump::raw_data() of bytes",   [](M& m, Step const& step) { m.result = m.raw_data(step.texts.at(0)); }},
         {"rtrim()",                        [](M& m, Step const& step) { m.result = trimmed(step.texts.at(0)); }},
@@ -307,7 +281,7 @@ std::string ClassicModel::byte_dump(std::string const& bytes, std::string const&
     }
     std::string dump;
     for (std::size_t i = 0; i < bytes.size() && (long_dumps || i < 19); ++i) {
-        dump += colored(32, two_digits(bytes[i])) + separator;
+        dump += colored(32, byte_digits(bytes[i])) + separator;
     }
     if (!long_dumps && bytes.size() > 19) {
         dump += " ... " + colored(33, "(") + colored(36, decimal(static_cast<long long>(bytes.size()))) + " bytes" +

@@ -2,6 +2,9 @@
 /// Random arguments, with weight on the edges.
 #pragma once
 
+#include "model/operation.hpp"
+#include "model/step.hpp"
+
 #include "support/process.hpp"
 
 #include <climits>
@@ -13,9 +16,6 @@
 #include <rapidcheck.h>
 
 namespace hueline::test {
-
-using Numbers = rc::Gen<std::vector<int>>;
-using Texts = rc::Gen<std::vector<std::string>>;
 
 /// Unless RC_PARAMS says otherwise.
 inline void same_programs_in_each_run() { setenv("RC_PARAMS", "seed=1 max_success=150", 0); }
@@ -44,13 +44,6 @@ inline rc::Gen<std::string> any_text()
     });
 }
 
-inline Numbers no_numbers() { return rc::gen::just(std::vector<int>{}); }
-inline Texts no_texts() { return rc::gen::just(std::vector<std::string>{}); }
-inline Numbers numbers(std::size_t count, rc::Gen<int> const& number)
-{
-    return rc::gen::container<std::vector<int>>(count, number);
-}
-inline Texts some_texts(std::size_t count) { return rc::gen::container<std::vector<std::string>>(count, any_text()); }
 /// What a dump is made of: also long texts, and all bytes.
 inline rc::Gen<std::string> any_bytes()
 {
@@ -66,62 +59,128 @@ inline rc::Gen<std::string> any_bytes()
     });
 }
 
-inline Texts some_bytes() { return rc::gen::container<std::vector<std::string>>(1, any_bytes()); }
-
-/// Bytes and what separates them: a long separator between a few bytes only, since what the C library
-/// buffers before a descriptor that fails is not part of the model.
-inline Texts some_bytes_and_a_separator()
+/// What separates the bytes of a dump: long between a few bytes only, since what the C library buffers
+/// before a descriptor that fails is not part of the model.
+inline rc::Gen<std::string> separator_for(std::string const& bytes)
 {
     using namespace std::string_literals;
-    return rc::gen::exec([] {
-        std::string const bytes = *any_bytes();
-        return std::vector<std::string>{
-            bytes, *(bytes.size() < 50 ? any_text() : rc::gen::element(""s, ":"s, ", "s, "----"s))};
+    return bytes.size() < 50 ? any_text() : rc::gen::element(""s, ":"s, ", "s, "----"s);
+}
+
+inline rc::Gen<std::string> any_text_with_space()
+{
+    return rc::gen::resize(12, rc::gen::container<std::string>(rc::gen::element(' ', '\t', '\n', '\v', '\f', '\r', '\0',
+                                                                                '\x08', '\x0e', '\xa0', 'a', '.')));
+}
+
+inline rc::Gen<int> any_code()
+{
+    return rc::gen::weightedOneOf<int>(
+        {{2, rc::gen::element(0, 1, 2, 30, 31, 32, 33, 34, 35, 36, 37)}, {3, any_int()}});
+}
+
+inline rc::Gen<int> any_time()
+{
+    return rc::gen::weightedOneOf<int>({
+        {3, rc::gen::element(0, -1, 951782399, 951782400, 951868800, 1709164799, 1709251199, 1735689599, INT_MAX,
+                             -2147000000)},
+        {1, between(-2147000000, INT_MAX - 1)},
     });
 }
 
-/// White space and what looks like it, and a few other bytes.
-inline Texts some_texts_with_space()
+/// Anywhere among the ints, all near each other.
+inline std::vector<int> random_steps_of_a_bar()
 {
-    return rc::gen::container<std::vector<std::string>>(
-        1, rc::gen::resize(12, rc::gen::container<std::string>(rc::gen::element(' ', '\t', '\n', '\v', '\f', '\r', '\0',
-                                                                                '\x08', '\x0e', '\xa0', 'a', '.'))));
+    int const base = *rc::gen::weightedElement<int>({{6, 0}, {1, -20}, {1, 1000000}, {1, INT_MIN}, {1, INT_MAX - 30}});
+    std::vector<int> steps;
+    for (int i = 0; i < 3; ++i) {
+        steps.push_back(base + *between(0, 30));
+    }
+    return steps;
 }
 
-inline Numbers several_numbers() { return rc::gen::resize(8, rc::gen::container<std::vector<int>>(any_int())); }
-
-inline Numbers pair(rc::Gen<int> const& first, rc::Gen<int> const& second)
+/// Any ints, steps that share an end with real bars, and bars without a width.
+inline std::vector<int> random_steps_of_percent()
 {
-    return rc::gen::exec([=] {
-        int const a = *first;
-        return std::vector<int>{a, *second};
-    });
+    int const kind = *rc::gen::weightedElement<int>({{3, 0}, {3, 1}, {1, 2}});
+    int const position = *(kind == 0 ? any_int() : between(0, 120));
+    int const start = *(kind == 0 ? any_int() : rc::gen::element(0, 0, 0, 10, -50));
+    int const end = *(kind == 0 ? any_int() : rc::gen::element(49, 100, 100, 50, 1000, 7));
+    return kind == 2 ? std::vector<int>{position % 3, start, start} : std::vector<int>{position, start, end};
 }
 
-/// Position, start and end of a bar that has few cells: near each other, anywhere among the ints.
-inline Numbers steps_of_a_bar()
+/// To be called where a generator is at work.
+inline void add_random_argument(Argument kind, Step& step)
 {
-    return rc::gen::exec([] {
-        int const base =
-            *rc::gen::weightedElement<int>({{6, 0}, {1, -20}, {1, 1000000}, {1, INT_MIN}, {1, INT_MAX - 30}});
-        std::vector<int> steps;
-        for (int i = 0; i < 3; ++i) {
-            steps.push_back(base + *between(0, 30));
+    auto const add_number = [&step](rc::Gen<int> const& number) { step.numbers.push_back(*number); };
+    auto const add_numbers = [&step](std::vector<int> const& numbers) {
+        step.numbers.insert(step.numbers.end(), numbers.begin(), numbers.end());
+    };
+    auto const add_text = [&step](rc::Gen<std::string> const& text) { step.texts.push_back(*text); };
+    switch (kind) {
+    case Argument::number:
+        return add_number(any_int());
+    case Argument::numbers:
+        return add_numbers(*rc::gen::resize(8, rc::gen::container<std::vector<int>>(any_int())));
+    case Argument::flag:
+        return add_number(between(0, 1));
+    case Argument::mostly_on:
+        return add_number(rc::gen::element(0, 1, 1, 1));
+    case Argument::mostly_off:
+        return add_number(rc::gen::element(0, 0, 0, 1));
+    case Argument::byte:
+        return add_number(between(0, 255));
+    case Argument::fill:
+        return add_number(between(' ', '~'));
+    case Argument::two_bytes:
+        return add_number(between(0, 65535));
+    case Argument::item:
+        return add_number(between(0, 9));
+    case Argument::width:
+        return add_number(between(-1, 30));
+    case Argument::states:
+        return add_number(between(0, 3));
+    case Argument::colorize_word:
+        return add_number(rc::gen::element(0, 1, 2, -1, INT_MIN));
+    case Argument::code:
+        return add_number(any_code());
+    case Argument::colour_of_eight:
+        return add_number(rc::gen::weightedOneOf<int>({{4, between(-1, 8)}, {1, any_int()}}));
+    case Argument::vga_colour:
+        return add_number(rc::gen::weightedOneOf<int>({{6, between(0, 15)}, {1, between(-1, 17)}, {1, any_int()}}));
+    case Argument::milliseconds:
+        return add_number(rc::gen::element(0, 1, 4, 5, 6, 10, 11, 25, 255, 256, -1, INT_MIN));
+    case Argument::seconds:
+        return add_number(any_time());
+    case Argument::minutes:
+        return add_number(rc::gen::element(0, 1, -1, 345, -570, 840, -720));
+    case Argument::steps_of_a_bar:
+        return add_numbers(random_steps_of_a_bar());
+    case Argument::steps_of_percent:
+        return add_numbers(random_steps_of_percent());
+    case Argument::text:
+    case Argument::frames:
+        return add_text(any_text());
+    case Argument::text_with_space:
+        return add_text(any_text_with_space());
+    case Argument::bytes:
+        return add_text(any_bytes());
+    case Argument::bytes_and_separator:
+        add_text(any_bytes());
+        return add_text(separator_for(step.texts.back()));
+    }
+}
+
+/// A step of an operation, on no stream.
+template <class On>
+rc::Gen<Step> random_step_of(Operation<On> const& operation)
+{
+    return rc::gen::exec([&operation] {
+        Step step = {operation.name};
+        for (Argument const kind : operation.arguments) {
+            add_random_argument(kind, step);
         }
-        return steps;
-    });
-}
-
-/// Position, start and end of a percentage: any ints, steps that share an end with real bars, and bars
-/// without a width.
-inline Numbers steps_of_a_percentage()
-{
-    return rc::gen::exec([] {
-        int const kind = *rc::gen::weightedElement<int>({{3, 0}, {3, 1}, {1, 2}});
-        int const position = *(kind == 0 ? any_int() : between(0, 120));
-        int const start = *(kind == 0 ? any_int() : rc::gen::element(0, 0, 0, 10, -50));
-        int const end = *(kind == 0 ? any_int() : rc::gen::element(49, 100, 100, 50, 1000, 7));
-        return kind == 2 ? std::vector<int>{position % 3, start, start} : std::vector<int>{position, start, end};
+        return step;
     });
 }
 
@@ -140,8 +199,8 @@ inline rc::Gen<Sinks> random_sinks()
 }
 
 /// An index into operations, by their weights.
-template <class Operations>
-rc::Gen<std::size_t> weighted_choice(Operations const& operations)
+template <class On>
+rc::Gen<std::size_t> weighted_choice(std::vector<Operation<On>> const& operations)
 {
     std::vector<std::size_t> choices;
     for (std::size_t i = 0; i < operations.size(); ++i) {
@@ -149,35 +208,5 @@ rc::Gen<std::size_t> weighted_choice(Operations const& operations)
     }
     return rc::gen::elementOf(choices);
 }
-
-inline int weight_of_host_operation(std::string const& name)
-{
-    if (name == "recover" || name == "text") {
-        return 25;
-    }
-    if (name == "imbue a grouping locale") {
-        return 3;
-    }
-    return name == "std::setw" ? 24 : 5;
-}
-
-inline Numbers numbers_of_host_operation(std::string const& name)
-{
-    if (name == "int") {
-        return numbers(1, any_int());
-    }
-    if (name == "char" || name == "std::setfill") {
-        return numbers(1, between(' ', '~'));
-    }
-    if (name == "std::setw") {
-        return numbers(1, between(-1, 30));
-    }
-    if (name == "exceptions" || name == "setstate") {
-        return numbers(1, between(0, 3));
-    }
-    return no_numbers();
-}
-
-inline Texts texts_of_host_operation(std::string const& name) { return name == "text" ? some_texts(1) : no_texts(); }
 
 } // namespace hueline::test

@@ -1,17 +1,13 @@
 #include "model/host.hpp"
 
+#include "support/grouping.hpp"
+
 #include <iomanip>
 #include <locale>
 
 namespace hueline::test {
 
 namespace {
-
-// Every digit is a group of its own: 1234 is "1.2.3.4".
-class Grouping : public std::numpunct<char> {
-    char do_thousands_sep() const override { return '.'; }
-    std::string do_grouping() const override { return "\1"; }
-};
 
 std::ios_base::iostate state_of(int number)
 {
@@ -29,38 +25,38 @@ std::ios_base::iostate state_of(int number)
 
 std::vector<HostOperation> const& host_operations()
 {
+    using enum Argument;
+    // clang-format off
     static std::vector<HostOperation> const operations = {
-        {"text", [](std::ostream& os, Step const& step) { os << step.texts.at(0); }},
-        {"int", [](std::ostream& os, Step const& step) { os << step.numbers.at(0); }},
-        {"char", [](std::ostream& os, Step const& step) { os << static_cast<char>(step.numbers.at(0)); }},
-        {"std::endl", [](std::ostream& os, Step const&) { os << std::endl; }},
-        {"std::flush", [](std::ostream& os, Step const&) { os << std::flush; }},
-        {"std::setw", [](std::ostream& os, Step const& step) { os << std::setw(step.numbers.at(0)); }},
-        {"std::setfill",
-         [](std::ostream& os, Step const& step) { os << std::setfill(static_cast<char>(step.numbers.at(0))); }},
-        {"std::hex", [](std::ostream& os, Step const&) { os << std::hex; }},
-        {"std::oct", [](std::ostream& os, Step const&) { os << std::oct; }},
-        {"std::dec", [](std::ostream& os, Step const&) { os << std::dec; }},
-        {"std::showbase", [](std::ostream& os, Step const&) { os << std::showbase; }},
-        {"std::noshowbase", [](std::ostream& os, Step const&) { os << std::noshowbase; }},
-        {"std::showpos", [](std::ostream& os, Step const&) { os << std::showpos; }},
-        {"std::noshowpos", [](std::ostream& os, Step const&) { os << std::noshowpos; }},
-        {"std::uppercase", [](std::ostream& os, Step const&) { os << std::uppercase; }},
-        {"std::nouppercase", [](std::ostream& os, Step const&) { os << std::nouppercase; }},
-        {"std::left", [](std::ostream& os, Step const&) { os << std::left; }},
-        {"std::right", [](std::ostream& os, Step const&) { os << std::right; }},
-        {"std::internal", [](std::ostream& os, Step const&) { os << std::internal; }},
-        {"imbue a grouping locale",
-         [](std::ostream& os, Step const&) { os.imbue(std::locale(std::locale::classic(), new Grouping)); }},
-        {"imbue the classic locale", [](std::ostream& os, Step const&) { os.imbue(std::locale::classic()); }},
-        {"exceptions", [](std::ostream& os, Step const& step) { os.exceptions(state_of(step.numbers.at(0))); }},
-        {"setstate", [](std::ostream& os, Step const& step) { os.setstate(state_of(step.numbers.at(0))); }},
-        {"recover",
-         [](std::ostream& os, Step const&) {
-             os.exceptions(std::ios_base::goodbit);
-             os.clear();
-         }},
+        {"text",             25, {text},   [](std::ostream& os, Step const& step) { os << step.texts.at(0); }},
+        {"int",               5, {number}, [](std::ostream& os, Step const& step) { os << step.numbers.at(0); }},
+        {"char",              5, {fill},   [](std::ostream& os, Step const& step) { os << static_cast<char>(step.numbers.at(0)); }},
+        {"std::endl",         5, {},       [](std::ostream& os, Step const&) { os << std::endl; }},
+        {"std::flush",        5, {},       [](std::ostream& os, Step const&) { os << std::flush; }},
+        {"std::setw",        24, {width},  [](std::ostream& os, Step const& step) { os << std::setw(step.numbers.at(0)); }},
+        {"std::setfill",      5, {fill},   [](std::ostream& os, Step const& step) { os << std::setfill(static_cast<char>(step.numbers.at(0))); }},
+        {"std::hex",          5, {},       [](std::ostream& os, Step const&) { os << std::hex; }},
+        {"std::oct",          5, {},       [](std::ostream& os, Step const&) { os << std::oct; }},
+        {"std::dec",          5, {},       [](std::ostream& os, Step const&) { os << std::dec; }},
+        {"std::showbase",     5, {},       [](std::ostream& os, Step const&) { os << std::showbase; }},
+        {"std::noshowbase",   5, {},       [](std::ostream& os, Step const&) { os << std::noshowbase; }},
+        {"std::showpos",      5, {},       [](std::ostream& os, Step const&) { os << std::showpos; }},
+        {"std::noshowpos",    5, {},       [](std::ostream& os, Step const&) { os << std::noshowpos; }},
+        {"std::uppercase",    5, {},       [](std::ostream& os, Step const&) { os << std::uppercase; }},
+        {"std::nouppercase",  5, {},       [](std::ostream& os, Step const&) { os << std::nouppercase; }},
+        {"std::left",         5, {},       [](std::ostream& os, Step const&) { os << std::left; }},
+        {"std::right",        5, {},       [](std::ostream& os, Step const&) { os << std::right; }},
+        {"std::internal",     5, {},       [](std::ostream& os, Step const&) { os << std::internal; }},
+        {"imbue a grouping locale",  3, {}, [](std::ostream& os, Step const&) { os.imbue(grouping_locale()); }},
+        {"imbue the classic locale", 5, {}, [](std::ostream& os, Step const&) { os.imbue(std::locale::classic()); }},
+        {"exceptions",        5, {states}, [](std::ostream& os, Step const& step) { os.exceptions(state_of(step.numbers.at(0))); }},
+        {"setstate",          5, {states}, [](std::ostream& os, Step const& step) { os.setstate(state_of(step.numbers.at(0))); }},
+        {"recover",          25, {},       [](std::ostream& os, Step const&) {
+            os.exceptions(std::ios_base::goodbit);
+            os.clear();
+        }},
     };
+    // clang-format on
     return operations;
 }
 

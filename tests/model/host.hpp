@@ -2,19 +2,16 @@
 /// What a program does to its streams without the library.
 #pragma once
 
+#include "model/operation.hpp"
 #include "model/step.hpp"
 
 #include <ostream>
-#include <string>
 #include <vector>
 
 namespace hueline::test {
 
-/// An operation of the standard library on a stream, and what a random step of it has to give.
-struct HostOperation {
-    std::string name;
-    void (*act)(std::ostream& os, Step const& step);
-};
+/// An operation of the standard library on a stream.
+using HostOperation = Operation<std::ostream>;
 
 /// Insertions, manipulators, locales and error states.
 std::vector<HostOperation> const& host_operations();

@@ -3,6 +3,7 @@
 /// be seen after it.
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <ios>
 #include <new>
@@ -24,6 +25,21 @@ struct Step {
 std::string to_text(Step const& step);
 
 std::ostream& operator<<(std::ostream& os, Step const& step);
+
+/// The numbers of a step as 32-bit words.
+inline std::vector<unsigned> words_of(Step const& step) { return {step.numbers.begin(), step.numbers.end()}; }
+
+/// Its first two numbers as the halves of a 64-bit word.
+inline std::uint64_t long_word_of(Step const& step)
+{
+    return std::uint64_t{static_cast<unsigned>(step.numbers.at(0))} << 32 | static_cast<unsigned>(step.numbers.at(1));
+}
+
+/// Its first text as bytes.
+inline std::vector<unsigned char> bytes_of(Step const& step)
+{
+    return {step.texts.at(0).begin(), step.texts.at(0).end()};
+}
 
 /// A property of the process and what it is.
 struct Fact {

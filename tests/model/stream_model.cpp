@@ -1,5 +1,6 @@
 #include "model/stream_model.hpp"
 
+#include "model/digits.hpp"
 #include "model/host.hpp"
 
 #include <algorithm>
@@ -39,33 +40,6 @@ void end_line(ModelStream& s)
 }
 
 void set_decimal(ModelStream& s) { s.os.setf(std::ios_base::dec, std::ios_base::basefield); }
-
-std::string decimal(long long number) { return std::to_string(number); }
-
-// At least so many digits.
-std::string hexadecimal(unsigned long number, std::size_t digits)
-{
-    std::string text;
-    while (number != 0) {
-        text.insert(0, 1, "0123456789abcdef"[number % 16]);
-        number /= 16;
-    }
-    while (text.size() < digits) {
-        text.insert(0, 1, '0');
-    }
-    return text;
-}
-
-std::string byte_digits(int number) { return hexadecimal(static_cast<unsigned char>(number), 2); }
-
-std::string short_digits(int number) { return "0x" + hexadecimal(static_cast<unsigned short>(number), 4); }
-
-// The two halves of a word.
-unsigned long word_of(Step const& step)
-{
-    return static_cast<unsigned long>(static_cast<unsigned>(step.numbers.at(0))) << 32 |
-           static_cast<unsigned long>(static_cast<unsigned>(step.numbers.at(1)));
-}
 
 std::string cell(std::string const& name)
 {
@@ -412,7 +386,7 @@ struct StreamModel::Operations {
         {"HexDump of a char",             [](M&,   S& s, Step const& step) { insert(s, byte_digits(step.numbers.at(0))); }},
         {"HexDump of an unsigned char",   [](M&,   S& s, Step const& step) { insert(s, byte_digits(step.numbers.at(0))); }},
         {"HexDump of an unsigned short",  [](M&,   S& s, Step const& step) { insert(s, short_digits(step.numbers.at(0))); }},
-        {"HexDump of an unsigned long",   [](M&,   S& s, Step const& step) { insert(s, hexadecimal(word_of(step), 8)); }},
+        {"HexDump of an unsigned long",   [](M&,   S& s, Step const& step) { insert(s, hexadecimal(long_word_of(step), 8)); }},
         {"HexDump of words",              [](M&,   S& s, Step const& step) {
             std::string dumped;
             for (int const number : step.numbers) {

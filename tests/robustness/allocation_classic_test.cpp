@@ -21,12 +21,7 @@
 namespace {
 
 using namespace hueline::test;
-using kestry::HexColor;
-using kestry::HexColor_VGA;
-using kestry::HexDump;
-using kestry::Hueline;
-namespace ColorTheme = kestry::ColorTheme;
-namespace DataTheme = kestry::DataTheme;
+using namespace kestry;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -71,7 +66,7 @@ std::vector<Case> const cases = {
     {"Background",  [] { return Hueline::color_bg(100, 200, 255); }, "\x1b[48;2;100;200;255m"},
     {"Vga",         [] { return Hueline::color(HexColor_VGA::silver); }, "\x1b[48;2;192;192;192m"},
     {"ColoredByte", [] { return Hueline::color(static_cast<HexColor>(-2147483647), 0xab); }, "\x1b[-2147483647mab"},
-    {"BrightByte",  [] { return Hueline::bright_color(HexColor::blue, 0xff); }, "\x1b[1m\x1b[34mff\x1b[2m"},
+    {"BrightByte",  [] { return Hueline::bright_color(static_cast<HexColor>(-2147483647), 0xff); }, "\x1b[1m\x1b[-2147483647mff\x1b[2m"},
     {"ColoredText", [] { return Hueline::color(HexColor::cyan, text); }, "\x1b[36ma text of thirty-two characters."},
     {"BrightText",  [] { return Hueline::bright_color(HexColor::cyan, text); }, "\x1b[1m\x1b[36ma text of thirty-two characters.\x1b[2m"},
     {"TimeStamp",   [] { return Hueline::time_stamp(text); }, "\x1b[36ma text of thirty-two characters."},

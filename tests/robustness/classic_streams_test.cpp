@@ -4,6 +4,7 @@
 #include "kestry/hueline_classic.hpp"
 
 #include "buffers.hpp"
+#include "failing_facets.hpp"
 
 #include "support/process.hpp"
 #include "support/readable.hpp"
@@ -16,7 +17,6 @@
 #include <sstream>
 #include <streambuf>
 #include <string>
-#include <typeinfo>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -119,15 +119,6 @@ TEST(InsertionOfADump, PutsTheSwitchBackWhenItThrows)
     EXPECT_EQ(run.report, "plain");
 }
 
-std::stringstream any_stream;
-
-// Without std::ctype and std::num_put: libstdc++ finds them in init, which this constructor of its
-// base, meant for std::iostream, does not call.
-class WithoutFacets : public std::ostream {
-public:
-    explicit WithoutFacets(std::streambuf* buffer) : std::ostream(any_stream) { rdbuf(buffer); }
-};
-
 TEST(InsertionOfADump, NeedsNoFacet)
 {
     std::stringbuf buffer;
@@ -175,18 +166,6 @@ TEST(InsertionOfADump, IntoAClosedDescriptorMakesItBad)
 // ---------------------------------------------------------------------------------------------
 // Strings
 // ---------------------------------------------------------------------------------------------
-
-// Every number is a bad cast, as it is where a locale has no std::num_put.
-class NoNumbers : public std::num_put<char> {
-    iter_type do_put(iter_type, std::ios_base&, char_type, long) const override { throw std::bad_cast{}; }
-    iter_type do_put(iter_type, std::ios_base&, char_type, unsigned long) const override { throw std::bad_cast{}; }
-};
-
-// Every widened character is a bad cast, as it is where a locale has no std::ctype.
-class NoWidening : public std::ctype<char> {
-    char do_widen(char) const override { throw std::bad_cast{}; }
-    char const* do_widen(char const*, char const*, char*) const override { throw std::bad_cast{}; }
-};
 
 TEST(Strings, AreWholeWhateverFacetsTheGlobalLocaleLacks)
 {

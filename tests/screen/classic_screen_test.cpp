@@ -18,12 +18,7 @@
 namespace {
 
 using namespace hueline::test;
-using kestry::HexColor;
-using kestry::HexColor_VGA;
-using kestry::HexDump;
-using kestry::Hueline;
-namespace ColorTheme = kestry::ColorTheme;
-namespace DataTheme = kestry::DataTheme;
+using namespace kestry;
 
 using Text = std::function<std::string()>;
 using Rows = std::vector<std::string>;

@@ -3,7 +3,7 @@
 #include "isatty_calls.hpp"
 #include "recorder.hpp"
 
-#include "classic/grouping.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"

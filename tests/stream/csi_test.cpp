@@ -3,9 +3,10 @@
 #include "isatty_calls.hpp"
 #include "recorder.hpp"
 #include "refused.hpp"
+#include "standard_streams.hpp"
 #include "system_clock.hpp"
 
-#include "classic/grouping.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -96,18 +97,6 @@ Numbered const numbered[] = {
     {"su", insert_number<csi::su>, "S"},   {"sd", insert_number<csi::sd>, "T"},   {"sgr", insert_number<csi::sgr>, "m"},
 };
 
-struct Standard {
-    char const* name;
-    std::ostream& stream;
-    std::string Outcome::*bytes;
-};
-
-Standard const standard_streams[] = {
-    {"cout", std::cout, &Outcome::out},
-    {"cerr", std::cerr, &Outcome::err},
-    {"clog", std::clog, &Outcome::err},
-};
-
 // What a colorized std::cout on a terminal receives.
 std::string shown(std::function<void(std::ostream&)> const& body)
 {
@@ -123,9 +112,9 @@ std::string yes_or_no(bool answer) { return answer ? "yes " : "no "; }
 
 TEST(Csi, WritesTheBytesOfEachControl)
 {
-    for (Standard const& to : standard_streams) {
+    for (StandardStream const& to : standard_streams) {
         for (Control const& control : gated) {
-            auto const run = on_terminal([&] { control.insert(colorize(to.stream)); });
+            auto const run = on_terminal([&] { control.insert(colorize(to.os)); });
             EXPECT_EQ(readable(run.*to.bytes), control.bytes) << control.name << " on " << to.name;
             EXPECT_EQ(run.out.size() + run.err.size(), (run.*to.bytes).size()) << control.name << " on " << to.name;
         }
@@ -412,13 +401,13 @@ TEST(Csi, RecordsNothingWhereItDoesNotAsk)
 TEST(Csi, AsksOnceWhetherAStandardStreamIsATerminal)
 {
     for (Control const& control : gated) {
-        for (Standard const& to : standard_streams) {
+        for (StandardStream const& to : standard_streams) {
             auto const ask = [&] {
                 isatty_calls = 0;
-                control.insert(to.stream);
+                control.insert(to.os);
                 report(std::to_string(isatty_calls) + " ");
                 isatty_calls = 0;
-                control.insert(colorize(to.stream));
+                control.insert(colorize(to.os));
                 report(std::to_string(isatty_calls));
             };
             EXPECT_EQ(on_terminal(ask).report, "1 1") << control.name << " on " << to.name;
@@ -495,13 +484,13 @@ TEST(Delay, WaitsLongerIfTheClockIsSetBack)
 
 TEST(Delay, TakesItsTimeOnATerminal)
 {
-    for (Standard const& to : standard_streams) {
+    for (StandardStream const& to : standard_streams) {
         auto const run = on_terminal([&] {
-            colorize(to.stream);
+            colorize(to.os);
             std::int64_t shortest = std::numeric_limits<std::int64_t>::max();
             for (int i = 0; i < 5; ++i) { // the processor may be taken away from one of them
                 std::int64_t const start = real_time();
-                to.stream << csi::delay{20};
+                to.os << csi::delay{20};
                 shortest = std::min(shortest, real_time() - start);
             }
             report(std::to_string(shortest));

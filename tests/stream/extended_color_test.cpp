@@ -3,8 +3,9 @@
 #include "isatty_calls.hpp"
 #include "recorder.hpp"
 #include "refused.hpp"
+#include "standard_streams.hpp"
 
-#include "classic/grouping.hpp"
+#include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -98,23 +99,11 @@ TEST(SequenceString, HasNoGroupingUnderAGroupingGlobalLocale)
 // Values
 // ---------------------------------------------------------------------------------------------
 
-struct Standard {
-    char const* name;
-    std::ostream& stream;
-    std::string Outcome::*bytes;
-};
-
-Standard const standard_streams[] = {
-    {"cout", std::cout, &Outcome::out},
-    {"cerr", std::cerr, &Outcome::err},
-    {"clog", std::clog, &Outcome::err},
-};
-
 TEST(ExtendedColor, IsWrittenWithTheWholeRendition)
 {
-    for (Standard const& to : standard_streams) {
+    for (StandardStream const& to : standard_streams) {
         auto const run = on_terminal([&] {
-            to.stream << colorize << color{1} << "a" << on_color{2} << "b" << rgb{3, 4, 5} << "c" << on_rgb{6, 7, 8};
+            to.os << colorize << color{1} << "a" << on_color{2} << "b" << rgb{3, 4, 5} << "c" << on_rgb{6, 7, 8};
         });
         EXPECT_EQ(readable(run.*to.bytes), R"(\e[00m\e[1m\e[38;5;1ma)"
                                            R"(\e[00m\e[1m\e[38;5;1m\e[48;5;2mb)"

@@ -5,6 +5,7 @@
 #include "recorder.hpp"
 #include "refused.hpp"
 
+#include "screen/look.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -14,6 +15,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -471,49 +473,31 @@ TEST(Seen, EachAttribute)
         std::cout << italic << "i" << noitalic << underline << "u" << nounderline;
         std::cout << blink << "k" << noblink << reverse << "r" << noreverse << crossed << "s" << thin << "n";
     });
-    Screen const screen(run.out);
-    EXPECT_EQ(screen.text(0), "nbiukrsn");
-    for (int col = 0; col < 8; ++col) {
-        Cell const cell = screen.cell(0, col);
-        EXPECT_EQ(cell.bold, col == 1) << col;
-        EXPECT_EQ(cell.italic, col == 2) << col;
-        EXPECT_EQ(cell.underline, col == 3) << col;
-        EXPECT_EQ(cell.blink, col == 4) << col;
-        EXPECT_EQ(cell.reverse, col == 5) << col;
-        EXPECT_EQ(cell.strike, col == 6) << col;
-    }
+    EXPECT_EQ(row_of(Screen(run.out), 0), "n{bold}b{italic}i{underline}u{blink}k{reverse}r{strike}s{}n");
+}
+
+// A cell in each of the colours, beside each other.
+std::string seen(std::vector<Manipulator> const& colours)
+{
+    auto const run = on_terminal([&] {
+        std::cout << colorize << thin;
+        for (Manipulator const colour : colours) {
+            std::cout << colour << 'x';
+        }
+    });
+    return row_of(Screen(run.out), 0);
 }
 
 TEST(Seen, EachForegroundColour)
 {
-    Manipulator const colours[] = {black, red, green, yellow, blue, magenta, cyan, white};
-    auto const run = on_terminal([&] {
-        std::cout << colorize << thin;
-        for (Manipulator const colour : colours) {
-            std::cout << colour << 'x';
-        }
-    });
-    Screen const screen(run.out);
-    for (int col = 0; col < 8; ++col) {
-        EXPECT_EQ(screen.cell(0, col).foreground.index, col);
-        EXPECT_TRUE(screen.cell(0, col).background.is_default) << col;
-    }
+    EXPECT_EQ(seen({black, red, green, yellow, blue, magenta, cyan, white}),
+              "{black}x{red}x{green}x{yellow}x{blue}x{magenta}x{cyan}x{white}x");
 }
 
 TEST(Seen, EachBackgroundColour)
 {
-    Manipulator const colours[] = {on_black, on_red, on_green, on_yellow, on_blue, on_magenta, on_cyan, on_white};
-    auto const run = on_terminal([&] {
-        std::cout << colorize << thin;
-        for (Manipulator const colour : colours) {
-            std::cout << colour << 'x';
-        }
-    });
-    Screen const screen(run.out);
-    for (int col = 0; col < 8; ++col) {
-        EXPECT_EQ(screen.cell(0, col).background.index, col);
-        EXPECT_TRUE(screen.cell(0, col).foreground.is_default) << col;
-    }
+    EXPECT_EQ(seen({on_black, on_red, on_green, on_yellow, on_blue, on_magenta, on_cyan, on_white}),
+              "{on black}x{on red}x{on green}x{on yellow}x{on blue}x{on magenta}x{on cyan}x{on white}x");
 }
 
 } // namespace

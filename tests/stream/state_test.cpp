@@ -2,6 +2,7 @@
 
 #include "isatty_calls.hpp"
 #include "recorder.hpp"
+#include "standard_streams.hpp"
 
 #include "support/process.hpp"
 #include "support/readable.hpp"
@@ -34,18 +35,6 @@ char const* const sink_names[] = {"terminal", "pipe", "file", "full", "closed"};
 
 char const* name_of(Sink sink) { return sink_names[static_cast<int>(sink)]; }
 
-struct Standard {
-    char const* name;
-    std::ostream* os;
-    bool is_out;
-};
-
-Standard const standard_streams[] = {
-    {"cout", &std::cout, true},
-    {"cerr", &std::cerr, false},
-    {"clog", &std::clog, false},
-};
-
 void report_color() { report(_isUsingColor() ? "color " : "plain "); }
 
 // The index of the colorize word: the one place where colorize puts a 1 into a new stream.
@@ -73,18 +62,18 @@ void find_no_terminal() { std::ostringstream() << adjust; }
 
 TEST(Gate, PassesOnTerminalsOnlyAndTellsSo)
 {
-    for (Standard const& standard : standard_streams) {
+    for (StandardStream const& standard : standard_streams) {
         for (Sink const out : every_sink) {
             for (Sink const err : every_sink) {
                 SCOPED_TRACE(testing::Message() << standard.name << ", " << name_of(out) << ", " << name_of(err));
                 auto const run = run_with({out, err}, [&] {
-                    *standard.os << colorize << red;
+                    standard.os << colorize << red;
                     report_color();
                 });
-                bool const passes = (standard.is_out ? out : err) == Sink::terminal;
+                bool const passes = (is_out(standard) ? out : err) == Sink::terminal;
                 std::string const written = passes ? R"(\e[00m\e[1m\e[31m)" : "";
-                EXPECT_EQ(readable(run.out), standard.is_out ? written : "");
-                EXPECT_EQ(readable(run.err), standard.is_out ? "" : written);
+                EXPECT_EQ(readable(run.out), is_out(standard) ? written : "");
+                EXPECT_EQ(readable(run.err), is_out(standard) ? "" : written);
                 EXPECT_EQ(run.report, passes ? "color " : "plain ");
             }
         }
@@ -93,9 +82,9 @@ TEST(Gate, PassesOnTerminalsOnlyAndTellsSo)
 
 TEST(Gate, RefusesATerminalThatIsNotColorizedButCountsIt)
 {
-    for (Standard const& standard : standard_streams) {
+    for (StandardStream const& standard : standard_streams) {
         auto const run = on_terminal([&] {
-            *standard.os << red << bold << on_blue << italic << concealed << normal << "x" << reset;
+            standard.os << red << bold << on_blue << italic << concealed << normal << "x" << reset;
             report_color();
         });
         EXPECT_EQ(readable(run.out + run.err), "x") << standard.name;
@@ -105,10 +94,10 @@ TEST(Gate, RefusesATerminalThatIsNotColorizedButCountsIt)
 
 TEST(Gate, RefusesInNoFrillsModeButCountsTheTerminal)
 {
-    for (Standard const& standard : standard_streams) {
+    for (StandardStream const& standard : standard_streams) {
         auto const run = on_terminal([&] {
             _setNoFrillsMode(true);
-            *standard.os << colorize << red << "x";
+            standard.os << colorize << red << "x";
             report_color();
             _setNoFrillsMode(false);
             report_color();
@@ -334,9 +323,9 @@ TEST(Gate, AsksIsattyOnceOnAStandardStreamAndNeverElsewhere)
                 push(os);
                 report(std::to_string(isatty_calls));
             };
-            for (Standard const& standard : standard_streams) {
-                count(*standard.os);
-                count(*standard.os << colorize);
+            for (StandardStream const& standard : standard_streams) {
+                count(standard.os);
+                count(standard.os << colorize);
             }
             _setNoFrillsMode(true);
             count(std::cout);
@@ -385,16 +374,16 @@ TEST(Colorize, ReturnsItsStream)
 
 TEST(Colorize, IsForOneStream)
 {
-    for (Standard const& colorized : standard_streams) {
+    for (StandardStream const& colorized : standard_streams) {
         auto const run = on_terminal([&] {
-            *colorized.os << colorize;
-            for (Standard const& standard : standard_streams) {
-                *standard.os << adjust << standard.name;
+            colorized.os << colorize;
+            for (StandardStream const& standard : standard_streams) {
+                standard.os << adjust << standard.name;
             }
         });
         std::string expected_out = "cout";
         std::string expected_err = "cerrclog";
-        std::string& expected = colorized.is_out ? expected_out : expected_err;
+        std::string& expected = is_out(colorized) ? expected_out : expected_err;
         expected.insert(expected.find(colorized.name), R"(\e[00m\e[1m)");
         EXPECT_EQ(readable(run.out), expected_out);
         EXPECT_EQ(readable(run.err), expected_err);
@@ -579,10 +568,10 @@ TEST(NoFrillsMode, SuspendsColourAndKeepsWhatWasSetBefore)
 
 TEST(ColorModeState, IsOnOnAColorizedTerminal)
 {
-    for (Standard const& standard : standard_streams) {
-        auto const run = on_terminal([&] { *standard.os << colorize << color_mode_state; });
-        EXPECT_EQ(readable(standard.is_out ? run.out : run.err), R"( use color mode is on \n)") << standard.name;
-        EXPECT_EQ(standard.is_out ? run.err : run.out, "") << standard.name;
+    for (StandardStream const& standard : standard_streams) {
+        auto const run = on_terminal([&] { standard.os << colorize << color_mode_state; });
+        EXPECT_EQ(readable(run.*standard.bytes), R"( use color mode is on \n)") << standard.name;
+        EXPECT_EQ(is_out(standard) ? run.err : run.out, "") << standard.name;
     }
 }
 
