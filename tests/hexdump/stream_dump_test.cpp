@@ -475,7 +475,7 @@ TEST(StreamDumpMemory, HoldsALargeDump)
 
     LongDumps const in_full;
     for (std::string const& separator : {" "s, ""s}) {
-        LargeDump const large(1024, "", separator); // 64 MiB and a little
+        LargeDump const large(256, "", separator); // 16 MiB and a little
         Comparer comparer(large);
         std::ostream(&comparer) << HexDump(large.input(), separator);
         EXPECT_TRUE(comparer.right);

@@ -567,11 +567,11 @@ TEST(StringDumpMemory, HoldsALargeDump)
 {
     LongDumps const in_full;
     {
-        LargeDump const large(1024, "", " "); // 64 MiB and a little
+        LargeDump const large(256, "", " "); // 16 MiB and a little
         EXPECT_TRUE(large.is(Opened(large.input()).text()));
     }
     InMode const mode(Mode::on);
-    LargeDump const large(256, green, " ");
+    LargeDump const large(64, green, " ");
     EXPECT_TRUE(large.is(Opened(large.input()).text(), "\x1b[0m"));
 }
 
