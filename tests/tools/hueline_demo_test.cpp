@@ -52,6 +52,9 @@ Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
     return run_program(sinks, argv, launch);
 }
 
+// Where the waits of the animations are not what a test is about.
+Launch const without_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK}};
+
 // Runs a command of the shell, where "$0" is the tool and "$1" the first of the arguments.
 Outcome shell(Sinks sinks, std::string const& command, Arguments const& arguments = {}, Launch const& launch = {})
 {
@@ -353,7 +356,7 @@ TEST(OnATerminal, BannerIsFollowedByAReset)
 {
     Demonstration expected;
     expected.version();
-    Outcome const run = demo(on_terminals, {});
+    Outcome const run = demo(on_terminals, {}, without_waits);
     EXPECT_EQ(difference(expected.bytes() + "\x1b[00m\x1b[25h", run.out), "");
     EXPECT_EQ(run.status, 0);
     expect_default_rendition_behind(run.out);
@@ -363,13 +366,14 @@ TEST(OnATerminal, IndicatorsKeepTheirLastFrameOnALineOfItsOwn)
 {
     Demonstration status;
     status.status_line();
-    Outcome const run = demo(on_terminals, {"status"});
+    Outcome run = demo(on_terminals, {"status"}, without_waits);
     EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
     expect_default_rendition_behind(run.out);
 
     Demonstration progress;
     progress.progress_line();
-    EXPECT_EQ(difference(progress.bytes() + "\x1b[00m\x1b[25h\n", demo(on_terminals, {"progress"}).out), "");
+    run = demo(on_terminals, {"progress"}, without_waits);
+    EXPECT_EQ(difference(progress.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
 }
 
 TEST(OnATerminal, EachDemonstrationStartsFromTheDefaultRecord)
