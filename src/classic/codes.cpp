@@ -73,14 +73,14 @@ std::string detail::bright_colored(HexColor code, std::string const& text)
     return Hueline::isUsingColor() ? in_color(code, text, true) : text;
 }
 
-std::string detail::colored(HexColor code, unsigned char x)
+std::string detail::colored(HexColor code, unsigned char byte)
 {
-    return Hueline::isUsingColor() ? in_color(code, digits(x), false) : std::string{digits(x)};
+    return Hueline::isUsingColor() ? in_color(code, digits(byte), false) : std::string{digits(byte)};
 }
 
-std::string detail::bright_colored(HexColor code, unsigned char x)
+std::string detail::bright_colored(HexColor code, unsigned char byte)
 {
-    return Hueline::isUsingColor() ? in_color(code, digits(x), true) : std::string{digits(x)};
+    return Hueline::isUsingColor() ? in_color(code, digits(byte), true) : std::string{digits(byte)};
 }
 
 std::string Hueline::color(HexColor const& code)

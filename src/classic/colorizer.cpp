@@ -28,6 +28,7 @@ void Hueline::unflipColor()
 }
 
 // An instance function although it changes only the switch of the process: callers hold an object.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void Hueline::useColor(bool on) { _useColor = on; }
 
 void Hueline::setNoFrillsMode(bool on) { _noFrillsMode = on; }

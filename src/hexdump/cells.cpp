@@ -138,7 +138,7 @@ std::size_t constexpr smallest_block = 16;
 // Each byte as a cell of eight characters, the digits behind the first five.
 [[gnu::target("avx2")]] void put_prefixed(char* out, Bytes bytes, char const (&cell)[8])
 {
-    long long word;
+    long long word = 0;
     std::memcpy(&word, cell, sizeof word);
     __m256i const frame = _mm256_set1_epi64x(word);
     // The digits of four cells, two in each lane; eight characters on, those of the next four.
@@ -166,10 +166,10 @@ std::size_t constexpr smallest_block = 16;
 // compiler's __builtin_cpu_supports would ask far more, and at the start of every process.
 [[gnu::target("xsave")]] bool find_avx2()
 {
-    unsigned a;
-    unsigned b;
-    unsigned c;
-    unsigned d;
+    unsigned a = 0;
+    unsigned b = 0;
+    unsigned c = 0;
+    unsigned d = 0;
     unsigned const sse_and_avx_state = 6;
     return __get_cpuid(1, &a, &b, &c, &d) != 0 && (c & bit_OSXSAVE) != 0 &&
            (_xgetbv(0) & sse_and_avx_state) == sse_and_avx_state && __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 &&

@@ -30,7 +30,7 @@ class Frame {
 public:
     // The buffer is not filled: no more is read from it than was put there.
     // cppcheck-suppress uninitMemberVar
-    explicit Frame(std::ostream& stream) : os(stream) {}
+    explicit Frame(std::ostream& stream) : os(stream) {} // NOLINT(cppcoreguidelines-pro-type-member-init)
 
     void add(std::string_view text)
     {
