@@ -14,8 +14,8 @@ set_source_files_properties(
     src/classic/theme_streams.cpp
     PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
 
-# In these files no function has an array of its own, and a guard of the stack would be written for every string that one
-# returns: half of the instructions of a theme's function.
+# The strong kind, which the hardening asks for, guards the stack of each function that returns a string: half of the
+# instructions of a theme's function. This kind guards those that have an array, and they are all there is to guard here.
 set_property(SOURCE
     src/sgr.cpp
     src/classic/codes.cpp
