@@ -72,7 +72,7 @@ void assign(AttributeState& to, AttributeState const& from, std::string const& b
 
 } // namespace
 
-std::ostream& adjust(std::ostream& os) { return allowColor(os) ? compose(os) : os; }
+std::ostream& adjust(std::ostream& os) { return isShutOut(os) ? os : composeOnStandard(os); }
 
 std::ostream& push(std::ostream& os)
 {

@@ -18,7 +18,7 @@ auto constexpr background = &AttributeState::background;
 std::ostream& remember(std::ostream& os, bool AttributeState::*flag, bool on)
 {
     _currentAttributes.*flag = on;
-    return allowColor(os) ? compose(os) : os;
+    return isShutOut(os) ? os : composeOnStandard(os);
 }
 
 // Changed only where it shows.
@@ -34,7 +34,7 @@ std::ostream& set(std::ostream& os, bool AttributeState::*flag, bool on)
 // A colour, changed only where it shows.
 std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
 {
-    return allowColor(os) ? recompose(os, slot, sequence) : os;
+    return isShutOut(os) ? os : recomposeOnStandard(os, slot, sequence);
 }
 
 // Past the record: the reset that opens the next rendition ends it.

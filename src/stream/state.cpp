@@ -51,12 +51,22 @@ bool is_terminal(std::FILE* file)
     return answer;
 }
 
-} // namespace
-
-bool allowColorOnStandard(std::ostream& os)
+// The gate, for a standard stream.
+inline bool passes(std::ostream& os)
 {
     _colorActive = is_terminal(&os == _standardOut ? stdout : stderr);
     return _colorActive && !_noFrills && os.iword(_colorizeIndex) != 0;
+}
+
+} // namespace
+
+bool allowColorOnStandard(std::ostream& os) { return passes(os); }
+
+std::ostream& composeOnStandard(std::ostream& os) { return passes(os) ? compose(os) : os; }
+
+std::ostream& recomposeOnStandard(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
+{
+    return passes(os) ? recompose(os, slot, sequence) : os;
 }
 
 } // namespace kestry::detail

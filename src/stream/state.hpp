@@ -7,6 +7,9 @@
 #include <string>
 #include <string_view>
 
+// Said here, so that every access goes straight there and not through the table of addresses.
+#pragma GCC visibility push(hidden)
+
 namespace kestry::detail {
 
 /// The rendition that adjust writes. `lite` is the absence of faint.
@@ -33,6 +36,17 @@ extern std::ostream* const _standardLog;
 /// Whether the gate found a terminal last, or what a colour guard said since.
 extern bool _colorActive;
 
+/// Whether os is none of the standard streams: then no terminal is found, and there is no more to ask.
+/// Inline for the sake of such a stream, the string stream of a log line for example.
+inline bool isShutOut(std::ostream& os)
+{
+    if (&os == _standardOut || &os == _standardErr || &os == _standardLog) {
+        return false;
+    }
+    _colorActive = false;
+    return true;
+}
+
 /// The rest of the gate, for a standard stream.
 bool allowColorOnStandard(std::ostream& os);
 
@@ -40,16 +54,7 @@ bool allowColorOnStandard(std::ostream& os);
 ///
 /// Records whether a terminal was found, whatever the answer. Leaves errno as it was: a refused
 /// isatty would otherwise change what `cerr << red << strerror(errno)` says.
-inline bool allowColor(std::ostream& os)
-{
-    // Inline for the sake of every other stream, such as the string stream of a log line: this is all
-    // there is to do for it.
-    if (&os == _standardOut || &os == _standardErr || &os == _standardLog) {
-        return allowColorOnStandard(os);
-    }
-    _colorActive = false;
-    return false;
-}
+inline bool allowColor(std::ostream& os) { return !isShutOut(os) && allowColorOnStandard(os); }
 
 /// Writes the record to a stream that has just passed the gate.
 std::ostream& compose(std::ostream& os);
@@ -57,7 +62,14 @@ std::ostream& compose(std::ostream& os);
 /// Puts a sequence into one of the record's slots, then the same.
 std::ostream& recompose(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence);
 
+/// Either of them, if the gate lets it, for a standard stream: after a system call each return costs as
+/// much as an insertion, and these have one less than the gate by itself.
+std::ostream& composeOnStandard(std::ostream& os);
+std::ostream& recomposeOnStandard(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence);
+
 /// Writes what csi::show writes to a stream that has just passed the gate.
 std::ostream& show_cursor(std::ostream& os);
 
 } // namespace kestry::detail
+
+#pragma GCC visibility pop
