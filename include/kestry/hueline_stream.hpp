@@ -35,7 +35,6 @@
 #include <cstdint>
 #include <iosfwd>
 #include <string>
-#include <utility>
 #include <vector>
 
 #pragma GCC visibility push(default)
@@ -603,8 +602,9 @@ namespace kestry::detail {
 
 /// What a theme type that decorates a text holds.
 struct ThemedText {
-    explicit ThemedText(std::string given) : text(std::move(given)) {} ///< Decorates the text given.
-    std::string text;                                                  ///< The text.
+    /// Decorates the text given.
+    explicit ThemedText(std::string given) : text(static_cast<std::string&&>(given)) {} // moved without <utility>
+    std::string text;                                                                   ///< The text.
 };
 
 /// What a theme type that decorates a byte holds.
@@ -639,13 +639,11 @@ struct name         : detail::ThemedText { using ThemedText::ThemedText; }; ///<
 
 /// A path, given as text or as a number.
 struct path {
-    /// A path given as text.
-    explicit path(std::string given) : is_text(true), text(std::move(given)), number(0) {}
-    /// A path given as a number.
-    explicit path(std::uint32_t given) : is_text(false), number(given) {}
-    bool is_text;         ///< Whether the path is text.
-    std::string text;     ///< The path when it is text.
-    std::uint32_t number; ///< The path when it is a number.
+    explicit path(std::string given);   ///< A path given as text.
+    explicit path(std::uint32_t given); ///< A path given as a number.
+    bool is_text;                       ///< Whether the path is text.
+    std::string text;                   ///< The path when it is text.
+    std::uint32_t number;               ///< The path when it is a number.
 };
 
 /// \name Texts by role
