@@ -1,7 +1,10 @@
-# What keeps the shared object small and quick to load. A call from one of its functions to another goes straight
-# there: that saves an entry in the tables that the loader fills, and hosts do not replace single functions of it.
-target_compile_options(hueline PRIVATE -fno-semantic-interposition -ffunction-sections $<$<CONFIG:Release>:-O2>)
-target_link_options(hueline PRIVATE LINKER:-Bsymbolic-functions LINKER:--gc-sections)
+# What keeps the shared object small and quick to load. What the library refers to of its own is bound to it here: that saves
+# entries in the tables that the loader fills, and hosts do not replace single functions of it. What it calls of others is
+# called through these entries, without a stub in between.
+set(assigned ${PROJECT_SOURCE_DIR}/cmake/assigned.list)
+target_compile_options(hueline PRIVATE -fno-plt -fno-semantic-interposition -ffunction-sections $<$<CONFIG:Release>:-O2>)
+target_link_options(hueline PRIVATE LINKER:--dynamic-list=${assigned} LINKER:-O1 LINKER:--gc-sections)
+set_property(TARGET hueline APPEND PROPERTY LINK_DEPENDS ${assigned})
 
 # Text that is built once in a while need not be built fast.
 set_source_files_properties(

@@ -21,7 +21,7 @@ std::string_view next_frame(std::string const& frames)
 {
     ++spinner_bump;
     auto const count = static_cast<std::uint32_t>(frames.size());
-    return count == 0 ? std::string_view{} : std::string_view{frames}.substr(spinner_bump % count, 1);
+    return count == 0 ? std::string_view{} : std::string_view{&frames[spinner_bump % count], 1};
 }
 
 // Collects the text of a frame, so that a stream without a buffer gets it in one write. A frame that
