@@ -732,6 +732,7 @@ namespace kestry::Hueline {
 ///
 /// Digits are lower case. No escape sequence, no gate: the text takes the colours that are current
 /// on the terminal.
+/// A text of 32 MiB or more asks the kernel for large pages, once: madvise, whose answer changes nothing.
 ///
 /// Throws  std::bad_alloc while the text is built, and nothing else.
 class HexDump {

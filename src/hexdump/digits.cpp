@@ -4,8 +4,11 @@
 
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <charconv>
 #include <new>
+
+#include <sys/mman.h>
 
 namespace kestry::detail {
 
@@ -17,10 +20,37 @@ std::size_t constexpr short_dump = 19;
 // A string of that size, or std::bad_alloc also where no string could be as long.
 std::size_t checked_size(std::size_t cells, std::size_t cell, std::size_t rest)
 {
-    if (cells > (std::string{}.max_size() - rest) / cell) {
+    std::size_t size = 0;
+    if (__builtin_mul_overflow(cells, cell, &size) || size > std::string{}.max_size() - rest) {
         throw std::bad_alloc{};
     }
-    return cells * cell + rest;
+    return size + rest;
+}
+
+// From this size on the C library maps fresh memory for a string and returns it to the system after it.
+std::size_t constexpr fresh_memory = std::size_t{32} << 20;
+
+// Asks the kernel to hand out such memory in large pages: taken 4 KiB at a time, it would cost far more
+// than the dump. No harm is done where the kernel has none, except to errno.
+void prefer_large_pages(char* out, std::size_t size)
+{
+    std::size_t constexpr largest_page = std::size_t{64} << 10; // of those that a processor may start from
+    std::size_t const skipped = -reinterpret_cast<std::uintptr_t>(out) % largest_page;
+    int const before = errno;
+    madvise(out + skipped, size - skipped, MADV_HUGEPAGE);
+    errno = before;
+}
+
+// As make_string, for texts of any size.
+template <class Fill>
+std::string make_dump(std::size_t size, Fill fill)
+{
+    return make_string(size, [size, fill](char* out) {
+        if (size >= fresh_memory) {
+            prefer_large_pages(out, size);
+        }
+        fill(out);
+    });
 }
 
 } // namespace
@@ -52,7 +82,7 @@ std::string dump_word(unsigned long w)
 std::string dump_words(std::span<unsigned int const> words)
 {
     static_assert(sizeof words[0] == 4);
-    return make_string(checked_size(words.size(), 9, 0), [words](char* out) {
+    return make_dump(checked_size(words.size(), 9, 0), [words](char* out) {
         for (unsigned int const w : words) {
             out = put_text(put_hex(out, w), " ");
         }
@@ -68,21 +98,20 @@ std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view se
     auto const shown = whole ? bytes : bytes.first(std::min(bytes.size(), short_dump));
 
     char rest[128];
-    char* end = rest;
+    std::string_view suffix = colors.reset;
     if (shown.size() < bytes.size()) {
-        end = put_text(end, " ... ");
+        char* end = put_text(rest, " ... ");
         end = put_text(put_text(end, colors.parenthesis), "(");
         end = put_decimal(put_text(end, colors.count), static_cast<std::int64_t>(bytes.size()));
         end = put_text(end, " bytes");
         end = put_text(put_text(end, colors.parenthesis), ") ");
+        suffix = {rest, put_text(end, colors.reset)};
     }
-    end = put_text(end, colors.reset);
-    std::string_view const suffix{rest, end};
 
     std::size_t const cell = colors.byte.size() + 2 + separator.size();
     std::size_t const size = checked_size(shown.size(), cell, suffix.size());
-    return make_string(size,
-                       [&](char* out) { put_text(put_cells(out, out + size, shown, colors.byte, separator), suffix); });
+    return make_dump(size,
+                     [&](char* out) { put_text(put_cells(out, out + size, shown, colors.byte, separator), suffix); });
 }
 
 } // namespace kestry::detail

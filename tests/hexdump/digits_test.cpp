@@ -6,6 +6,7 @@
 #include "support/grouping.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdint>
 #include <cstring>
@@ -333,6 +334,76 @@ TEST(DumpBytes, AllocatesItsTextOnceAndNothingElse)
             EXPECT_EQ(made.bytes, text.size() + 1);
         }
     }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Large pages
+// ---------------------------------------------------------------------------------------------
+
+// What the kernel was asked last; it refuses all of it.
+struct Advice {
+    int times = 0;
+    char const* start = nullptr;
+    std::size_t size = 0;
+    int what = -1;
+};
+
+Advice given;
+
+} // namespace
+
+extern "C" int madvise(void* start, std::size_t size, int what) noexcept
+{
+    given = {given.times + 1, static_cast<char const*>(start), size, what};
+    errno = EINVAL;
+    return -1;
+}
+
+namespace {
+
+std::size_t constexpr MiB = 1024 * 1024;
+
+TEST(LargePages, AreAskedForFrom32MegabytesOn)
+{
+    Bytes const bytes(32 * MiB / 3 + 1);
+    given = {};
+    EXPECT_EQ(dump_bytes(std::span{bytes}.first(bytes.size() - 1), " ", plain, true).size(), 32 * MiB - 2);
+    EXPECT_EQ(given.times, 0);
+    EXPECT_EQ(dump_bytes(bytes, " ", plain, true).size(), 32 * MiB + 1);
+    EXPECT_EQ(given.times, 1);
+    EXPECT_EQ(dump_bytes(std::span{bytes}.first(bytes.size() - 1), " ", {"", "", "", ".."}, true).size(), 32 * MiB);
+    EXPECT_EQ(given.times, 2);
+}
+
+TEST(LargePages, AreAskedForWordsToo)
+{
+    std::vector<unsigned int> const words(32 * MiB / 9 + 1);
+    given = {};
+    EXPECT_EQ(dump_words(words).size(), 32 * MiB + 7);
+    EXPECT_EQ(given.times, 1);
+}
+
+TEST(LargePages, AreThoseOfTheTextFromTheFirstWholeOneOn)
+{
+    Bytes const bytes(11 * MiB);
+    std::size_t const page = 64 * 1024;
+    given = {};
+    std::string const text = whole(bytes, " ");
+    EXPECT_EQ(given.what, MADV_HUGEPAGE);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(given.start) % page, 0u);
+    EXPECT_GE(given.start, text.data());
+    EXPECT_LT(given.start, text.data() + page);
+    EXPECT_EQ(given.start + given.size, text.data() + text.size());
+}
+
+TEST(LargePages, LeaveErrnoAloneWhereThereAreNone)
+{
+    Bytes const bytes(11 * MiB);
+    given = {};
+    errno = ENOTTY;
+    std::string const text = whole(bytes, " ");
+    EXPECT_EQ(errno, ENOTTY);
+    EXPECT_EQ(given.times, 1);
 }
 
 TEST(BytesOf, AreThoseOfTheText)
