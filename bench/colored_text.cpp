@@ -1,5 +1,6 @@
 #include "kestry/hueline_classic.hpp"
 
+#include "calls.hpp"
 #include "use_color.hpp"
 #include "workload.hpp"
 
@@ -73,6 +74,12 @@ std::string copy()
     return text;
 }
 
+template <std::string const& text>
+std::string copy_in_a_call()
+{
+    return copy_of(text);
+}
+
 } // namespace
 
 // clang-format off
@@ -89,7 +96,8 @@ Workloads colored_text()
             {"`fmt::format` with a style", run<alert_with_fmt<sentence>>, 0.45},
             {"reserve and append", run<alert_appended<sentence>>, 1.45}}},
         {"word with colour off", without_color, run<title<word>>, {
-            {"a copy of the text", run<copy<word>>, 1.2}}},
+            {"a copy of the text", run<copy<word>>, 1.2},
+            {"a copy of the text by a shared object", run<copy_in_a_call<word>>}}},
         {"sentence with colour off", without_color, run<title<sentence>>, {
             {"a copy of the text", run<copy<sentence>>, 1.2}}},
         {"alert with colour off", without_color, run<alert<sentence>>, {

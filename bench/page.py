@@ -47,6 +47,9 @@ def page(about, comparisons, growth, figures):
     yield "needs and nothing more. The last column is the same ratio for the instructions that the two execute outside the"
     yield "kernel, where one that moves 32 bytes counts as much as one that moves none."
     yield ""
+    yield "The smallest workloads consist of little but calls of a shared object. Two rows say what the calls alone cost, without"
+    yield "limits of their own: where a limit of the same workload is missed, it is below them."
+    yield ""
     yield "![Each ratio on a logarithmic scale, with its limit](images/performance.svg)"
     yield ""
     yield from table(

@@ -1,5 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
+#include "calls.hpp"
 #include "output.hpp"
 #include "workload.hpp"
 
@@ -112,6 +113,12 @@ void into_string_stream_floor()
     string_stream << "text";
 }
 
+void into_string_stream_calls()
+{
+    buffer.rewind();
+    string_stream << do_nothing << do_nothing << "text" << do_nothing;
+}
+
 void into_string_stream_rang()
 {
     buffer.rewind();
@@ -132,6 +139,7 @@ Workloads styled_line()
             {"1 `isatty` and 3 insertions", run<one_true_color_floor>, 1.20}}},
         {"`bold red text normal` into a string stream", on_terminal, run<into_string_stream>, {
             {"the text alone", run<into_string_stream_floor>, 1.5},
+            {"the text and 3 calls of a shared object that do nothing", run<into_string_stream_calls>},
             {"rang", run<into_string_stream_rang>, 1.1}}},
         {"`bold red text normal`, standard output a file", on_file, run<line>, {
             {"3 `isatty` and the text", run<line_on_file_floor>, 1.06}}},
