@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-// Said here, so that every access goes straight there and not through the table of addresses.
+// None of this is exported. Said here, it lets every access go straight to its place and not through the
+// table of addresses.
 #pragma GCC visibility push(hidden)
 
 namespace kestry::detail {
@@ -62,8 +63,8 @@ std::ostream& compose(std::ostream& os);
 /// Puts a sequence into one of the record's slots, then the same.
 std::ostream& recompose(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence);
 
-/// Either of them, if the gate lets it, for a standard stream: after a system call each return costs as
-/// much as an insertion, and these have one less than the gate by itself.
+/// Either of them, if the gate lets it, for a standard stream. One return less than by the gate and then
+/// by them: right after a system call it shows.
 std::ostream& composeOnStandard(std::ostream& os);
 std::ostream& recomposeOnStandard(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence);
 

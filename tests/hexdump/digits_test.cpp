@@ -385,15 +385,19 @@ TEST(LargePages, AreAskedForWordsToo)
 
 TEST(LargePages, AreThoseOfTheTextFromTheFirstWholeOneOn)
 {
-    Bytes const bytes(11 * MiB);
     std::size_t const page = 64 * 1024;
-    given = {};
-    std::string const text = whole(bytes, " ");
-    EXPECT_EQ(given.what, MADV_HUGEPAGE);
-    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(given.start) % page, 0u);
-    EXPECT_GE(given.start, text.data());
-    EXPECT_LT(given.start, text.data() + page);
-    EXPECT_EQ(given.start + given.size, text.data() + text.size());
+    Bytes const bytes(11 * MiB + page);
+    std::vector<std::string> texts; // kept, so that each lies elsewhere in its first page
+    for (std::size_t i = 0; i != 4; ++i) {
+        given = {};
+        texts.push_back(dump_bytes(std::span{bytes}.first(11 * MiB + i * page / 6), " ", plain, true));
+        std::string const& text = texts.back();
+        EXPECT_EQ(given.what, MADV_HUGEPAGE);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(given.start) % page, 0u);
+        EXPECT_GE(given.start, text.data());
+        EXPECT_LT(given.start, text.data() + page);
+        EXPECT_EQ(given.start + given.size, text.data() + text.size());
+    }
 }
 
 TEST(LargePages, LeaveErrnoAloneWhereThereAreNone)

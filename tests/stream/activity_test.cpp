@@ -14,6 +14,7 @@
 #include <iomanip>
 #include <iostream>
 #include <sstream>
+#include <streambuf>
 #include <string>
 #include <string_view>
 
@@ -593,6 +594,34 @@ TEST(Indicator, ReachesAnUnbufferedStreamInOneWriteForEachText)
 
     std::string const full(8191, 'x');
     EXPECT_TRUE(writes([&] { std::cerr << spinner{bar_frames, full}; }) == "{" + full + "/}");
+
+    std::string const cell = "sixteen letters!";
+    std::string cells;
+    for (int i = 0; i < 512; ++i) {
+        cells += cell;
+    }
+    EXPECT_TRUE(writes([&] { std::cerr << status_line{512, 0, 512, cell, "", "", "", "", ""}; }) == "{" + cells + "}");
+}
+
+TEST(Indicator, WithoutTextsGivesTheStreamNothingToDo)
+{
+    class Counter : public std::streambuf {
+    public:
+        int calls = 0;
+
+    private:
+        std::streamsize xsputn(char const*, std::streamsize size) override
+        {
+            ++calls;
+            return size;
+        }
+    };
+    auto const run = on_pipe([] {
+        Counter counter;
+        std::ostream(&counter) << spinner{"", ""} << status_line{0, 0, 0, "", "", "", "", "", ""} << "!";
+        report(std::to_string(counter.calls));
+    });
+    EXPECT_EQ(run.report, "1");
 }
 
 TEST(Indicator, IsSeenInPlaceAfterACarriageReturn)

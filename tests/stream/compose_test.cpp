@@ -182,18 +182,31 @@ private:
     }
 };
 
-TEST(Adjust, InsertsEachPieceByItself)
+// What std::cout is given, after what was done to the record on std::cerr.
+std::string pieces_of_adjust(std::ostream& (*change)(std::ostream&))
 {
-    auto const run = on_terminal([] {
+    auto const run = on_terminal([change] {
         std::cout << colorize;
-        std::cerr << colorize << everything_changed << bold;
+        std::cerr << colorize << change;
         Pieces pieces;
         std::streambuf* const before = std::cout.rdbuf(&pieces);
         std::cout << adjust;
         std::cout.rdbuf(before);
         report(pieces.text);
     });
-    EXPECT_EQ(readable(run.report), R"(\e[00m,\e[1m,\e[2m,\e[3m,\e[4m,\e[5m,\e[7m,\e[31m,\e[44m,)");
+    return readable(run.report);
+}
+
+TEST(Adjust, InsertsEachPieceByItself)
+{
+    EXPECT_EQ(pieces_of_adjust([](std::ostream& os) -> std::ostream& { return os << everything_changed << bold; }),
+              R"(\e[00m,\e[1m,\e[2m,\e[3m,\e[4m,\e[5m,\e[7m,\e[31m,\e[44m,)");
+}
+
+TEST(Adjust, InsertsNoEmptyPiece)
+{
+    EXPECT_EQ(pieces_of_adjust(thin), R"(\e[00m,)");
+    EXPECT_EQ(pieces_of_adjust(bold), R"(\e[00m,\e[1m,)");
 }
 
 // ---------------------------------------------------------------------------------------------
