@@ -356,6 +356,18 @@ TEST(ThemeStreamPath, OfATextLeavesTheBase)
     EXPECT_EQ(run.report, "pffq10");
 }
 
+TEST(ThemeStreamPath, HoldsATextOrANumber)
+{
+    path const text("a/b"s);
+    EXPECT_TRUE(text.is_text);
+    EXPECT_EQ(text.text, "a/b");
+    EXPECT_EQ(text.number, 0u);
+    path const number(std::uint32_t{42});
+    EXPECT_FALSE(number.is_text);
+    EXPECT_EQ(number.text, "");
+    EXPECT_EQ(number.number, 42u);
+}
+
 TEST(ThemeStreamPath, IsAnyNumber)
 {
     auto const run = on_pipe([] {

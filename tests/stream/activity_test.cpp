@@ -594,6 +594,9 @@ TEST(Indicator, ReachesAnUnbufferedStreamInOneWriteForEachText)
 
     std::string const full(8191, 'x');
     EXPECT_TRUE(writes([&] { std::cerr << spinner{bar_frames, full}; }) == "{" + full + "/}");
+    EXPECT_TRUE(writes([&] {
+                    std::cerr << spinner{bar_frames, full + "y"};
+                }) == "{" + full + "y}{/}"); // too long for one
 
     std::string const cell = "sixteen letters!";
     std::string cells;
