@@ -6,9 +6,12 @@
 ///     std::cout << kestry::Hueline::color(kestry::HexColor::red, "failed")
 ///               << kestry::Hueline::color(kestry::HexColor::reset) << '\n';
 ///
-/// One pair of switches governs everything: colour is in use while useColor(true) was called last and
-/// no-frills mode is off. While it is not, every function returns its text plain. No function here
-/// looks at a stream or asks for a terminal: the caller decides.
+/// One pair of switches governs everything: colour is in use while the colour switch is on (useColor,
+/// flipColor, and the destructor that puts it back) and no-frills mode is off. While it is not, every
+/// function returns its text plain. No function here looks at a stream or asks for a terminal: the
+/// caller decides.
+///
+/// Every function that returns a string throws std::bad_alloc when memory runs out.
 ///
 /// The switches are plain process-wide data without locks: one thread at a time.
 ///
@@ -103,8 +106,6 @@ public:
 /// An object remembers the switch when it is constructed and puts that value back when it is
 /// destroyed, whatever was set in between and by whom. A copy remembers the same value. Objects that
 /// are destroyed out of order leave the value of the last one destroyed.
-///
-/// Every function that returns a string throws std::bad_alloc when memory runs out.
 class Hueline {
 public:
     /// Remembers the colour switch.

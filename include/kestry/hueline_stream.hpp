@@ -61,11 +61,11 @@ std::ostream& colorize(std::ostream& os);
 /// Stream  its colorize word is 0 afterwards.
 std::ostream& nocolorize(std::ostream& os);
 
-/// Says whether the gate found a terminal when it ran last, or a UseColorMode asked for colour; false
-/// in no-frills mode.
+/// Says whether the gate found a terminal when it ran last, or a UseColorMode was constructed and no
+/// NoColorMode since; false in no-frills mode.
 ///
-/// It does not tell of one stream: the last gated manipulator or colour guard anywhere decides, and a
-/// terminal counts even if its stream was not colorized. color_mode_state asks about one stream.
+/// It does not tell of one stream: a gated manipulator on any stream counts, and a terminal counts
+/// even if its stream was not colorized. color_mode_state asks about one stream.
 bool _isUsingColor();
 
 /// Turns no-frills mode on or off: while it is on, no gated manipulator writes anything.
@@ -97,7 +97,7 @@ std::ostream& frills_mode_state(std::ostream& os);
 /// NoColorMode is constructed.
 class UseColorMode {
 public:
-    /// Colorizes std::cout and makes _isUsingColor() true.
+    /// Colorizes std::cout, and makes _isUsingColor() true unless in no-frills mode.
     UseColorMode();
     /// Takes colour from std::cout if a terminal was recorded last; otherwise does nothing.
     ~UseColorMode();
@@ -289,9 +289,11 @@ std::ostream& on_black(std::ostream& os);   ///< Another name for on_grey.
 /// 6 cyan, and white for any other number, a negative one included.
 ///
 /// Writes  what the manipulator writes: grey ... white, or on_grey ... on_white when background.
+/// Gate    as the manipulator's: refused, writes nothing and changes nothing.
 std::ostream& next(std::ostream& os, int index, bool background);
 
-/// Lays a label out as a cell: its first 10 bytes, filled with blanks up to 10 bytes.
+/// Lays a label out as a cell: its first 10 bytes, filled with blanks up to 10 bytes. A label in UTF-8
+/// may be cut inside a character.
 std::string col(std::string const& name);
 /// \}
 
@@ -639,15 +641,22 @@ struct name         : detail::ThemedText { using ThemedText::ThemedText; }; ///<
 
 /// A path, given as text or as a number.
 struct path {
-    explicit path(std::string given);   ///< A path given as text.
-    explicit path(std::uint32_t given); ///< A path given as a number.
-    bool is_text;                       ///< Whether the path is text.
-    std::string text;                   ///< The path when it is text.
-    std::uint32_t number;               ///< The path when it is a number.
+    /// A path given as text.
+    explicit path(std::string given) : is_text(true), text(static_cast<std::string&&>(given)), number(0) {}
+    /// A path given as a number.
+    template <class = void> // compiled only where it is used: the empty text is most of what a path would cost
+    explicit path(std::uint32_t given) : is_text(false), number(given)
+    {}
+    bool is_text;         ///< Whether the path is text.
+    std::string text;     ///< The path when it is text.
+    std::uint32_t number; ///< The path when it is a number.
 };
 
 /// \name Texts by role
 /// Apply the manipulators shown, write the text as a formatted insertion, and apply those after it.
+///
+/// Stream  a pending width pads the text where the gate refuses, and the first sequence where it lets
+///         it through: pad the text itself instead.
 /// \{
 std::ostream& operator<<(std::ostream& os, app_title const& t);    ///< green, text
 std::ostream& operator<<(std::ostream& os, alert const& t);        ///< red, bold, text, dark
@@ -708,6 +717,9 @@ struct crc {
 /// \name Fields of a frame
 /// Apply the manipulators shown, then write what HexDump makes of the field: a text is cut after 19
 /// bytes unless HexDump::_longDumps.
+///
+/// Stream  a pending width pads the first dump where the gate refuses, and the first sequence where it
+///         lets it through.
 /// \{
 std::ostream& operator<<(std::ostream& os, immediate_destination const& b); ///< cyan, byte
 std::ostream& operator<<(std::ostream& os, total_count const& b);           ///< blue, byte
@@ -826,9 +838,9 @@ std::ostream& colorized_platformspecific_template(std::ostream& os);
 /// \}
 
 /// \name Test patterns
-/// Show what a terminal makes of the library's sequences. They change the record, colorize their
-/// stream where they say "colorize", and unless they say otherwise write their plain text to a stream
-/// that fails the gate.
+/// Show what a terminal makes of the library's sequences. All but the last two change the record. They
+/// colorize their stream where they say "colorize", and unless they say otherwise write their plain
+/// text to a stream that fails the gate.
 ///
 /// Throws  std::bad_cast where a line ends and the stream's locale has no std::ctype<char>, as std::endl
 ///         does.
@@ -861,6 +873,8 @@ std::ostream& test_pattern_rgb(std::ostream& os);
 /// Runs a status line from 0 to 49, for 3.75 seconds where the gate passes, without waiting elsewhere.
 ///
 /// The sequences of csi::color in its cells are not gated: a pipe receives them. No line end.
+///
+/// State   advances the counter of the spinners by 144.
 std::ostream& test_pattern_status_line(std::ostream& os);
 
 /// Runs a progress meter from 0 % to 100 %, for 3.75 seconds where the gate passes, without waiting elsewhere.
@@ -884,12 +898,15 @@ std::ostream& build_version_short(std::ostream& os);
 /// eight times the matrix in different styles, the greys, the cube and the palette. Takes about 7.5
 /// seconds on a colorized terminal; the codes go to standard output whatever os is.
 ///
+/// Gate    refused: the plain text, without the codes and without waiting. The sequences of csi::color
+///         in the two indicators, and their "\r", are written all the same.
 /// State   on a colorized terminal the record that was current before, as push and pull keep it: the
 ///         background becomes the foreground, and what was pushed before is lost. On a terminal that
 ///         was not colorized, what an earlier push saved, or the record as at load: the patterns
 ///         colorize it on the way. On a stream that fails the gate nothing is restored: thin and
 ///         dark, without colours.
 /// Stream  hexadecimal afterwards, and colorized.
+/// Throws  std::bad_cast where the stream's locale has no std::ctype<char>, as std::endl does.
 std::ostream& build_version(std::ostream& os);
 
 /// \}

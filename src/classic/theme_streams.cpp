@@ -1,7 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
 #include <ostream>
-#include <utility>
 
 namespace kestry::Hueline {
 
@@ -19,10 +18,6 @@ std::ostream& operator<<(std::ostream& os, version const& t)      { return os <<
 std::ostream& operator<<(std::ostream& os, cursor const& t)       { return os << cyan    << bold << t.text << dark; }
 std::ostream& operator<<(std::ostream& os, commandLine const& t)  { return os << white   << t.text << reset; }
 std::ostream& operator<<(std::ostream& os, name const& t)         { return os << white   << bold << t.text << dark; }
-
-// Not inline: that is a seventh of what the header costs everyone who includes it.
-path::path(std::string given) : is_text(true), text(std::move(given)), number(0) {}
-path::path(std::uint32_t given) : is_text(false), number(given) {}
 
 std::ostream& operator<<(std::ostream& os, path const& p)
 {
