@@ -188,9 +188,13 @@ bool has_avx2()
     return known == 'y';
 }
 
-// The two common cells, "41 " and "\x1b[32m41 ", many at once. Returns whether it could: not where the
-// cell or the processor is another, nor for a few bytes.
-bool put_common_cells(char* out, Bytes bytes, std::string_view before, std::string_view after)
+#endif
+
+} // namespace
+
+#if defined(__x86_64__)
+
+bool put_vector_cells(char* out, Bytes bytes, std::string_view before, std::string_view after)
 {
     if (after.size() != 1 || bytes.size() < smallest_block || !has_avx2()) {
         return false;
@@ -210,16 +214,14 @@ bool put_common_cells(char* out, Bytes bytes, std::string_view before, std::stri
 
 #else
 
-bool put_common_cells(char*, Bytes, std::string_view, std::string_view) { return false; }
+bool put_vector_cells(char*, Bytes, std::string_view, std::string_view) { return false; }
 
 #endif
-
-} // namespace
 
 char* put_cells(char* out, char const* limit, Bytes bytes, std::string_view before, std::string_view after)
 {
     std::size_t const width = before.size() + 2 + after.size();
-    if (put_common_cells(out, bytes, before, after)) {
+    if (put_vector_cells(out, bytes, before, after)) {
         return out + bytes.size() * width;
     }
     return put_table_cells(out, limit, bytes, before, after);

@@ -12,7 +12,11 @@ namespace kestry::detail {
 char* put_cells(char* out, char const* limit, std::span<unsigned char const> bytes, std::string_view before,
                 std::string_view after);
 
-/// The same without the vectors that not every processor has.
+/// The two common cells, "41 " and "\x1b[32m41 ", many at once. Returns whether it could: not where the
+/// processor has no vectors for it, nor other cells, nor fewer than 16 bytes.
+bool put_vector_cells(char* out, std::span<unsigned char const> bytes, std::string_view before, std::string_view after);
+
+/// As put_cells, and never by vectors.
 char* put_table_cells(char* out, char const* limit, std::span<unsigned char const> bytes, std::string_view before,
                       std::string_view after);
 

@@ -10,8 +10,10 @@
 #include <climits>
 #include <cstdint>
 #include <cstring>
+#include <fstream>
 #include <new>
 #include <span>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -243,6 +245,31 @@ TEST(TableCells, AreThoseOfTheVectorsAndEndAtTheLimit)
             }
         }
     }
+}
+
+TEST(VectorCells, AreTheTwoCommonOnesOf16BytesOrMoreWhereTheProcessorHasAvx2)
+{
+    std::stringstream processor;
+    processor << std::ifstream("/proc/cpuinfo").rdbuf();
+    bool const here = processor.str().find(" avx2 ") != std::string::npos;
+
+    auto const could = [](std::size_t size, std::string const& before, std::string const& after) {
+        std::string text(size * (before.size() + 2 + after.size()), '.');
+        bool const done = put_vector_cells(text.data(), mixed(size), before, after);
+        EXPECT_EQ(text, done ? cells(mixed(size), before, after) : std::string(text.size(), '.'));
+        return done;
+    };
+    EXPECT_EQ(could(16, "", " "), here);
+    EXPECT_EQ(could(1000, "", ":"), here);
+    EXPECT_EQ(could(16, "\x1b[32m", " "), here);
+    EXPECT_EQ(could(1000, "12345", ":"), here);
+    EXPECT_FALSE(could(15, "", " "));
+    EXPECT_FALSE(could(15, "\x1b[32m", " "));
+    EXPECT_FALSE(could(16, "", ""));
+    EXPECT_FALSE(could(16, "", "::"));
+    EXPECT_FALSE(could(16, "\x1b[32m", ""));
+    EXPECT_FALSE(could(16, "\x1b[0m", " "));
+    EXPECT_FALSE(could(16, "\x1b[132m", " "));
 }
 
 TEST(DumpBytes, IsTheFormulaForLongTextsAroundTheDigits)
