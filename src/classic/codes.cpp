@@ -60,7 +60,7 @@ std::string_view digits(unsigned char x) { return {hex_pairs[x].data(), hex_pair
 
 } // namespace
 
-// Here, where every text in colour asks it.
+// Here and not with the switches, so that the functions below have it inline.
 bool Hueline::isUsingColor() { return _useColor && !_noFrillsMode; }
 
 std::string detail::colored(HexColor code, std::string const& text)

@@ -17,7 +17,7 @@ namespace {
 // How many bytes a dump shows that is cut short.
 std::size_t constexpr short_dump = 19;
 
-// A string of that size, or std::bad_alloc also where no string could be as long.
+// The size of a text of that many cells and a rest behind them. Throws where no string is as long.
 std::size_t checked_size(std::size_t cells, std::size_t cell, std::size_t rest)
 {
     std::size_t size = 0;
@@ -34,14 +34,14 @@ std::size_t constexpr fresh_memory = std::size_t{32} << 20;
 // than the dump. No harm is done where the kernel has none, except to errno.
 void prefer_large_pages(char* out, std::size_t size)
 {
-    std::size_t constexpr largest_page = std::size_t{64} << 10; // of those that a processor may start from
+    std::size_t constexpr largest_page = std::size_t{64} << 10; // the largest ordinary one: advice is for whole pages
     std::size_t const skipped = -reinterpret_cast<std::uintptr_t>(out) % largest_page;
     int const before = errno;
     madvise(out + skipped, size - skipped, MADV_HUGEPAGE);
     errno = before;
 }
 
-// As make_string, for texts of any size.
+// As make_string; a text that gets fresh memory gets it in large pages.
 template <class Fill>
 std::string make_dump(std::size_t size, Fill fill)
 {

@@ -34,8 +34,10 @@ public:
 
     void add(std::string_view text)
     {
-        make_room(text.size());
-        if (text.size() > room) {
+        if (text.size() > capacity - size) {
+            flush();
+        }
+        if (text.size() > capacity) {
             write(text);
             return;
         }
@@ -58,7 +60,7 @@ public:
         text.copy(block, text.size());
         std::size_t end = size;
         for (; times > 0; --times) {
-            if (text.size() > room - end) {
+            if (text.size() > capacity - end) {
                 size = end;
                 flush();
                 end = 0;
@@ -80,21 +82,14 @@ public:
     }
 
 private:
-    void make_room(std::size_t wanted)
-    {
-        if (wanted > room - size) {
-            flush();
-        }
-    }
-
     void write(std::string_view text) { os.write(text.data(), static_cast<std::streamsize>(text.size())); }
 
-    static constexpr std::size_t room = 8192;
+    static constexpr std::size_t capacity = 8192;
     static constexpr std::size_t block_size = 16;
 
     std::ostream& os;
     std::size_t size = 0;
-    char buffer[room + block_size];
+    char buffer[capacity + block_size];
 };
 
 int percentage(progress_meter const& m)

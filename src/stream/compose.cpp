@@ -72,7 +72,7 @@ void assign(AttributeState& to, AttributeState const& from, std::string const& b
 
 } // namespace
 
-std::ostream& adjust(std::ostream& os) { return isShutOut(os) ? os : composeOnStandard(os); }
+std::ostream& adjust(std::ostream& os) { return is_shut_out(os) ? os : compose_on_standard(os); }
 
 std::ostream& push(std::ostream& os)
 {

@@ -11,9 +11,6 @@ using namespace detail;
 
 namespace {
 
-auto constexpr foreground = &AttributeState::foreground;
-auto constexpr background = &AttributeState::background;
-
 // A colour, changed only where it shows.
 std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, auto& introducer, auto... numbers)
 {

@@ -11,14 +11,11 @@ using namespace detail;
 
 namespace {
 
-auto constexpr foreground = &AttributeState::foreground;
-auto constexpr background = &AttributeState::background;
-
 // Remembered even where it cannot be seen: it shows in the next rendition, on any stream.
 std::ostream& remember(std::ostream& os, bool AttributeState::*flag, bool on)
 {
     _currentAttributes.*flag = on;
-    return isShutOut(os) ? os : composeOnStandard(os);
+    return is_shut_out(os) ? os : compose_on_standard(os);
 }
 
 // Changed only where it shows.
@@ -34,7 +31,7 @@ std::ostream& set(std::ostream& os, bool AttributeState::*flag, bool on)
 // A colour, changed only where it shows.
 std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
 {
-    return isShutOut(os) ? os : recomposeOnStandard(os, slot, sequence);
+    return is_shut_out(os) ? os : recompose_on_standard(os, slot, sequence);
 }
 
 // Past the record: the reset that opens the next rendition ends it.

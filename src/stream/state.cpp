@@ -21,9 +21,9 @@ bool _forcedColor = false; // a UseColorMode was constructed, and no NoColorMode
 
 } // namespace
 
-std::ostream* const _standardOut = &std::cout;
-std::ostream* const _standardErr = &std::cerr;
-std::ostream* const _standardLog = &std::clog;
+std::ostream* const standard_out = &std::cout;
+std::ostream* const standard_err = &std::cerr;
+std::ostream* const standard_log = &std::clog;
 
 bool _colorActive = false;
 
@@ -54,17 +54,17 @@ bool is_terminal(std::FILE* file)
 // The gate, for a standard stream.
 inline bool passes(std::ostream& os)
 {
-    _colorActive = is_terminal(&os == _standardOut ? stdout : stderr);
+    _colorActive = is_terminal(&os == standard_out ? stdout : stderr);
     return _colorActive && !_noFrills && os.iword(_colorizeIndex) != 0;
 }
 
 } // namespace
 
-bool allowColorOnStandard(std::ostream& os) { return passes(os); }
+bool allow_color_on_standard(std::ostream& os) { return passes(os); }
 
-std::ostream& composeOnStandard(std::ostream& os) { return passes(os) ? compose(os) : os; }
+std::ostream& compose_on_standard(std::ostream& os) { return passes(os) ? compose(os) : os; }
 
-std::ostream& recomposeOnStandard(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
+std::ostream& recompose_on_standard(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
 {
     return passes(os) ? recompose(os, slot, sequence) : os;
 }
@@ -112,13 +112,13 @@ UseColorMode::UseColorMode()
 {
     _forcedColor = true;
     _colorActive = true;
-    colorize(*_standardOut);
+    colorize(*standard_out);
 }
 
 UseColorMode::~UseColorMode()
 {
     if (_colorActive) {
-        nocolorize(*_standardOut);
+        nocolorize(*standard_out);
     }
 }
 
@@ -126,13 +126,13 @@ NoColorMode::NoColorMode()
 {
     _forcedColor = false;
     _colorActive = false;
-    nocolorize(*_standardOut);
+    nocolorize(*standard_out);
 }
 
 NoColorMode::~NoColorMode()
 {
     if (_colorActive) {
-        colorize(*_standardOut);
+        colorize(*standard_out);
     }
 }
 
