@@ -13,6 +13,7 @@
 #include "colour_policy.hpp"
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
@@ -41,23 +42,35 @@ void write_at_once(std::string_view bytes)
     [[maybe_unused]] ssize_t const written = ::write(STDERR_FILENO, bytes.data(), bytes.size());
 }
 
-// The signal has its default action again, so raising it does what the sender wanted.
-extern "C" void tidy_and_raise(int signal)
-{
-    write_at_once(tidy);
-    std::raise(signal);
-}
+extern "C" void tidy_and_raise(int signal);
 
-void tidy_on_signals()
+void tidy_on(int signal)
 {
     struct sigaction action = {};
     action.sa_handler = tidy_and_raise;
     action.sa_flags = static_cast<int>(SA_RESETHAND) | SA_NODEFER;
+    ::sigaction(signal, &action, nullptr);
+}
+
+// The signal has its default action again, so raising it does what the sender wanted. A program that was
+// stopped comes back from there when it goes on, and is to be as tidy the next time.
+extern "C" void tidy_and_raise(int signal)
+{
+    int const before = errno;
+    write_at_once(tidy);
+    std::raise(signal);
+    tidy_on(signal);
+    write_at_once(hide_cursor);
+    errno = before;
+}
+
+void tidy_on_signals()
+{
     for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP}) {
         struct sigaction before = {};
         ::sigaction(signal, nullptr, &before);
         if (before.sa_handler != SIG_IGN) { // nohup(1) wants it so
-            ::sigaction(signal, &action, nullptr);
+            tidy_on(signal);
         }
     }
 }
@@ -172,7 +185,8 @@ std::string copy(std::filesystem::path const& source, std::filesystem::path cons
         progress.show(copied);
     } while (input && output);
 
-    if (!output.flush()) {
+    output.close(); // some file systems say only here that they are full
+    if (!output) {
         return "cannot write the target";
     }
     return input.eof() ? "" : "cannot read the source";

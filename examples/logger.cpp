@@ -3,7 +3,8 @@
 //     logger < lines
 //
 // A line starts with its level, "error: ", "warning: " or "debug: "; any other line is information. Copy
-// class Log: it may be used by any number of threads.
+// class Log: one Log may be used by any number of threads, as long as nothing else uses the string
+// interface or localtime(3).
 #include <kestry/hueline_classic.hpp>
 
 #include "colour_policy.hpp"

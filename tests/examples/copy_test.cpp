@@ -221,9 +221,11 @@ TEST_F(Copy, LeavesTheTerminalTidyWhenItIsStopped)
     // A process without job control does not stop, and goes on after the handler.
     write(source, eight_mebibytes);
     Outcome const run = shell(on_terminals, slow_reader + "exec \"$0\" \"$1\" \"$2\" 2>&1",
-                              {.interrupt = Interrupt{SIGTSTP, "%\x1b[0K"}});
+                              {.interrupt = Interrupt{SIGTSTP, "%\x1b[0K", 2}});
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(count(readable(run.out), tidy), 2U);
+    std::string const text = readable(run.out);
+    EXPECT_EQ(count(text, tidy), 3U); // after both, and at the end
+    EXPECT_EQ(count(text, tidy + R"(\e[?25l)"), 2U);
 }
 
 TEST_F(Copy, KeepsIgnoringASignalThatWasIgnored)

@@ -295,11 +295,13 @@ Outcome run(Sinks sinks, Launch const& launch, std::function<int()> const& work)
     }
 
     auto const deadline = Clock::now() + launch.time_allowed;
-    bool interrupted = !launch.interrupt;
+    int interrupts_left = launch.interrupt ? launch.interrupt->times : 0;
+    std::size_t searched = 0;
     while (await(channels, deadline)) {
-        if (!interrupted && out.bytes.find(launch.interrupt->after) != std::string::npos) {
+        if (interrupts_left > 0 && out.bytes.find(launch.interrupt->after, searched) != std::string::npos) {
             child.send(launch.interrupt->signal);
-            interrupted = true;
+            --interrupts_left;
+            searched = out.bytes.size();
         }
     }
 

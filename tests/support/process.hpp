@@ -57,6 +57,7 @@ void report(std::string_view text);
 struct Interrupt {
     int signal;
     std::string after; ///< The signal is sent once these bytes have appeared on a terminal or pipe at standard output.
+    int times = 1;     ///< It is sent again each time when they appear once more.
 };
 
 struct Launch {

@@ -156,7 +156,8 @@ Shows what libhueline writes: in colour on a terminal, as plain text elsewhere.
   -h, --help       show this text
   -V, --version    show the version
   -l, --list       show the names of the demonstrations
-  -n, --no-frills  no colour, no cursor control and no progress line
+  -n, --no-frills  no-frills mode: no progress line, no cursor control, and no
+                   colour but what the library writes in that mode too
 
 Each NAME is a demonstration; they are shown in the order given. Without a NAME
 the banner is shown.
