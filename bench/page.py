@@ -61,8 +61,8 @@ def page(about, comparisons, growth, figures):
     yield ""
     yield "A long dump, by the size of its input: the time for a byte over the time for a byte of the smallest, the same for"
     yield "a copy of a text as long as the dump, and instructions. Where the time for a byte grows it is the memory's: the"
-    yield "caches end. For a text of 32 MiB or more the C library takes every page fresh from the kernel, and the dump asks"
-    yield "for large ones; the copy takes them 4 KiB at a time where the system leaves that to programs."
+    yield "caches end, and for a text of 32 MiB or more the C library takes every page fresh from the kernel. The dump takes"
+    yield "them at once, the copy one by one."
     yield ""
     first = growth[0]
     yield from table(

@@ -278,7 +278,8 @@ std::string response_title(std::string const& text);      ///< "\x1b[35m" text: 
 ///
 /// Bytes are green while colour is in use at that moment; words never have a colour. Digits are lower
 /// case. A dump is a Hueline: it puts the colour switch back when it is destroyed.
-/// A text of 32 MiB or more asks the kernel for large pages, once: madvise, whose answer changes nothing.
+/// A text of 32 MiB or more has the kernel hand out its memory at once: one madvise, whose answer changes
+/// nothing.
 ///
 /// Throws  std::bad_alloc while the text is built, and nothing else.
 class HexDump : public Hueline {

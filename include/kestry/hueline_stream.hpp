@@ -744,7 +744,8 @@ namespace kestry::Hueline {
 ///
 /// Digits are lower case. No escape sequence, no gate: the text takes the colours that are current
 /// on the terminal.
-/// A text of 32 MiB or more asks the kernel for large pages, once: madvise, whose answer changes nothing.
+/// A text of 32 MiB or more has the kernel hand out its memory at once: one madvise, whose answer changes
+/// nothing.
 ///
 /// Throws  std::bad_alloc while the text is built, and nothing else.
 class HexDump {

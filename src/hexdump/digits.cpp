@@ -30,24 +30,24 @@ std::size_t checked_size(std::size_t cells, std::size_t cell, std::size_t rest)
 // From this size on the C library maps fresh memory for a string and returns it to the system after it.
 std::size_t constexpr fresh_memory = std::size_t{32} << 20;
 
-// Asks the kernel to hand out such memory in large pages: taken 4 KiB at a time, it would cost far more
-// than the dump. No harm is done where the kernel has none, except to errno.
-void prefer_large_pages(char* out, std::size_t size)
+// Has the kernel hand out such memory at once: a fault for each page would cost more than the dump. No
+// harm is done where the kernel cannot, except to errno.
+void populate(char* out, std::size_t size)
 {
     std::size_t constexpr largest_page = std::size_t{64} << 10; // the largest ordinary one: advice is for whole pages
     std::size_t const skipped = -reinterpret_cast<std::uintptr_t>(out) % largest_page;
     int const before = errno;
-    madvise(out + skipped, size - skipped, MADV_HUGEPAGE);
+    madvise(out + skipped, size - skipped, MADV_POPULATE_WRITE);
     errno = before;
 }
 
-// As make_string; a text that gets fresh memory gets it in large pages.
+// As make_string; a text that gets fresh memory gets it at once.
 template <class Fill>
 std::string make_dump(std::size_t size, Fill fill)
 {
     return make_string(size, [size, fill](char* out) {
         if (size >= fresh_memory) {
-            prefer_large_pages(out, size);
+            populate(out, size);
         }
         fill(out);
     });

@@ -364,7 +364,7 @@ TEST(DumpBytes, AllocatesItsTextOnceAndNothingElse)
 }
 
 // ---------------------------------------------------------------------------------------------
-// Large pages
+// Fresh memory
 // ---------------------------------------------------------------------------------------------
 
 // What the kernel was asked last; it refuses all of it.
@@ -390,7 +390,7 @@ namespace {
 
 std::size_t constexpr MiB = 1024 * 1024;
 
-TEST(LargePages, AreAskedForFrom32MegabytesOn)
+TEST(FreshMemory, IsAskedForFrom32MegabytesOn)
 {
     Bytes const bytes(32 * MiB / 3 + 1);
     given = {};
@@ -402,7 +402,7 @@ TEST(LargePages, AreAskedForFrom32MegabytesOn)
     EXPECT_EQ(given.times, 2);
 }
 
-TEST(LargePages, AreAskedForWordsToo)
+TEST(FreshMemory, IsAskedForForWordsToo)
 {
     std::vector<unsigned int> const words(32 * MiB / 9 + 1);
     given = {};
@@ -410,7 +410,7 @@ TEST(LargePages, AreAskedForWordsToo)
     EXPECT_EQ(given.times, 1);
 }
 
-TEST(LargePages, AreThoseOfTheTextFromTheFirstWholeOneOn)
+TEST(FreshMemory, IsThatOfTheTextFromItsFirstWholePageOn)
 {
     std::size_t const page = 64 * 1024;
     Bytes const bytes(11 * MiB + page);
@@ -419,7 +419,7 @@ TEST(LargePages, AreThoseOfTheTextFromTheFirstWholeOneOn)
         given = {};
         texts.push_back(dump_bytes(std::span{bytes}.first(11 * MiB + i * page / 6), " ", plain, true));
         std::string const& text = texts.back();
-        EXPECT_EQ(given.what, MADV_HUGEPAGE);
+        EXPECT_EQ(given.what, MADV_POPULATE_WRITE);
         EXPECT_EQ(reinterpret_cast<std::uintptr_t>(given.start) % page, 0u);
         EXPECT_GE(given.start, text.data());
         EXPECT_LT(given.start, text.data() + page);
@@ -427,7 +427,7 @@ TEST(LargePages, AreThoseOfTheTextFromTheFirstWholeOneOn)
     }
 }
 
-TEST(LargePages, LeaveErrnoAloneWhereThereAreNone)
+TEST(FreshMemory, ThatTheKernelRefusesLeavesErrnoAlone)
 {
     Bytes const bytes(11 * MiB);
     given = {};

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <climits>
 #include <cstdio>
-#include <fstream>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -18,8 +17,6 @@
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include <unistd.h>
 
 #include <gtest/gtest.h>
 
@@ -457,26 +454,6 @@ TEST(StreamDumpMemory, RunningOutIsBadAlloc)
     EXPECT_TRUE(runs_out_of_memory([&] { HexDump const dump(string); }));
     EXPECT_TRUE(runs_out_of_memory([&] { HexDump const dump(words); }));
     EXPECT_TRUE(runs_out_of_memory([&] { HexDump::raw_data(bytes); }));
-}
-
-// The kernel's own list of what it was told: "hg" is a mapping that may have large pages.
-TEST(StreamDumpMemory, MayHaveLargePages)
-{
-    if (access("/sys/kernel/mm/transparent_hugepage", F_OK) != 0) {
-        GTEST_SKIP() << "this kernel has no large pages to give";
-    }
-    auto const large_mappings = [] {
-        int count = 0;
-        std::ifstream maps("/proc/self/smaps");
-        for (std::string line; std::getline(maps, line);) {
-            count += line.starts_with("VmFlags:") && line.find(" hg") != std::string::npos;
-        }
-        return count;
-    };
-    LongDumps const in_full;
-    int const before = large_mappings();
-    HexDump const dump(Bytes(12 * 1024 * 1024)); // 36 MiB
-    EXPECT_EQ(large_mappings(), before + 1);
 }
 
 TEST(StreamDumpMemory, HoldsALargeDump)
