@@ -97,6 +97,7 @@ std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view se
     }
     auto const shown = whole ? bytes : bytes.first(std::min(bytes.size(), short_dump));
 
+    // cppcheck-suppress variableScope // suffix shows it
     char rest[128];
     std::string_view suffix = colors.reset;
     if (shown.size() < bytes.size()) {
