@@ -40,7 +40,7 @@ Files make()
     for (Recording const& recording : recordings) {
         files[images / (recording.name + ".svg")] = signature + picture_of(recording);
     }
-    files[docs / "gallery.md"] = page(contents_of(SOURCES "/pictures/gallery.md.in"), recordings);
+    files[docs / "gallery.md"] = page(contents_of(SOURCES "/docs/pictures/gallery.md.in"), recordings);
     return files;
 }
 

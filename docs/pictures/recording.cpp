@@ -178,7 +178,7 @@ void record(std::vector<Program> const& listed, std::vector<Recording>& recordin
 
 std::vector<Recording> record_all()
 {
-    std::string const folder = std::string(SOURCES) + "/pictures";
+    std::string const folder = std::string(SOURCES) + "/docs/pictures";
     std::vector<Recording> recordings;
     auto const draw_stream = [](Scene const& scene) {
         colorize_output();
