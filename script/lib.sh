@@ -2,7 +2,7 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-for_build=(g++ cmake ninja-build)
+for_build=(g++ cmake ninja-build libutf8proc-dev)
 for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev)
 
 say() { printf '%s\n' "$*" >&2; }
