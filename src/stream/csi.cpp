@@ -12,14 +12,14 @@ namespace kestry::detail {
 namespace {
 
 // A width that is pending stays so.
-std::ostream& write(std::ostream& os, std::string_view bytes)
+std::ostream& unformatted(std::ostream& os, std::string_view bytes)
 {
     return os.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 } // namespace
 
-std::ostream& show_cursor(std::ostream& os) { return write(os, "\x1b[25h"); }
+std::ostream& show_cursor(std::ostream& os) { return unformatted(os, "\x1b[25h"); }
 
 } // namespace kestry::detail
 
@@ -29,7 +29,10 @@ using namespace detail;
 
 namespace {
 
-std::ostream& fixed(std::ostream& os, std::string_view sequence) { return allowColor(os) ? write(os, sequence) : os; }
+std::ostream& fixed(std::ostream& os, std::string_view sequence)
+{
+    return allowColor(os) ? unformatted(os, sequence) : os;
+}
 
 // The numbers are the caller's stream's own insertions: its base and width show.
 std::ostream& control(std::ostream& os, int n, char final_byte)
@@ -37,7 +40,7 @@ std::ostream& control(std::ostream& os, int n, char final_byte)
     if (!allowColor(os)) {
         return os;
     }
-    write(os, "\x1b[");
+    unformatted(os, "\x1b[");
     os << n;
     return os.put(final_byte);
 }
@@ -47,7 +50,7 @@ std::ostream& position(std::ostream& os, int row, int col, char final_byte)
     if (!allowColor(os)) {
         return os;
     }
-    write(os, "\x1b[");
+    unformatted(os, "\x1b[");
     os << row << ';' << col;
     return os.put(final_byte);
 }
@@ -57,8 +60,8 @@ std::ostream& position(std::ostream& os, int row, int col, char final_byte)
 // clang-format off
 std::ostream& show(std::ostream& os) { return allowColor(os) ? show_cursor(os) : os; } // SM 25, ECMA-48 8.3.125
 std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // an MC 25 by its final byte
-std::ostream& cr  (std::ostream& os) { return write(os, "\r"); }
-std::ostream& lf  (std::ostream& os) { return write(os, "\n"); }
+std::ostream& cr  (std::ostream& os) { return unformatted(os, "\r"); }
+std::ostream& lf  (std::ostream& os) { return unformatted(os, "\n"); }
 std::ostream& cls (std::ostream& os) { return os << ed{2}; }
 std::ostream& clr (std::ostream& os) { return cls(os); }
 std::ostream& dsr (std::ostream& os) { return fixed(os, "\x1b[6n"); }                  // DSR, ECMA-48 8.3.35
@@ -96,7 +99,10 @@ std::ostream& operator<<(std::ostream& os, const delay& p)
     return os;
 }
 
-// clr by another name, not a function that calls it: both names have one address.
-[[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo")]] std::ostream& clear(std::ostream& os);
+#ifdef __GLIBCXX__ // the streams of another library have other mangled names
+// For programs with declarations of their own, in which clear is a function.
+extern "C" [[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo"), gnu::visibility("default")]] std::ostream&
+clear_as_a_function(std::ostream& os) __asm__("_ZN6kestry7Hueline3csi5clearERSo");
+#endif
 
 } // namespace kestry::Hueline::csi
