@@ -1,30 +1,39 @@
 /// \file
-/// SGR sequences with numbers in them, built in place and without a stream.
+/// SGR sequences with numbers in them.
 #pragma once
 
-#include "hexdump/digits.hpp"
+#include "text/digits.hpp"
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace kestry::detail {
 
-/// Writes an introducer, numbers with ";" between them, and "m", and returns the place behind them:
-/// "\x1b[38;5;" and 200 are "\x1b[38;5;200m".
-template <std::size_t size, class... Numbers>
-char* put_sgr(char* out, char const (&introducer)[size], Numbers... numbers)
-{
-    out = put_text(out, {introducer, size - 1});
-    ((out = put_decimal(out, numbers), *out++ = ';'), ...);
-    out[-1] = 'm'; // SGR, ECMA-48 8.3.117
-    return out;
-}
+/// An SGR sequence (ECMA-48 8.3.117): SgrSequence("\x1b[38;5;", 200) is "\x1b[38;5;200m".
+///
+/// Built in place, without memory of its own.
+class SgrSequence {
+public:
+    /// An introducer of at most seven characters, one to five numbers with ";" between them, and "m".
+    template <class... Numbers>
+    explicit SgrSequence(std::string_view introducer, Numbers... numbers)
+    {
+        static_assert(sizeof...(numbers) >= 1 && sizeof...(numbers) <= most_numbers);
+        char* out = put_text(text, introducer);
+        ((out = put_decimal(out, numbers), *out++ = ';'), ...);
+        out[-1] = 'm';
+        size = static_cast<std::size_t>(out - text);
+    }
 
-/// The sequence of one number, such as a colour's code.
-std::string sgr_string(std::int64_t number);
+    operator std::string_view() const { return {text, size}; }
+    std::string str() const { return {text, size}; }
 
-/// A 24-bit colour behind "\x1b[38;2;" for the foreground or "\x1b[48;2;" for the background.
-std::string true_color_string(char const (&introducer)[8], int r, int g, int b);
+private:
+    static constexpr std::size_t most_numbers = 5;
+
+    char text[7 + most_numbers * (longest_decimal + 1)];
+    std::size_t size;
+};
 
 } // namespace kestry::detail
