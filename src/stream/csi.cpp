@@ -68,23 +68,23 @@ std::ostream& dsr (std::ostream& os) { return fixed(os, "\x1b[6n"); }           
 std::ostream& scp (std::ostream& os) { return fixed(os, "\x1b[s"); }                   // no ECMA-48 function
 std::ostream& rcp (std::ostream& os) { return fixed(os, "\x1b[u"); }                   // no ECMA-48 function
 
-std::ostream& operator<<(std::ostream& os, const ed& p)  { return control(os, p.n, 'J'); } // ED,  ECMA-48 8.3.39
-std::ostream& operator<<(std::ostream& os, const el& p)  { return control(os, p.n, 'K'); } // EL,  ECMA-48 8.3.41
-std::ostream& operator<<(std::ostream& os, const cuu& p) { return control(os, p.n, 'A'); } // CUU, ECMA-48 8.3.22
-std::ostream& operator<<(std::ostream& os, const cud& p) { return control(os, p.n, 'B'); } // CUD, ECMA-48 8.3.19
-std::ostream& operator<<(std::ostream& os, const cuf& p) { return control(os, p.n, 'C'); } // CUF, ECMA-48 8.3.20
-std::ostream& operator<<(std::ostream& os, const cub& p) { return control(os, p.n, 'D'); } // CUB, ECMA-48 8.3.18
-std::ostream& operator<<(std::ostream& os, const cnl& p) { return control(os, p.n, 'E'); } // CNL, ECMA-48 8.3.12
-std::ostream& operator<<(std::ostream& os, const cpl& p) { return control(os, p.n, 'F'); } // CPL, ECMA-48 8.3.13
-std::ostream& operator<<(std::ostream& os, const cha& p) { return control(os, p.n, 'G'); } // CHA, ECMA-48 8.3.9
-std::ostream& operator<<(std::ostream& os, const su& p)  { return control(os, p.n, 'S'); } // SU,  ECMA-48 8.3.147
-std::ostream& operator<<(std::ostream& os, const sd& p)  { return control(os, p.n, 'T'); } // SD,  ECMA-48 8.3.113
-std::ostream& operator<<(std::ostream& os, const sgr& p) { return control(os, p.n, 'm'); } // SGR, ECMA-48 8.3.117
-std::ostream& operator<<(std::ostream& os, const cup& p) { return position(os, p.row, p.col, 'H'); } // CUP, 8.3.21
-std::ostream& operator<<(std::ostream& os, const hvp& p) { return position(os, p.row, p.col, 'f'); } // HVP, 8.3.63
+std::ostream& operator<<(std::ostream& os, ed const& p)  { return control(os, p.n, 'J'); } // ED,  ECMA-48 8.3.39
+std::ostream& operator<<(std::ostream& os, el const& p)  { return control(os, p.n, 'K'); } // EL,  ECMA-48 8.3.41
+std::ostream& operator<<(std::ostream& os, cuu const& p) { return control(os, p.n, 'A'); } // CUU, ECMA-48 8.3.22
+std::ostream& operator<<(std::ostream& os, cud const& p) { return control(os, p.n, 'B'); } // CUD, ECMA-48 8.3.19
+std::ostream& operator<<(std::ostream& os, cuf const& p) { return control(os, p.n, 'C'); } // CUF, ECMA-48 8.3.20
+std::ostream& operator<<(std::ostream& os, cub const& p) { return control(os, p.n, 'D'); } // CUB, ECMA-48 8.3.18
+std::ostream& operator<<(std::ostream& os, cnl const& p) { return control(os, p.n, 'E'); } // CNL, ECMA-48 8.3.12
+std::ostream& operator<<(std::ostream& os, cpl const& p) { return control(os, p.n, 'F'); } // CPL, ECMA-48 8.3.13
+std::ostream& operator<<(std::ostream& os, cha const& p) { return control(os, p.n, 'G'); } // CHA, ECMA-48 8.3.9
+std::ostream& operator<<(std::ostream& os, su const& p)  { return control(os, p.n, 'S'); } // SU,  ECMA-48 8.3.147
+std::ostream& operator<<(std::ostream& os, sd const& p)  { return control(os, p.n, 'T'); } // SD,  ECMA-48 8.3.113
+std::ostream& operator<<(std::ostream& os, sgr const& p) { return control(os, p.n, 'm'); } // SGR, ECMA-48 8.3.117
+std::ostream& operator<<(std::ostream& os, cup const& p) { return position(os, p.row, p.col, 'H'); } // CUP, 8.3.21
+std::ostream& operator<<(std::ostream& os, hvp const& p) { return position(os, p.row, p.col, 'f'); } // HVP, 8.3.63
 // clang-format on
 
-std::ostream& operator<<(std::ostream& os, const delay& p)
+std::ostream& operator<<(std::ostream& os, delay const& p)
 {
     using std::chrono::system_clock;
     using Milliseconds = std::chrono::duration<double, std::milli>;
