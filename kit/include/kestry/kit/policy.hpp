@@ -1,7 +1,40 @@
 /// \file
-/// Whether, and how richly, a descriptor gets colour.
+/// Whether, and how richly, a program writes colour: for standard output, standard error and any other descriptor
+/// apart.
+///
+///     auto const policy = kestry::kit::color_policy::from_args(argc, argv);
+///     kestry::kit::use_in_streams(policy);
+///     std::cout << "colour: " << to_string(policy.out()) << '\n'; // "colour: 24 bit: a terminal, COLORTERM says 24 bit"
+///
+/// The first rule that applies decides:
+///   1. --color=always, --color=16, --color=256 and --color=24bit: yes; --color=never: no; --color=auto goes on.
+///   2. NO_COLOR is not empty: no (no-color.org), "0" included.
+///   3. FORCE_COLOR is 0 or false: no; 1 or true: 16 colours; 2: 256 colours; a greater number: 24 bit; any other text
+///      but the empty one: yes.
+///   4. CLICOLOR_FORCE is neither empty nor 0: yes.
+///   5. CLICOLOR is 0: no.
+///   6. The descriptor is no terminal: no.
+///   7. TERM is not set, empty or dumb: no.
+///   8. Yes.
+///
+/// Where the rule itself names no depth, it is found so, by the first that applies; nothing is looked up in a data base:
+///   - TERM is dumb: 16 colours.
+///   - COLORTERM is truecolor or 24bit, in small or capital letters: 24 bit.
+///   - TERM has a part "direct", or is the name of a terminal that is known for it (alacritty, contour, foot, ghostty,
+///     kitty, rio, wezterm): 24 bit.
+///   - TERM_PROGRAM is iTerm.app from version 3, ghostty, rio or WezTerm, or WT_SESSION is not empty: 24 bit.
+///   - TERM has a part "256color" or "256", or TERM_PROGRAM is iTerm.app or Apple_Terminal: 256 colours.
+///   - 16 colours.
+/// GNU screen (TERM starts with "screen", and TERM_PROGRAM is not tmux) passes no more than 256 colours on.
+///
+/// A variable that is not set is as good as an empty one. The environment is read when a policy is made, and not again.
 #ifndef KESTRY_KIT_POLICY_HPP
 #define KESTRY_KIT_POLICY_HPP
+
+#include <iosfwd>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #pragma GCC visibility push(default)
 
@@ -17,6 +50,125 @@ enum class color_depth : unsigned char {
 
 /// The depth in a word or two: "none", "16 colours", "256 colours", "24 bit".
 char const* to_string(color_depth depth) noexcept;
+
+// ---------------------------------------------------------------------------------------------
+// The depth of a stream
+// ---------------------------------------------------------------------------------------------
+
+/// Says how richly os is to be coloured by what the kit writes to it.
+///
+/// Writes  nothing.
+/// Stream  a word of its own holds the depth: copyfmt hands it on. The colorize word of the library is another one.
+/// Throws  std::ios_base::failure where the stream throws, and has no memory for one more word.
+/// Threads any, for the standard streams; another stream is its owner's.
+void set_depth(std::ostream& os, color_depth depth);
+
+/// Returns how richly os is to be coloured: what set_depth said of it, or of the stream that it had by copyfmt.
+///
+/// Until then std::cout, std::cerr and std::clog ask color_policy::from_environment() for their descriptor, at first use,
+/// and keep the answer; any other stream is color_depth::truecolor: a string stream gets what is written to it.
+///
+/// Throws  as set_depth.
+/// Threads as set_depth.
+/// Cost    no allocation unless the program has made very many words (std::ios_base::xalloc); system calls at the first
+///         use of a standard stream alone.
+color_depth depth_of(std::ostream& os);
+
+// ---------------------------------------------------------------------------------------------
+// What is asked
+// ---------------------------------------------------------------------------------------------
+
+/// When colour is written, as the option --color says it.
+enum class color_when : unsigned char { automatic, always, never };
+
+/// What the option --color asks for.
+struct color_option {
+    color_when when = color_when::automatic;
+    std::optional<color_depth> depth = {}; ///< With always: this depth, whatever the terminal is known for.
+};
+
+/// Returns what WHEN of --color=WHEN asks for, or nothing if it is none of the words that are known.
+///
+/// The words are auto, always, never, 16, 256 and 24bit, and what the GNU tools take besides: tty and if-tty for auto,
+/// yes and force for always, no and none for never. --color without WHEN is always.
+///
+/// `parse_color_option("256") == color_option{color_when::always, color_depth::ansi256}`, `!parse_color_option("maybe")`
+std::optional<color_option> parse_color_option(std::string_view when) noexcept;
+
+/// What a policy looks at besides the option: the variables, and what the two descriptors are.
+///
+/// A program that would have colour in the logs of a build server says so here: `if (std::getenv("CI") &&
+/// environment.clicolor_force.empty()) environment.clicolor_force = "1";`
+struct color_environment {
+    std::string_view no_color = {};             ///< NO_COLOR
+    std::string_view force_color = {};          ///< FORCE_COLOR
+    std::string_view clicolor_force = {};       ///< CLICOLOR_FORCE
+    std::string_view clicolor = {};             ///< CLICOLOR
+    std::string_view term = {};                 ///< TERM
+    std::string_view colorterm = {};            ///< COLORTERM
+    std::string_view term_program = {};         ///< TERM_PROGRAM
+    std::string_view term_program_version = {}; ///< TERM_PROGRAM_VERSION
+    std::string_view wt_session = {};           ///< WT_SESSION, of Windows Terminal
+    bool out_is_terminal = false;               ///< Standard output is a terminal.
+    bool err_is_terminal = false;               ///< Standard error is a terminal.
+
+    /// Returns what the process has now. The texts are the environment's own: setenv and putenv may end them.
+    ///
+    /// Cost    two isatty(3). errno stays as it was.
+    static color_environment of_process();
+};
+
+// ---------------------------------------------------------------------------------------------
+// What is answered
+// ---------------------------------------------------------------------------------------------
+
+/// Whether a descriptor gets colour, and why.
+struct color_decision {
+    color_depth depth = color_depth::none;
+    std::string_view reason = {}; ///< The rule that applied: "NO_COLOR is set", "not a terminal"...
+    std::string_view depth_reason =
+        {}; ///< What told the depth: "COLORTERM says 24 bit"... Empty if the rule itself did.
+
+    /// Whether there is colour at all.
+    explicit operator bool() const noexcept { return depth != color_depth::none; }
+};
+
+/// The decision in one line, for --version and its like: "none: NO_COLOR is set", "24 bit: a terminal, COLORTERM says 24
+/// bit".
+std::string to_string(color_decision const& decision);
+
+/// The colour policy of a program: a value, made once at its start. Any thread may ask it.
+class color_policy {
+public:
+    /// Decides by an option and an environment; it keeps neither of them.
+    explicit color_policy(color_option const& option,
+                          color_environment const& environment = color_environment::of_process()) noexcept;
+
+    /// Decides by the environment of the process alone.
+    static color_policy from_environment();
+
+    /// Decides by the last --color or --color=WHEN among the arguments, then by the environment of the process.
+    ///
+    /// Looks at argv[1] to argv[argc - 1] up to an argument "--", and changes none. It knows no other option: in
+    /// `-o --color` the second word counts too. A program with a parser of its own gives WHEN to parse_color_option.
+    ///
+    /// Throws  std::invalid_argument for a WHEN that is not known, even if another one follows. what() says what to write
+    ///         instead: "--color=maybe: WHEN is one of auto, always, never, 16, 256, 24bit". A byte of WHEN that is not
+    ///         printable ASCII is shown as "?".
+    static color_policy from_args(int argc, char const* const* argv);
+
+    color_decision const& out() const noexcept { return out_; } ///< For standard output, as it was at construction.
+    color_decision const& err() const noexcept { return err_; } ///< For standard error, as it was at construction.
+
+    /// For any descriptor. Asks isatty(3) now; errno stays as it was.
+    color_decision const& of(int descriptor) const noexcept;
+
+private:
+    color_decision on_terminal_;
+    color_decision elsewhere_;
+    color_decision out_;
+    color_decision err_;
+};
 
 } // namespace kestry::kit
 

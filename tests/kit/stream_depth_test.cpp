@@ -1,0 +1,110 @@
+#include <kestry/kit/policy.hpp>
+
+#include "support/process.hpp"
+
+#include <cerrno>
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+using namespace kestry::kit;
+
+color_depth depth_before_main()
+{
+    std::ostringstream os;
+    set_depth(os, color_depth::ansi256);
+    return depth_of(os);
+}
+
+color_depth const before_main = depth_before_main();
+
+// A terminal of 256 colours, and no word of colour from elsewhere.
+void use_plain_environment()
+{
+    for (char const* const name : {"NO_COLOR", "FORCE_COLOR", "CLICOLOR_FORCE", "CLICOLOR", "COLORTERM", "TERM_PROGRAM",
+                                   "TERM_PROGRAM_VERSION", "WT_SESSION"}) {
+        ::unsetenv(name);
+    }
+    ::setenv("TERM", "xterm-256color", 1);
+}
+
+std::string depths()
+{
+    std::string text;
+    for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
+        text += to_string(depth_of(*os));
+        text += '\n';
+    }
+    return text;
+}
+
+TEST(StreamDepth, IsWhatWasSet)
+{
+    std::ostringstream os;
+    for (color_depth const depth :
+         {color_depth::none, color_depth::ansi16, color_depth::ansi256, color_depth::truecolor, color_depth::none}) {
+        set_depth(os, depth);
+        EXPECT_EQ(depth_of(os), depth);
+    }
+}
+
+TEST(StreamDepth, OfAnotherStreamIsTruecolorAtFirst)
+{
+    std::ostringstream os;
+    EXPECT_EQ(depth_of(os), color_depth::truecolor);
+    std::ostream shares(std::cout.rdbuf());
+    EXPECT_EQ(depth_of(shares), color_depth::truecolor);
+}
+
+TEST(StreamDepth, GoesAlongWithCopyfmt)
+{
+    std::ostringstream from;
+    std::ostringstream to;
+    set_depth(from, color_depth::none);
+    to.copyfmt(from);
+    EXPECT_EQ(depth_of(to), color_depth::none);
+    set_depth(to, color_depth::ansi16);
+    EXPECT_EQ(depth_of(from), color_depth::none);
+}
+
+TEST(StreamDepth, MayBeSetBeforeMain) { EXPECT_EQ(before_main, color_depth::ansi256); }
+
+TEST(StreamDepth, OfStandardStreamsComesFromTheEnvironmentAndTheirDescriptor)
+{
+    auto const body = [] {
+        use_plain_environment();
+        report(depths());
+    };
+    EXPECT_EQ(on_terminal(body).report, "256 colours\n256 colours\n256 colours\n");
+    EXPECT_EQ(run_with({Sink::pipe, Sink::terminal}, body).report, "none\n256 colours\n256 colours\n");
+    EXPECT_EQ(run_with({Sink::terminal, Sink::pipe}, body).report, "256 colours\nnone\nnone\n");
+}
+
+TEST(StreamDepth, OfStandardStreamsIsKept)
+{
+    auto const run = on_terminal([] {
+        use_plain_environment();
+        depth_of(std::cout);
+        set_depth(std::clog, color_depth::ansi16);
+        ::setenv("NO_COLOR", "1", 1);
+        report(depths());
+    });
+    EXPECT_EQ(run.report, "256 colours\nnone\n16 colours\n");
+}
+
+TEST(StreamDepth, LeavesErrnoAlone)
+{
+    auto const run = on_pipe([] {
+        errno = 42;
+        depth_of(std::cout);
+        report(std::to_string(errno));
+    });
+    EXPECT_EQ(run.report, "42");
+}
+
+} // namespace
