@@ -140,13 +140,16 @@ color_decision yes(color_environment const& e, std::string_view reason)
 std::string_view reason_for(color_depth depth)
 {
     switch (depth) {
+    case color_depth::none:
+        return "--color=never";
     case color_depth::ansi16:
         return "--color=16";
     case color_depth::ansi256:
         return "--color=256";
-    default:
-        return "--color=24bit";
+    case color_depth::truecolor:
+        break;
     }
+    return "--color=24bit";
 }
 
 color_decision forced(color_environment const& e)
@@ -175,7 +178,7 @@ color_decision forced(color_environment const& e)
 
 color_decision decide(color_option const& option, color_environment const& e, bool on_terminal)
 {
-    if (option.when == color_when::never || option.depth == color_depth::none) {
+    if (option.when == color_when::never) {
         return no("--color=never");
     }
     if (option.when == color_when::always) {

@@ -170,6 +170,33 @@ private:
     color_decision err_;
 };
 
+// ---------------------------------------------------------------------------------------------
+// The two interfaces of the library
+// ---------------------------------------------------------------------------------------------
+
+/// Hands the policy to the stream interface and to the styles of the kit, for std::cout, std::cerr and std::clog.
+///
+/// Each is colorized if its descriptor gets colour and loses colour if not, and set_depth tells it how richly.
+/// The gate of the stream interface asks for a terminal besides: --color=always does not make its manipulators write
+/// into a pipe. The styles of the kit do as they are told.
+///
+/// Writes  nothing.
+/// Threads one, before others use the streams.
+void use_in_streams(color_policy const& policy);
+
+/// Hands a decision to the string interface: it is what kestry::Hueline::useColor is told.
+///
+/// That switch is one for the process. Where standard output and standard error differ, give it the decision for the
+/// stream that most texts go to, and switch over for the others: an object of class kestry::Hueline puts back what it
+/// found. `{ kestry::Hueline scope; scope.useColor(static_cast<bool>(policy.err())); std::cerr << ...; }`
+///
+/// State   the switch stays until somebody sets it again. The destructor of an object of class kestry::Hueline that is older
+///         than this call puts back what that object found.
+/// Throws  std::bad_alloc, at the first call.
+/// Threads one, before others use the string interface.
+/// Cost    one small allocation at the first call, kept to the end.
+void use_in_strings(color_decision const& decision);
+
 } // namespace kestry::kit
 
 #pragma GCC visibility pop
