@@ -159,6 +159,7 @@ TEST(ColorPolicy, ForceColorNamesTheDepth)
         {"3", "24 bit (FORCE_COLOR is set)"},
         {"4", "24 bit (FORCE_COLOR is set)"},
         {"10", "24 bit (FORCE_COLOR is set)"},
+        {"4294967296", "24 bit (FORCE_COLOR is set)"},
         {"99999999999999999999", "24 bit (FORCE_COLOR is set)"},
     };
     for (Row const& row : rows) {
@@ -244,6 +245,8 @@ TEST(ColorPolicy, FindsTheDepth)
         {{.term = "xterm-direct256"}, "24 bit (--color=always, TERM says direct colour)"},
         {{.term = "alacritty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
         {{.term = "contour"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "ALACRITTY"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "WEZTERM"}, "24 bit (--color=always, TERM is known for 24 bit)"},
         {{.term = "foot"}, "24 bit (--color=always, TERM is known for 24 bit)"},
         {{.term = "foot-extra"}, "24 bit (--color=always, TERM is known for 24 bit)"},
         {{.term = "xterm-ghostty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
