@@ -51,7 +51,7 @@ bool has_part(std::string_view term, std::initializer_list<std::string_view> wor
         if (is_one_of(term.substr(0, hyphen), words)) {
             return true;
         }
-        if (hyphen == term.npos) {
+        if (hyphen == std::string_view::npos) {
             return false;
         }
         term.remove_prefix(hyphen + 1);

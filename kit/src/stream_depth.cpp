@@ -16,8 +16,8 @@ constexpr color_depth depth_in(long word) { return static_cast<color_depth>(word
 // their word at once: one that grows while another thread looks at it would move.
 int depth_index()
 {
-    static std::ios_base::Init const standard_streams; // a static object of a file without <iostream> may be the first
     static int const index = [] {
+        static std::ios_base::Init const streams; // may be asked for by a static object of a file without <iostream>
         int const made = std::ios_base::xalloc();
         for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
             os->iword(made);
