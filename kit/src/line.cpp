@@ -187,7 +187,7 @@ line::buffer::int_type line::buffer::overflow(int_type c)
 
 int line::buffer::sync()
 {
-    flush_asked = true; // also after each insertion, if the stream is unbuffered
+    flush_asked = true;
     return 0;
 }
 
@@ -208,10 +208,13 @@ line::line(std::ostream& stream) noexcept : os(stream), held(*this)
         target = beneath->target;
         descriptor = beneath->descriptor;
         tied = beneath->tied;
+        unbuffered = beneath->unbuffered;
     } else if (os.rdbuf() != nullptr) {
         target = os.rdbuf();
         descriptor = is_standard ? descriptor_of(*target) : -1;
         tied = os.tie(nullptr);
+        unbuffered = (os.flags() & std::ios_base::unitbuf) != 0;
+        os.unsetf(std::ios_base::unitbuf); // a flush after each insertion would take a sixth of the line's time
     } else {
         return; // without a buffer a stream accepts nothing
     }
@@ -277,8 +280,13 @@ void line::give_back() noexcept
     if (os.rdbuf() == &held) { // the program may have given the stream another one meanwhile
         stream_buffer::set(os, beneath != nullptr ? &beneath->held : target);
     }
-    if (beneath == nullptr && os.tie() == nullptr) {
-        os.tie(tied);
+    if (beneath == nullptr) {
+        if (os.tie() == nullptr) {
+            os.tie(tied);
+        }
+        if (unbuffered) {
+            os.setf(std::ios_base::unitbuf);
+        }
     }
 }
 
@@ -298,7 +306,8 @@ bool line::put(std::string_view text)
     }
     auto const size = static_cast<std::streamsize>(text.size());
     bool const taken = text.empty() || target->sputn(text.data(), size) == size;
-    bool const flushed = !(is_standard || held.flush_asked) || target->pubsync() != -1;
+    bool const flushes = is_standard || unbuffered || held.flush_asked;
+    bool const flushed = !flushes || target->pubsync() != -1;
     return taken && flushed;
 }
 
@@ -340,6 +349,7 @@ std::ostream& to_terminal(std::ostream& os, std::string_view sequence)
 
 void past_stream(std::ostream& os, int descriptor, std::string_view sequence) noexcept
 {
+    no_cancellation const whole;
     flush(os);
     write_all(descriptor, sequence);
 }

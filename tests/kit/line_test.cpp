@@ -274,9 +274,11 @@ TEST(Line, GivesBufferTieAndMaskBack)
     for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
         auto* const buffer = os->rdbuf();
         auto* const tied = os->tie(&tie);
+        auto const flags = os->flags();
         on_out([&] { on_err([&] { line(*os) << "x"; }); });
         EXPECT_EQ(os->rdbuf(), buffer);
         EXPECT_EQ(os->tie(), &tie);
+        EXPECT_EQ(os->flags(), flags);
         EXPECT_EQ(os->exceptions(), ios_base::goodbit);
         EXPECT_EQ(os->rdstate(), ios_base::goodbit);
         os->tie(tied);
@@ -819,6 +821,21 @@ TEST(LineInALine, FlushesWhatIsTiedToTheStream)
     EXPECT_EQ(os.tie(), &tied);
 }
 
+TEST(LineInALine, IsFlushedWhereTheStreamIsUnbuffered)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    os << std::unitbuf;
+    {
+        line outer(os);
+        os << "outer";
+        line(os) << "inner";
+        EXPECT_EQ(journal.text, "[inner]/");
+    }
+    EXPECT_EQ(journal.text, "[inner]/[outer]/");
+    EXPECT_TRUE(os.flags() & ios_base::unitbuf);
+}
+
 TEST(LineInALine, MayEndAfterIt)
 {
     Journal tied_journal;
@@ -826,6 +843,7 @@ TEST(LineInALine, MayEndAfterIt)
     Journal journal;
     std::ostream os(&journal);
     os.tie(&tied);
+    os << std::unitbuf;
     auto first = std::make_unique<line>(os);
     os << "1";
     auto second = std::make_unique<line>(os);
@@ -833,15 +851,16 @@ TEST(LineInALine, MayEndAfterIt)
     auto third = std::make_unique<line>(os);
     os << "3";
     second.reset();
-    EXPECT_EQ(journal.text, "[2]");
+    EXPECT_EQ(journal.text, "[2]/");
     first.reset();
-    EXPECT_EQ(journal.text, "[2][1]");
+    EXPECT_EQ(journal.text, "[2]/[1]/");
     os << "4";
     EXPECT_EQ(os.tie(), nullptr);
     third.reset();
-    EXPECT_EQ(journal.text, "[2][1][34]");
+    EXPECT_EQ(journal.text, "[2]/[1]/[34]/");
     EXPECT_EQ(os.rdbuf(), &journal);
     EXPECT_EQ(os.tie(), &tied);
+    EXPECT_TRUE(os.flags() & ios_base::unitbuf);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -37,7 +37,8 @@ namespace kestry::kit {
 /// State    text that cannot be written sets badbit, which end() throws as an insertion would if the stream's mask has
 ///          it. The destructor sets it and throws nothing. An exception that passes writes the line as far as it came.
 ///          Text is accepted as long as the stream is good, and what was accepted is written. errno stays.
-/// Flushes  inside of the line wait for its end. A tied stream is flushed at the end, once.
+/// Flushes  inside of the line wait for its end. A tied stream is flushed at the end, once. std::unitbuf is off inside
+///          of a line and as before at its end.
 /// Memory   without it a long line is written in several pieces, and none is lost.
 /// Nesting  a line inside of another, on the same stream too, is written when it ends: before the outer one.
 /// Threads  that insert into the same stream use lines as well. What waits for such a thread, stands before the line
@@ -116,6 +117,7 @@ private:
     line* outer = nullptr;            // the line on any stream that was begun before
     int descriptor = -1;              // that target writes to, if it is standard output or standard error
     bool is_standard = false;
+    bool unbuffered = false; // std::unitbuf was set
     bool is_open = true;
     buffer held;
 };
