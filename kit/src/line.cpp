@@ -12,8 +12,11 @@
 #include <cstring>
 #include <exception>
 #include <iostream>
+#include <locale>
 #include <mutex>
 #include <new>
+#include <streambuf>
+#include <string_view>
 #include <typeinfo>
 
 #ifdef __GLIBCXX__
@@ -25,53 +28,6 @@
 #include <unistd.h>
 
 namespace kestry::kit::detail {
-
-// The lock guards them, so they are all lines of one thread.
-struct open_lines {
-    static line* innermost;
-
-    // The line that is the buffer of a stream now, or else a null pointer.
-    static line* on(std::ostream const& os) noexcept
-    {
-        line* open = innermost;
-        while (open != nullptr && &open->held != os.rdbuf()) {
-            open = open->outer;
-        }
-        return open;
-    }
-
-    static std::streambuf* own_buffer(std::ostream const& os) noexcept
-    {
-        line const* const open = on(os);
-        return open != nullptr ? open->target : os.rdbuf();
-    }
-
-    static void end_all() noexcept
-    {
-        while (innermost != nullptr) {
-            innermost->finish();
-        }
-    }
-
-    static void forget_all() noexcept
-    {
-        for (line* open = innermost; open != nullptr; open = open->outer) {
-            open->held.forget();
-        }
-    }
-};
-
-constinit line* open_lines::innermost = nullptr;
-
-} // namespace kestry::kit::detail
-
-namespace kestry::kit {
-
-using detail::no_cancellation;
-using detail::open_lines;
-using detail::output;
-using detail::write_all;
-using detail::write_line;
 
 namespace {
 
@@ -95,19 +51,6 @@ public:
 bool is_standard(std::ostream const& os) { return &os == &std::cout || &os == &std::cerr || &os == &std::clog; }
 
 int if_standard(int descriptor) { return descriptor == STDOUT_FILENO || descriptor == STDERR_FILENO ? descriptor : -1; }
-
-// In the middle of a line a stream has that line's buffer, which keeps what it holds: then its own is flushed.
-void flush(std::ostream& os) noexcept
-{
-    try {
-        if (open_lines::on(os) != nullptr) {
-            open_lines::own_buffer(os)->pubsync();
-        } else {
-            os.flush();
-        }
-    } catch (...) { // the state of that stream tells
-    }
-}
 
 // The descriptor that a buffer writes to, standard output or standard error, or else -1. A program may have given the
 // stream another buffer, and std::ios::sync_with_stdio has two for each.
@@ -141,22 +84,95 @@ int descriptor_of(std::streambuf& buffer)
 
 } // namespace
 
+// A line that has begun: the text, which the stream writes here, and what the stream gets back.
+class composition final : public std::streambuf {
+public:
+    explicit composition(std::ostream& stream) noexcept;
+    ~composition() override { delete[] longer; }
+    composition(composition const&) = delete;
+    composition& operator=(composition const&) = delete;
+
+    void end();
+    void finish() noexcept; // as end(), for a destructor
+
+    // The lock guards those that are open, so they all belong to one thread.
+    static void finish_all() noexcept;
+    static void forget_all() noexcept;
+
+    // The one that is the buffer of a stream now, or else a null pointer.
+    static composition* on(std::ostream const& os) noexcept;
+
+    // The stream's own buffer, in the middle of a line too.
+    static std::streambuf* beneath_lines(std::ostream const& os) noexcept;
+
+protected:
+    int_type overflow(int_type c) override;
+    int sync() override;
+    void imbue(std::locale const& locale) override;
+
+private:
+    std::string_view text() const noexcept { return {pbase(), static_cast<std::size_t>(pptr() - pbase())}; }
+    void forget() noexcept { setp(pbase(), epptr()); }
+    bool grow() noexcept;
+    bool put();
+    void give_back() noexcept;
+
+    static composition* innermost;
+
+    std::ostream& os;
+    composition* outer;               // that was begun before this one, on any stream
+    composition* beneath;             // on the same stream, which this one interrupts
+    std::streambuf* target = nullptr; // the stream's own buffer
+    std::ostream* tied = nullptr;     // to the stream
+    int descriptor = -1;              // that target writes to, if it is standard output or standard error
+    bool unbuffered = false;          // std::unitbuf was set
+    bool flush_asked = false;
+    bool is_open = true;
+    char* longer = nullptr;
+    char usual[1024];
+};
+
+constinit composition* composition::innermost = nullptr;
+
+composition* composition::on(std::ostream const& os) noexcept
+{
+    composition* open = innermost;
+    while (open != nullptr && open != os.rdbuf()) {
+        open = open->outer;
+    }
+    return open;
+}
+
+std::streambuf* composition::beneath_lines(std::ostream const& os) noexcept
+{
+    composition const* const open = composition::on(os);
+    return open != nullptr ? open->target : os.rdbuf();
+}
+
+namespace {
+
+void flush(std::ostream& os) noexcept
+{
+    try {
+        if (composition::on(os) != nullptr) { // which keeps what it holds
+            composition::beneath_lines(os)->pubsync();
+        } else {
+            os.flush();
+        }
+    } catch (...) { // the state of that stream tells
+    }
+}
+
+} // namespace
+
 // ---------------------------------------------------------------------------------------------
 // The text
 // ---------------------------------------------------------------------------------------------
 
-line::buffer::buffer(line& of) noexcept : owner(of) { setp(usual, usual + sizeof usual); }
-
-line::buffer::~buffer() { delete[] longer; }
-
-std::string_view line::buffer::text() const noexcept { return {pbase(), static_cast<std::size_t>(pptr() - pbase())}; }
-
-void line::buffer::forget() noexcept { setp(pbase(), epptr()); }
-
-bool line::buffer::grow() noexcept
+bool composition::grow() noexcept
 {
-    auto const size = static_cast<std::size_t>(pptr() - pbase());
-    std::size_t const capacity = size * 4;
+    auto const size = text().size();
+    auto const capacity = size * 4;
     if (capacity > INT_MAX) { // pbump takes an int
         return false;
     }
@@ -172,10 +188,10 @@ bool line::buffer::grow() noexcept
     return true;
 }
 
-line::buffer::int_type line::buffer::overflow(int_type c)
+composition::int_type composition::overflow(int_type c)
 {
     if (!grow()) {
-        bool const written = owner.put(text());
+        bool const written = put();
         forget();
         if (!written) {
             return traits_type::eof();
@@ -185,25 +201,46 @@ line::buffer::int_type line::buffer::overflow(int_type c)
                                                            : sputc(traits_type::to_char_type(c));
 }
 
-int line::buffer::sync()
+int composition::sync()
 {
     flush_asked = true;
     return 0;
 }
 
-void line::buffer::imbue(std::locale const& locale) { owner.target->pubimbue(locale); }
+void composition::imbue(std::locale const& locale) { target->pubimbue(locale); }
+
+// What an insertion of the whole text would do, but whatever state the stream is in: the text was accepted.
+bool composition::put()
+{
+    if (target == nullptr) {
+        return true;
+    }
+    no_cancellation const whole;
+    if (tied != nullptr) {
+        flush(*tied);
+    }
+    if (descriptor >= 0) {
+        bool const in_order = target->pubsync() != -1;
+        return (text().empty() || write_line(descriptor, text())) && in_order;
+    }
+    auto const size = static_cast<std::streamsize>(text().size());
+    bool const taken = size == 0 || target->sputn(pbase(), size) == size;
+    bool const flushes = is_standard(os) || unbuffered || flush_asked;
+    bool const flushed = !flushes || target->pubsync() != -1;
+    return taken && flushed;
+}
 
 // ---------------------------------------------------------------------------------------------
-// The line
+// Begin and end
 // ---------------------------------------------------------------------------------------------
 
-line::line(std::ostream& stream) noexcept : os(stream), held(*this)
+composition::composition(std::ostream& stream) noexcept : os(stream)
 {
     output.lock();
-    outer = open_lines::innermost;
-    is_standard = kit::is_standard(os);
-    beneath = open_lines::on(os);
-    open_lines::innermost = this;
+    setp(usual, usual + sizeof usual);
+    outer = innermost;
+    beneath = on(os);
+    innermost = this;
     if (beneath != nullptr) {
         target = beneath->target;
         descriptor = beneath->descriptor;
@@ -211,27 +248,17 @@ line::line(std::ostream& stream) noexcept : os(stream), held(*this)
         unbuffered = beneath->unbuffered;
     } else if (os.rdbuf() != nullptr) {
         target = os.rdbuf();
-        descriptor = is_standard ? descriptor_of(*target) : -1;
+        descriptor = is_standard(os) ? descriptor_of(*target) : -1;
         tied = os.tie(nullptr);
         unbuffered = (os.flags() & std::ios_base::unitbuf) != 0;
         os.unsetf(std::ios_base::unitbuf); // a flush after each insertion would take a sixth of the line's time
     } else {
         return; // without a buffer a stream accepts nothing
     }
-    stream_buffer::set(os, &held);
+    stream_buffer::set(os, this);
 }
 
-line::~line() { finish(); }
-
-void line::finish() noexcept
-{
-    try {
-        end();
-    } catch (...) { // the state of the stream tells
-    }
-}
-
-void line::end()
+void composition::end()
 {
     if (!is_open) {
         return;
@@ -244,7 +271,7 @@ void line::end()
     bool written = false;
     std::exception_ptr thrown;
     try {
-        written = put(held.text());
+        written = put();
     } catch (...) {
         thrown = std::current_exception();
     }
@@ -261,11 +288,12 @@ void line::end()
     }
 }
 
-// Lines need not end in the order in which they began: the one that interrupts this one then interrupts the one beneath.
-void line::give_back() noexcept
+// Lines need not end in the order in which they began: the one that interrupts this one may come to interrupt the one
+// beneath.
+void composition::give_back() noexcept
 {
-    line* interrupting = nullptr;
-    line** open = &open_lines::innermost;
+    composition* interrupting = nullptr;
+    composition** open = &innermost;
     for (; *open != this; open = &(*open)->outer) {
         if ((*open)->beneath == this) {
             interrupting = *open;
@@ -277,8 +305,8 @@ void line::give_back() noexcept
         interrupting->beneath = beneath;
         return;
     }
-    if (os.rdbuf() == &held) { // the program may have given the stream another one meanwhile
-        stream_buffer::set(os, beneath != nullptr ? &beneath->held : target);
+    if (os.rdbuf() == this) { // the program may have given the stream another one meanwhile
+        stream_buffer::set(os, beneath != nullptr ? beneath : target);
     }
     if (beneath == nullptr) {
         if (os.tie() == nullptr) {
@@ -290,26 +318,46 @@ void line::give_back() noexcept
     }
 }
 
-// What an insertion of the whole text would do, but whatever state the stream is in: the text was accepted.
-bool line::put(std::string_view text)
+void composition::finish() noexcept
 {
-    if (target == nullptr) {
-        return true;
+    try {
+        end();
+    } catch (...) { // the state of the stream tells
     }
-    no_cancellation const whole;
-    if (tied != nullptr) {
-        flush(*tied);
-    }
-    if (descriptor >= 0) {
-        bool const in_order = target->pubsync() != -1;
-        return (text.empty() || write_line(descriptor, text)) && in_order;
-    }
-    auto const size = static_cast<std::streamsize>(text.size());
-    bool const taken = text.empty() || target->sputn(text.data(), size) == size;
-    bool const flushes = is_standard || unbuffered || held.flush_asked;
-    bool const flushed = !flushes || target->pubsync() != -1;
-    return taken && flushed;
 }
+
+void composition::finish_all() noexcept
+{
+    while (innermost != nullptr) {
+        innermost->finish();
+    }
+}
+
+void composition::forget_all() noexcept
+{
+    for (composition* open = innermost; open != nullptr; open = open->outer) {
+        open->forget();
+    }
+}
+
+} // namespace kestry::kit::detail
+
+namespace kestry::kit {
+
+using namespace detail;
+
+line::line(std::ostream& stream) noexcept : os(stream), composed(new (place) composition(stream))
+{
+    static_assert(sizeof(composition) <= sizeof place && alignof(composition) <= alignof(std::max_align_t));
+}
+
+line::~line()
+{
+    composed->finish();
+    composed->~composition();
+}
+
+void line::end() { composed->end(); }
 
 // ---------------------------------------------------------------------------------------------
 // The cursor
@@ -328,7 +376,7 @@ constinit std::array<std::atomic<int>, STDERR_FILENO + 1> hidden = {};
 int terminal_of(std::ostream const& os)
 {
     same_errno const kept;
-    std::streambuf* const buffer = is_standard(os) ? open_lines::own_buffer(os) : nullptr;
+    std::streambuf* const buffer = is_standard(os) ? composition::beneath_lines(os) : nullptr;
     int const descriptor = buffer != nullptr ? descriptor_of(*buffer) : -1;
     if (descriptor < 0 || isatty(descriptor) == 0) {
         return -1;
@@ -358,7 +406,7 @@ void past_stream(std::ostream& os, int descriptor, std::string_view sequence) no
 void tidy_at_exit()
 {
     if (output.try_lock()) { // else another thread has a line, which is lost as the thread is
-        open_lines::end_all();
+        composition::finish_all();
         output.unlock();
     }
     for (int const descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
@@ -371,7 +419,7 @@ void tidy_at_exit()
 // What the parent has composed and hidden, the parent writes and shows.
 void start_anew_in_child()
 {
-    open_lines::forget_all();
+    composition::forget_all();
     for (auto& count : hidden) {
         count = 0;
     }

@@ -32,7 +32,7 @@ private:
 /// insertion into std::cerr flushes std::cout, and two locks that nested lines took in either order would deadlock.
 extern output_mutex output;
 
-/// As long as it lives, a cancelled thread goes on: write(2) is a cancellation point, and a line is not to be cut there.
+/// As long as it lives, a cancelled thread goes on: write(2) is a cancellation point, and is not to cut a line.
 class no_cancellation {
 public:
     no_cancellation() noexcept;

@@ -3,50 +3,44 @@
 #ifndef KESTRY_KIT_LINE_HPP
 #define KESTRY_KIT_LINE_HPP
 
-#include <locale>
+#include <cstddef>
 #include <ostream>
-#include <streambuf>
-#include <string_view>
 
 namespace kestry::kit::detail {
-struct open_lines; // all lines that have begun and not ended
+class composition;
 } // namespace kestry::kit::detail
 
 #pragma GCC visibility push(default)
 
 namespace kestry::kit {
 
-/// Composes a line on a stream by any number of insertions, and writes it at its end in one piece.
+/// Composes a line on a stream by any number of insertions, and writes it in one piece when it ends.
 ///
-/// It owns the text until then: 1024 bytes of it in itself, more on the heap. Lines may be written by any thread: each
-/// holds the one lock of all lines as long as it lives, and ends on the thread where it began.
-///
-/// The insertions reach the stream itself, whose buffer is the line's for so long. So manipulators that look at the
-/// stream, styles, and operators of one's own write what they always write, and format flags, width, fill, precision,
-/// locale and state are as the insertions leave them. The line adds nothing, no line end either.
+/// It owns the text until then. Lines may be written by any thread: each holds the one lock of all lines as long as it
+/// lives, and ends on the thread where it began.
 ///
 ///     line(std::cerr) << red << "error: " << normal << std::hex << 42 << '\n'; // one write(2), at the semicolon
 ///
-/// \name Where it goes
-/// std::cout, std::cerr, std::clog: one write(2) to standard output or standard error, after what these streams, stdio
-///     and a tied stream still held. It goes on after a signal and a short write, and waits for a descriptor that does
-///     not block. If the program gave the stream a buffer of its own, that gets the text in one piece and is flushed.
-/// Any other stream: one piece into its buffer, which is flushed if an insertion of the line was to be.
+/// The insertions reach the stream itself, whose buffer is the line's for so long. So the library's manipulators, styles
+/// and operators of one's own write what they always write, and format flags, width, fill, precision, locale and state
+/// are as the insertions leave them. The line adds nothing, no line end either.
 ///
-/// \name What else holds
-/// State    text that cannot be written sets badbit, which end() throws as an insertion would if the stream's mask has
-///          it. The destructor sets it and throws nothing. An exception that passes writes the line as far as it came.
-///          Text is accepted as long as the stream is good, and what was accepted is written. errno stays.
-/// Flushes  inside of the line wait for its end. A tied stream is flushed at the end, once. std::unitbuf is off inside
-///          of a line and as before at its end.
-/// Memory   without it a long line is written in several pieces, and none is lost.
-/// Nesting  a line inside of another, on the same stream too, is written when it ends: before the outer one.
-/// Threads  that insert into the same stream use lines as well. What waits for such a thread, stands before the line
-///          and not in it. On a pipe the system keeps lines of other processes apart up to PIPE_BUF bytes, on a terminal
-///          and in a file that is appended to, at any length.
-/// Ends     std::exit inside of a line writes what it holds; a fork inside of it leaves that to the parent; a signal or
+/// Writes   std::cout, std::cerr, std::clog: one write(2) to standard output or standard error, after what the stream,
+///          stdio and a tied stream still held. It goes on after a signal and a short write, and waits for a descriptor
+///          that does not block. If the program gave the stream a buffer, that gets the text in one piece, and a flush.
+///          Any other stream: its buffer gets the text in one piece, and a flush if an insertion asked for one.
+/// State    Text is accepted as long as the stream is good, and then written even if the stream fails later. Text that
+///          cannot be written sets badbit. errno stays.
+/// Throws   What the insertions throw; the line is written as far as it came. The destructor throws nothing.
+/// Flushes  Those inside of a line wait for its end, and std::unitbuf is off until then. A tied stream is flushed once.
+/// Nesting  A line that begins inside of another, on the same stream too, may end and be written before it.
+/// Threads  Those that insert into the same stream use lines as well. A line waits for the lines of other threads, as
+///          does a fork: what needs another thread to go on stands before a line, not in it.
+/// Others   A pipe keeps the lines of several processes apart up to PIPE_BUF bytes (4096 on Linux), a terminal or a
+///          file that is appended to at any length.
+/// Ends     std::exit in a line writes what the line holds; a child process leaves that to its parent; a signal or
 ///          std::abort loses it.
-/// Cost     a lock; one write(2); no allocation up to 1024 bytes.
+/// Cost     A lock and one write(2); no allocation up to 1024 bytes. Without memory a longer line takes several writes.
 class line {
 public:
     /// Waits for the lock, and begins.
@@ -58,7 +52,7 @@ public:
     line(line const&) = delete;
     line& operator=(line const&) = delete;
 
-    /// Inserts the value and returns the stream itself, for the insertions that follow.
+    /// Inserts the value, and returns the stream itself for the insertions that follow.
     template <typename T>
     requires requires(std::ostream& os, T const& value) { os << value; }
     std::ostream& operator<<(T const& value)
@@ -73,76 +67,39 @@ public:
     /// The stream, for code that wants one.
     std::ostream& stream() noexcept { return os; }
 
-    /// Writes the line and gives the stream and the lock back. Insertions that follow go to the stream at once; a second
-    /// call does nothing.
+    /// Ends the line before its destructor does. Insertions that follow reach the stream at once; a second call does
+    /// nothing.
     ///
-    /// Throws  as an insertion would that cannot write: std::ios_base::failure, or what the stream's own buffer throws,
-    ///         if the mask of the stream has badbit.
+    /// Throws  what an insertion that cannot write throws, if the stream's mask has badbit: std::ios_base::failure, or
+    ///         what a buffer of the program's throws.
     void end();
 
 private:
-    // The line's text, where the stream writes it.
-    class buffer final : public std::streambuf {
-    public:
-        explicit buffer(line& of) noexcept;
-        ~buffer() override;
-        std::string_view text() const noexcept;
-        void forget() noexcept;
-
-        bool flush_asked = false;
-
-    protected:
-        int_type overflow(int_type c) override;
-        int sync() override;
-        void imbue(std::locale const& locale) override;
-
-    private:
-        bool grow() noexcept;
-
-        line& owner;
-        char* longer = nullptr;
-        char usual[1024];
-    };
-
-    friend struct detail::open_lines;
-
-    void finish() noexcept;
-    void give_back() noexcept;
-    bool put(std::string_view text);
-
     std::ostream& os;
-    std::streambuf* target = nullptr; // the stream's own buffer
-    std::ostream* tied = nullptr;     // to the stream
-    line* beneath = nullptr;          // the line on the same stream that this one interrupts
-    line* outer = nullptr;            // the line on any stream that was begun before
-    int descriptor = -1;              // that target writes to, if it is standard output or standard error
-    bool is_standard = false;
-    bool unbuffered = false; // std::unitbuf was set
-    bool is_open = true;
-    buffer held;
+    detail::composition* composed; // in the place that follows, so that a line needs no memory of its own
+    alignas(std::max_align_t) std::byte place[1216];
 };
 
 /// \name The cursor
 ///
-/// Hides it and shows it again: DECTCEM, a private mode of the VT220 that terminals have in common.
+/// Hides the cursor, and shows it: DECTCEM, a private mode that terminals have from the VT220.
 ///
-/// Writes  "\e[?25l" and "\e[?25h" into std::cout, std::cerr and std::clog where they lead to a terminal and TERM is
-///         neither unset nor empty nor "dumb"; otherwise nothing. A cursor is no colour: colorize and NO_COLOR are not
-///         asked. No flush; a width that is pending stays so.
-/// Cost    isatty(3).
+/// Writes   "\e[?25l" and "\e[?25h" into std::cout, std::cerr and std::clog where they lead to a terminal and TERM is
+///          not unset, empty or "dumb"; nothing elsewhere. A cursor is no colour: colorize and NO_COLOR do not count.
+/// Stream   A pending width stays pending. No flush.
+/// Cost     isatty(3).
 /// \{
 std::ostream& hide_cursor(std::ostream& os);
 std::ostream& show_cursor(std::ostream& os);
 /// \}
 
-/// Hides the cursor as long as it lives, and shows it again when it ends, while an exception passes too.
+/// Hides the cursor where hide_cursor would, as long as it lives, and shows it again also while an exception passes.
 ///
-/// It writes past the stream's own buffer, after what that still held, and at once: whatever state the stream is in.
-/// Any thread may have one, and several on one descriptor hide the cursor until the last ends. std::exit shows the cursor;
-/// a signal that ends the process does not, and its handler may write(2) "\e[?25h".
+/// It writes past the stream, whatever state that is in, at once and after what the stream still held. Any thread may
+/// have one; several on one descriptor hide the cursor until the last ends. std::exit shows the cursor, too; a signal
+/// that ends the process does not, but its handler may write(2) "\e[?25h".
 class hidden_cursor {
 public:
-    /// Does nothing where hide_cursor writes nothing.
     explicit hidden_cursor(std::ostream& os) noexcept;
     ~hidden_cursor();
 
@@ -151,7 +108,7 @@ public:
 
 private:
     std::ostream& os;
-    int descriptor = -1; // stays so where there is nothing to hide
+    int descriptor = -1; // of the terminal, if there is one
 };
 
 } // namespace kestry::kit
