@@ -21,9 +21,9 @@ namespace kestry::kit {
 ///
 ///     line(std::cerr) << red << "error: " << normal << std::hex << 42 << '\n'; // one write(2), at the semicolon
 ///
-/// The insertions reach the stream itself, whose buffer is the line's for so long. So the library's manipulators, styles
-/// and operators of one's own write what they always write, and format flags, width, fill, precision, locale and state
-/// are as the insertions leave them. The line adds nothing, no line end either.
+/// The insertions reach the stream itself, whose buffer is the line's for so long. So manipulators, styles and
+/// operators of one's own write what they always write, and format flags, width, fill, precision, locale and state are
+/// as the insertions leave them. The line adds nothing, no line end either.
 ///
 /// Writes   std::cout, std::cerr, std::clog: one write(2) to standard output or standard error, after what the stream,
 ///          stdio and a tied stream still held. It goes on after a signal and a short write, and waits for a descriptor
