@@ -1,10 +1,9 @@
 #include "columns.hpp"
 
+#include "ascii.hpp"
 #include "emoji_bases.hpp"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
 #include <utf8proc.h>
 
 namespace kestry::kit::detail {
@@ -178,25 +177,6 @@ void column_counter::add(std::string_view text) noexcept
             text.remove_prefix(next.size);
         }
     }
-}
-
-std::size_t printable_ascii(std::string_view text) noexcept
-{
-    std::uint64_t constexpr every = 0x0101'0101'0101'0101;
-    std::size_t at = 0;
-    for (; text.size() - at >= sizeof(std::uint64_t); at += sizeof(std::uint64_t)) {
-        std::uint64_t bytes = 0;
-        std::memcpy(&bytes, text.data() + at, sizeof bytes);
-        // The top bit of a byte shows: below 20, 7F, or past ASCII. What a borrow or a carry adds stands above a byte
-        // that shows itself.
-        if ((((bytes - 0x20 * every) | (bytes + every) | bytes) & 0x80 * every) != 0) {
-            break;
-        }
-    }
-    while (at < text.size() && text[at] >= ' ' && text[at] <= '~') {
-        ++at;
-    }
-    return at;
 }
 
 } // namespace kestry::kit::detail

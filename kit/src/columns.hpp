@@ -82,7 +82,4 @@ constexpr void walk(std::string_view text, OnCharacter on_character, OnSequence 
     }
 }
 
-/// The printable ASCII characters, 20 to 7E, at the head of a text: how many.
-std::size_t printable_ascii(std::string_view text) noexcept;
-
 } // namespace kestry::kit::detail

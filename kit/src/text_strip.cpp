@@ -1,5 +1,6 @@
 #include "kestry/kit/text.hpp"
 
+#include "ascii.hpp"
 #include "escape_machine.hpp"
 
 #include <utility>
@@ -47,6 +48,12 @@ void escape_stripper::strip(std::string_view text, std::string& result, more aft
         kept = end;
     };
     while (at < text.size()) {
+        if (machine.current() == detail::escape_machine::state::ground) {
+            at += detail::ascii_text(text.substr(at));
+            if (at == text.size()) {
+                break;
+            }
+        }
         detail::character const next = detail::decode(text.substr(at));
         if (next.is == detail::character::state::cut_off && after == more::may_follow) {
             partial = text.substr(at);

@@ -115,6 +115,40 @@ private:
     unsigned char state = 0; // of the machine
 };
 
+// ---------------------------------------------------------------------------------------------
+// Text from elsewhere
+// ---------------------------------------------------------------------------------------------
+
+/// What escape_untrusted() leaves as it is.
+struct escape_options {
+    bool keep_tab = false;     ///< U+0009.
+    bool keep_newline = false; ///< U+000A.
+};
+
+/// Makes a text harmless that may come from anywhere, visibly and so that it can be read back.
+///
+/// escape_untrusted("\e[2J") == R"(\x1b[2J)", escape_untrusted("\u202Efdp.exe") == R"(\u{202e}fdp.exe)".
+///
+/// Writes  "\xHH" for a C0 control, DEL and a byte that is no UTF-8; "\u{H}", with as many digits as it takes, for C1
+///         controls, bidirectional controls, line and paragraph separators, and whatever else is invisible: zero-width
+///         characters, tags, fillers. Digits are lower case.
+///         A joiner (U+200C, U+200D) stays between two characters past ASCII, as emoji, Persian and Indic texts have it; a
+///         variation selector after one, or after a digit, # or *; the tags of a flag in that flag.
+///         A backslash stays as it is, unless what follows would read as one of the two forms: then it is "\x5c".
+///         So a safe text is returned as it is, but for one that has such a form in it.
+/// Throws  std::bad_alloc.
+/// Cost    one allocation for a safe text.
+std::string escape_untrusted(std::string_view text, escape_options options = {});
+
+/// Reads back what escape_untrusted() has written: unescape_untrusted(escape_untrusted(x)) == x for all bytes x.
+///
+/// unescape_untrusted(R"(\x1b[2J)") == "\e[2J", unescape_untrusted(R"(C:\temp\x)") == R"(C:\temp\x)".
+///
+/// What escape_untrusted() never writes stays as it is. The result is as harmful as the text once was.
+///
+/// Throws  std::bad_alloc.
+std::string unescape_untrusted(std::string_view text);
+
 } // namespace kestry::kit
 
 #pragma GCC visibility pop
