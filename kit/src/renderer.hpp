@@ -20,7 +20,7 @@ namespace kestry::kit::detail {
 
 /// What a renderer writes to.
 struct sink {
-    void (*write)(void* to, char const* bytes, std::size_t size);
+    write_bytes* write;
     void* to;
 };
 

@@ -120,6 +120,13 @@ std::string to_string(piece const* group, color_depth depth)
     return result;
 }
 
+void format(piece const* group, color_depth depth, layout const& where, void* to, write_bytes* write)
+{
+    renderer r({write, to}, {depth, {}, nullptr, nullptr});
+    r.render(group, where);
+    r.finish();
+}
+
 } // namespace detail
 
 } // namespace kestry::kit

@@ -17,6 +17,11 @@
 #include <tuple>
 #include <type_traits>
 #include <utility>
+#include <version>
+
+#if defined(__cpp_lib_format)
+#include <format>
+#endif
 
 #pragma GCC visibility push(default)
 
@@ -185,6 +190,9 @@ struct layout {
 std::ostream& insert(std::ostream& os, piece const* group, color_depth at_most);
 std::string to_string(piece const* group, color_depth depth);
 
+using write_bytes = void(void* to, char const* bytes, std::size_t size);
+void format(piece const* group, color_depth depth, layout const& where, void* to, write_bytes* write);
+
 template <class T>
 concept insertable = requires(std::ostream& os, T const& value)
 {
@@ -309,6 +317,21 @@ public:
         return at;
     }
 
+    /// For the kit itself: writes the text in a layout, and returns where the next character goes.
+    template <class Out>
+    Out format_to(Out out, detail::layout const& where) const
+    {
+        detail::piece pieces[count];
+        describe(pieces);
+        detail::format(pieces, depth, where, &out, [](void* to, char const* bytes, std::size_t size) {
+            Out& at = *static_cast<Out*>(to);
+            for (; size != 0; --size) {
+                *at++ = *bytes++;
+            }
+        });
+        return out;
+    }
+
 private:
     static constexpr std::size_t count = detail::pieces_of<styled_text>;
 
@@ -336,8 +359,191 @@ requires(detail::insertable<std::decay_t<Piece>>&&...) constexpr auto styled(sty
     return styled_text<detail::kept<Piece>...>(look, detail::keep(std::forward<Piece>(pieces))...);
 }
 
+// ---------------------------------------------------------------------------------------------
+// Styled text in format strings
+// ---------------------------------------------------------------------------------------------
+
+namespace detail {
+
+// A format specification of text: [[fill]align][width][.precision][s], with arguments in braces for both numbers.
+// Error is what the formatting library throws.
+template <class Error>
+class format_spec {
+public:
+    template <class Context>
+    constexpr auto parse(Context& context)
+    {
+        std::string_view const all{context.begin(), context.end()};
+        rest = all;
+        parse_side();
+        if (starts_with('{')) {
+            width_argument = parse_argument(context);
+        } else if (!starts_with('0')) { // which would be a fill of numbers
+            where.width = starts_with_digit() ? parse_number() : 0;
+        }
+        if (starts_with('.')) {
+            rest.remove_prefix(1);
+            if (starts_with('{')) {
+                limit_argument = parse_argument(context);
+            } else if (starts_with_digit()) {
+                where.limit = parse_number();
+            } else {
+                throw Error("the precision of a styled text is a number or an argument");
+            }
+        }
+        if (starts_with('s')) {
+            rest.remove_prefix(1);
+        }
+        if (!rest.empty() && !starts_with('}')) {
+            throw Error("a styled text is formatted with fill, alignment, width, precision and s");
+        }
+        return context.begin() + static_cast<std::ptrdiff_t>(all.size() - rest.size());
+    }
+
+    // number_at(n, read) calls read with the argument n.
+    template <class NumberAt>
+    layout resolve(NumberAt number_at) const
+    {
+        auto const read = [](auto const& n) -> std::size_t {
+            using Number = std::remove_cvref_t<decltype(n)>;
+            if constexpr (std::integral<Number> && !std::same_as<Number, bool> && !std::same_as<Number, char>) {
+                if (std::in_range<int>(n) && n >= 0) {
+                    return static_cast<std::size_t>(n);
+                }
+            }
+            throw Error("width and precision of a styled text are numbers from 0");
+        };
+        layout resolved = where;
+        if (width_argument != none) {
+            resolved.width = number_at(width_argument, read);
+        }
+        if (limit_argument != none) {
+            resolved.limit = number_at(limit_argument, read);
+        }
+        return resolved;
+    }
+
+private:
+    static constexpr std::size_t none = no_limit;
+
+    constexpr bool starts_with(char c) const { return !rest.empty() && rest.front() == c; }
+    constexpr bool starts_with_digit() const { return !rest.empty() && rest.front() >= '0' && rest.front() <= '9'; }
+
+    constexpr void parse_side()
+    {
+        auto const is_side = [](char c) { return c == '<' || c == '^' || c == '>'; };
+        auto const byte = rest.empty() ? 0U : static_cast<unsigned char>(rest.front());
+        std::size_t const fill = byte < 0xc0 ? 1 : byte < 0xe0 ? 2 : byte < 0xf0 ? 3 : 4; // bytes in UTF-8
+        if (fill < rest.size() && is_side(rest[fill]) && byte != '{' && byte != '}') {
+            where.fill = rest.substr(0, fill);
+            rest.remove_prefix(fill);
+        }
+        if (!rest.empty() && is_side(rest.front())) {
+            using side = layout::side;
+            where.where = rest.front() == '<' ? side::left : rest.front() == '>' ? side::right : side::center;
+            rest.remove_prefix(1);
+        }
+    }
+
+    constexpr std::size_t parse_number()
+    {
+        std::size_t n = 0;
+        for (; starts_with_digit(); rest.remove_prefix(1)) {
+            n = n * 10 + static_cast<std::size_t>(rest.front() - '0');
+            if (n > 0x7fffffff) {
+                throw Error("the number is too large");
+            }
+        }
+        return n;
+    }
+
+    template <class Context>
+    constexpr std::size_t parse_argument(Context& context)
+    {
+        rest.remove_prefix(1);
+        std::size_t n = 0;
+        if (starts_with_digit()) {
+            n = parse_number();
+            context.check_arg_id(static_cast<int>(n));
+        } else {
+            n = static_cast<std::size_t>(context.next_arg_id());
+        }
+        if (!starts_with('}')) {
+            throw Error("an argument for width or precision is a number or nothing in braces");
+        }
+        rest.remove_prefix(1);
+        return n;
+    }
+
+    std::string_view rest; // of the specification
+    layout where;
+    std::size_t width_argument = none;
+    std::size_t limit_argument = none;
+};
+
+} // namespace detail
+
 } // namespace kestry::kit
 
+#if defined(__cpp_lib_format)
+
+/// Formats styled text as text: "{:*^12.5s}". Width and precision count columns; padding is outside of the style.
+///
+/// std::format("{:>6}|", styled("x", bold)) == "     \e[1mx\e[22m|"
+/// Depth   that of at(): std::format("{}", styled("x", bold).at(color_depth::none)) == "x"
+/// Cost    nothing is allocated for pieces of text.
+template <class... Pieces>
+struct std::formatter<kestry::kit::styled_text<Pieces...>, char> {
+    constexpr auto parse(std::format_parse_context& context) { return spec.parse(context); }
+
+    template <class Context>
+    auto format(kestry::kit::styled_text<Pieces...> const& text, Context& context) const
+    {
+        auto const number_at = [&context](std::size_t n, auto read) {
+            return std::visit_format_arg(read, context.arg(n));
+        };
+        return text.format_to(context.out(), spec.resolve(number_at));
+    }
+
+private:
+    kestry::kit::detail::format_spec<std::format_error> spec;
+};
+
+#endif
+
 #pragma GCC visibility pop
+
+#endif // KESTRY_KIT_STYLE_HPP
+
+// Outside of the guard: included again after <fmt/format.h>, this header knows fmt too.
+#if defined(FMT_VERSION) && !defined(KESTRY_KIT_STYLE_FMT)
+#define KESTRY_KIT_STYLE_FMT
+
+/// Formats styled text as std::formatter does, for fmt: fmt::format("{:>6}|", styled("x", bold)).
+template <class... Pieces>
+struct fmt::formatter<kestry::kit::styled_text<Pieces...>, char> {
+    template <class Context>
+    constexpr auto parse(Context& context)
+    {
+        return spec.parse(context);
+    }
+
+    template <class Context>
+    auto format(kestry::kit::styled_text<Pieces...> const& text, Context& context) const
+    {
+        auto const number_at = [&context](std::size_t n, auto read) {
+            auto const argument = context.arg(static_cast<int>(n));
+#if FMT_VERSION >= 110000
+            return argument.visit(read);
+#else
+            return fmt::visit_format_arg(read, argument);
+#endif
+        };
+        return text.format_to(context.out(), spec.resolve(number_at));
+    }
+
+private:
+    kestry::kit::detail::format_spec<fmt::format_error> spec;
+};
 
 #endif
