@@ -1,5 +1,6 @@
 #include "renderer.hpp"
 
+#include "ascii.hpp"
 #include "sgr.hpp"
 
 #include <algorithm>
@@ -22,21 +23,14 @@ constexpr bool ends_line(char c) { return c >= '\n' && c <= '\r'; }
 // The bytes at the head of a text that are no control of ours and that nothing to come can change.
 std::size_t plain_bytes(std::string_view text)
 {
-    std::size_t at = 0;
+    std::size_t at = printable_ascii(text);
     while (at < text.size()) {
-        char const c = text[at];
-        if (static_cast<unsigned char>(c) < 0x80) {
-            if (c == '\x1b' || ends_line(c)) {
-                break;
-            }
-            ++at;
-        } else {
-            character const next = decode(text.substr(at));
-            if (begins_sequence(next.code) || next.is == character::state::cut_off) {
-                break;
-            }
-            at += next.size;
+        character const next = decode(text.substr(at));
+        if (begins_sequence(next.code) || next.is == character::state::cut_off || ends_line(text[at])) {
+            break;
         }
+        at += next.size;
+        at += printable_ascii(text.substr(at));
     }
     return at;
 }
@@ -166,6 +160,7 @@ renderer::value_stream::value_stream(renderer& r, options const& chosen) : buffe
         stream.imbue(std::locale::classic());
     }
     set_depth(stream, chosen.depth);
+    mark_for_values(stream);
 }
 
 void renderer::insert(piece const* value)

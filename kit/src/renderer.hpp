@@ -128,4 +128,7 @@ private:
     char buffer[512];
 };
 
+/// Says in a word of a stream that renderer::of() may be asked of it: it takes a while.
+void mark_for_values(std::ostream& os);
+
 } // namespace kestry::kit::detail

@@ -4,134 +4,188 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <bit>
 
 namespace kestry::kit::detail {
 
 namespace {
 
-struct attribute {
-    std::uint16_t bit = 0;
-    unsigned on = 0;
-};
-
-struct attribute_group {
-    unsigned off;             // ends all of them
-    bool is_exclusive = true; // one takes the place of another
-    std::array<attribute, 5> members;
-
-    constexpr unsigned mask() const
-    {
-        unsigned bits = 0;
-        for (attribute const& member : members) {
-            bits |= member.bit;
-        }
-        return bits;
-    }
-};
-
+// The attributes of a rendition by the numbers of their bits, those of a style first, and the codes that select them.
 constexpr unsigned underline_style = 400; // 4:n as a number
-
-// 21 is no end of bold: it is the double underline of ECMA-48, and of most terminals.
-// clang-format off
-constexpr attribute_group groups[] = {
-    {22, false, {{{0x01, 1}, {0x02, 2}}}},   // bold, faint
-    {23, true,  {{{0x04, 3}}}},              // italic
-    {24, true,  {{{0x08, 4}, {0x0100, 21}, {0x0200, 403}, {0x0400, 404}, {0x0800, 405}}}}, // underlined: once, twice,
-                                                                                           // curly, dotted, dashed
-    {25, true,  {{{0x10, 5}, {0x1000, 6}}}}, // blinking: slowly, fast
-    {27, true,  {{{0x20, 7}}}},              // reverse
-    {28, true,  {{{0x40, 8}}}},              // concealed
-    {29, true,  {{{0x80, 9}}}},              // crossed out
-    {55, true,  {{{0x2000, 53}}}},           // overlined
+constexpr std::array<unsigned, 14> codes{
+    1,                   // bold
+    2,                   // faint
+    3,                   // italic
+    4,                   // underlined
+    5,                   // blinking slowly
+    7,                   // reverse
+    8,                   // concealed
+    9,                   // crossed out
+    21,                  // underlined twice: no end of bold, whatever the console of Linux does
+    underline_style + 3, // curly
+    underline_style + 4, // dotted
+    underline_style + 5, // dashed
+    6,                   // blinking fast
+    53,                  // overlined
 };
-// clang-format on
+
+// Attributes that one code ends.
+struct attribute_group {
+    unsigned mask = 0;
+    unsigned off = 0;
+    bool is_exclusive = false; // one takes the place of another
+};
+
+constexpr attribute_group groups[] = {
+    {0x0003, 22}, {0x0004, 23}, {underlines, 24, true}, {blinks, 25, true},
+    {0x0020, 27}, {0x0040, 28}, {0x0080, 29},           {0x2000, 55},
+};
+
+// By the number of a bit.
+constexpr auto group_of = [] {
+    std::array<attribute_group, codes.size()> of{};
+    for (attribute_group const& group : groups) {
+        for (unsigned bits = group.mask; bits != 0; bits &= bits - 1) {
+            of[static_cast<std::size_t>(std::countr_zero(bits))] = group;
+        }
+    }
+    return of;
+}();
 
 // ---------------------------------------------------------------------------------------------
 // Writing
 // ---------------------------------------------------------------------------------------------
 
-char* write(char* out, std::string_view bytes) { return out + bytes.copy(out, bytes.size()); }
+constexpr char* write(char* out, std::string_view bytes) { return out + bytes.copy(out, bytes.size()); }
 
-char* write_number(char* out, unsigned n)
+// 0 to 255 in digits.
+struct digits {
+    std::array<char, 3> text{};
+    std::uint8_t size = 0;
+};
+
+constexpr auto all_digits = [] {
+    std::array<digits, 256> all{};
+    for (unsigned n = 0; n < all.size(); ++n) {
+        digits& of = all[n];
+        for (unsigned power = n >= 100 ? 100 : n >= 10 ? 10 : 1; power != 0; power /= 10) {
+            of.text[of.size++] = static_cast<char>('0' + n / power % 10);
+        }
+    }
+    return all;
+}();
+
+// Three bytes are written whatever the number is.
+constexpr char* write_number(char* out, unsigned n)
 {
-    if (n >= 100) {
-        *out++ = static_cast<char>('0' + n / 100);
-    }
-    if (n >= 10) {
-        *out++ = static_cast<char>('0' + n / 10 % 10);
-    }
-    *out++ = static_cast<char>('0' + n % 10);
-    return out;
+    digits const& written = all_digits[n];
+    std::copy(written.text.begin(), written.text.end(), out);
+    return out + written.size;
+}
+
+constexpr char* write_parameter(char* out, unsigned n)
+{
+    out = write_number(out, n);
+    *out = ';';
+    return out + 1;
 }
 
 // Where a colour is, and what selects it there.
 struct place {
     unsigned base;   // of eight named ones; 0: it has none
     unsigned bright; // of eight bright ones
-    std::string_view any;
-    std::string_view off;
+    unsigned any;
+    unsigned off;
 };
 
-constexpr place foreground_place{30, 90, "38", "39"};
-constexpr place background_place{40, 100, "48", "49"};
-constexpr place line_place{0, 0, "58", "59"};
+constexpr place foreground_place{30, 90, 38, 39};
+constexpr place background_place{40, 100, 48, 49};
+constexpr place line_place{0, 0, 58, 59};
 
-char* write_color(char* out, color const& c, place const& where)
+constexpr char* write_color(char* out, color const& c, place const& where)
 {
     switch (c.kind) {
     case color_kind::none:
     case color_kind::standard:
-        return write(out, where.off);
+        return write_parameter(out, where.off);
     case color_kind::named:
         if (where.base != 0) {
-            return write_number(out, c.r < 8U ? where.base + c.r : where.bright + c.r - 8U);
+            return write_parameter(out, (c.r % 16 < 8 ? where.base : where.bright) + c.r % 8);
         }
         [[fallthrough]];
     case color_kind::palette:
-        return write_number(write(write(out, where.any), ";5;"), c.r);
+        return write_parameter(write(write_parameter(out, where.any), "5;"), c.r);
     case color_kind::rgb:
-        out = write_number(write(write(out, where.any), ";2;"), c.r);
-        *out++ = ';';
-        out = write_number(out, c.g);
-        *out++ = ';';
-        return write_number(out, c.b);
+        out = write(write_parameter(out, where.any), "2;");
+        return write_parameter(write_parameter(write_parameter(out, c.r), c.g), c.b);
     }
     return out; // no enumerator
 }
 
-char* write_attribute(char* out, unsigned code)
+constexpr char* write_attributes(char* out, unsigned from, unsigned to)
 {
-    return code < underline_style ? write_number(out, code) : write_number(write(out, "4:"), code - underline_style);
-}
-
-char* write_attributes(char* out, unsigned from, unsigned to)
-{
-    for (attribute_group const& group : groups) {
-        unsigned const mask = group.mask();
-        unsigned on = to & ~from & mask;
-        if ((from & ~to & mask) != 0) {
-            if (!group.is_exclusive || on == 0) {
-                out = write_number(out, group.off);
-                *out++ = ';';
-            }
-            on = to & mask; // the end was that of others too
+    unsigned added = to & ~from;
+    for (unsigned removed = from & ~to; removed != 0;) {
+        attribute_group const& group = group_of[static_cast<std::size_t>(std::countr_zero(removed))];
+        if (!group.is_exclusive || (added & group.mask) == 0) {
+            out = write_parameter(out, group.off);
+            added |= to & group.mask; // the end was that of others too
         }
-        for (attribute const& member : group.members) {
-            if ((on & member.bit) != 0) {
-                out = write_attribute(out, member.on);
-                *out++ = ';';
-            }
-        }
+        removed &= ~group.mask;
+    }
+    for (; added != 0; added &= added - 1) {
+        unsigned const code = codes[static_cast<std::size_t>(std::countr_zero(added))];
+        out = code < underline_style ? write_parameter(out, code)
+                                     : write_parameter(write(out, "4:"), code - underline_style);
     }
     return out;
+}
+
+constexpr char* write_steps(char* out, rendition const& from, rendition const& to)
+{
+    if (from == to) {
+        return out;
+    }
+    out = write(out, "\x1b[");
+    if (from.attributes != to.attributes) {
+        out = write_attributes(out, from.attributes, to.attributes);
+    }
+    if (from.foreground != to.foreground) {
+        out = write_color(out, to.foreground, foreground_place);
+    }
+    if (from.background != to.background) {
+        out = write_color(out, to.background, background_place);
+    }
+    if (from.line != to.line) {
+        out = write_color(out, to.line, line_place);
+    }
+    out[-1] = 'm'; // in the place of the last semicolon
+    return out;
+}
+
+// ---------------------------------------------------------------------------------------------
+// What is written most
+// ---------------------------------------------------------------------------------------------
+
+constexpr plain_sequences sequences_of(rendition const& look)
+{
+    plain_sequences found;
+    std::array<char, longest_change> bytes{};
+    auto const size_of = [&bytes](char const* end) { return static_cast<std::size_t>(end - bytes.data()); };
+    std::size_t const begin = size_of(write_steps(bytes.data(), {}, look));
+    std::copy_n(bytes.begin(), begin, found.begin.begin());
+    std::size_t const end = size_of(write_steps(bytes.data(), look, {}));
+    std::copy_n(bytes.begin(), end, found.end.end() - end);
+    found.begin_size = static_cast<std::uint8_t>(begin);
+    found.end_size = static_cast<std::uint8_t>(end);
+    return found;
 }
 
 // ---------------------------------------------------------------------------------------------
 // Reading
 // ---------------------------------------------------------------------------------------------
 
-color named(unsigned n) { return {color_kind::named, static_cast<std::uint8_t>(n)}; }
+constexpr color named(unsigned n) { return {color_kind::named, static_cast<std::uint8_t>(n)}; }
 
 // The numbers of one selection; what is empty is 0.
 struct numbers {
@@ -177,47 +231,19 @@ void follow_attribute(sgr_parameter const& selected, rendition& shown, rendition
         code = shape == 0 ? 24 : shape == 1 ? 4 : shape == 2 ? 21 : underline_style + shape;
     }
     unsigned bits = shown.attributes;
+    auto const* const found = std::find(codes.begin(), codes.end(), code);
+    unsigned const selected_bit = found == codes.end() ? 0 : 1U << (found - codes.begin());
     for (attribute_group const& group : groups) {
         if (code == group.off) {
-            bits = (bits & ~group.mask()) | (around.attributes & group.mask());
-        }
-        for (attribute const& member : group.members) {
-            if (member.bit != 0 && code == member.on) {
-                bits = (group.is_exclusive ? bits & ~group.mask() : bits) | member.bit;
-            }
+            bits = (bits & ~group.mask) | (around.attributes & group.mask);
+        } else if (group.is_exclusive && (selected_bit & group.mask) != 0) {
+            bits &= ~group.mask;
         }
     }
-    shown.attributes = static_cast<std::uint16_t>(bits);
+    shown.attributes = static_cast<std::uint16_t>(bits | selected_bit);
 }
 
 } // namespace
-
-rendition combined(rendition const& around, style const& look, color_depth depth) noexcept
-{
-    if (depth == color_depth::none) {
-        return {};
-    }
-    auto const on_top = [depth](color const& under, color const& over) {
-        switch (over.kind) {
-        case color_kind::none:
-            return under;
-        case color_kind::standard:
-            return color{};
-        default:
-            return reduced(over, depth);
-        }
-    };
-    rendition result = around;
-    for (attribute_group const& group : groups) {
-        if (group.is_exclusive && (look.attributes & group.mask()) != 0) {
-            result.attributes &= static_cast<std::uint16_t>(~group.mask());
-        }
-    }
-    result.attributes |= look.attributes;
-    result.foreground = on_top(around.foreground, look.foreground);
-    result.background = on_top(around.background, look.background);
-    return result;
-}
 
 style style_in(rendition const& shown) noexcept
 {
@@ -251,25 +277,20 @@ void follow(std::string_view parameters, rendition& shown, rendition const& arou
 
 char* write_change(char* out, rendition const& from, rendition const& to) noexcept
 {
-    char* const start = out;
-    out = write(out, "\x1b[");
-    if (from.attributes != to.attributes) {
-        out = write_attributes(out, from.attributes, to.attributes);
-    }
-    auto const change_color = [&out](color const& before, color const& after, place const& where) {
-        if (before != after) {
-            out = write_color(out, after, where);
-            *out++ = ';';
-        }
-    };
-    change_color(from.foreground, to.foreground, foreground_place);
-    change_color(from.background, to.background, background_place);
-    change_color(from.line, to.line, line_place);
-    if (out == start + 2) {
-        return start;
-    }
-    out[-1] = 'm'; // in the place of the last semicolon
-    return out;
+    return write_steps(out, from, to);
 }
+
+constinit std::array<std::array<plain_sequences, 17>, 9> const sequences_of_one = [] {
+    std::array<std::array<plain_sequences, 17>, 9> all{};
+    for (unsigned attribute = 0; attribute < all.size(); ++attribute) {
+        for (unsigned foreground = 0; foreground < all[attribute].size(); ++foreground) {
+            rendition look;
+            look.attributes = static_cast<std::uint16_t>(attribute == 0 ? 0 : 1U << (attribute - 1));
+            look.foreground = foreground == 0 ? color{} : named(foreground - 1);
+            all[attribute][foreground] = sequences_of(look);
+        }
+    }
+    return all;
+}();
 
 } // namespace kestry::kit::detail

@@ -1,10 +1,13 @@
 #include "kestry/kit/style.hpp"
 
+#include "ascii.hpp"
 #include "renderer.hpp"
+#include "rendition.hpp"
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 #include <iostream>
 #include <string>
 
@@ -16,11 +19,15 @@ namespace {
 // The style that a stream carries
 // ---------------------------------------------------------------------------------------------
 
-// Three words of a stream: foreground, background, attributes. All are 0 in a stream that is plain.
+// Three words of a stream: what it carries, foreground, background. All are 0 in a stream that is plain and nobody's.
 using indices = std::array<int, 3>;
 
+// The bits of the first word above the attributes.
+constexpr long has_colors = 0x100;
+constexpr long is_for_values = 0x200;
+
 // The standard streams are given their words at once: words that grow while another thread looks at them would move.
-indices const& style_indices()
+indices const& word_indices()
 {
     static indices const made = [] {
         indices const all{std::ios_base::xalloc(), std::ios_base::xalloc(), std::ios_base::xalloc()};
@@ -31,6 +38,8 @@ indices const& style_indices()
     }();
     return made;
 }
+
+long carried(std::ostream& os) { return os.iword(word_indices()[0]); }
 
 static_assert(sizeof(color) == sizeof(std::int32_t));
 
@@ -63,21 +72,108 @@ detail::layout take_layout(std::ostream& os, char const& fill)
     return {width, detail::no_limit, is_left ? side::left : side::right, {&fill, 1}};
 }
 
+// ---------------------------------------------------------------------------------------------
+// A short text of printable ASCII in a plain place: most are, and they take a third of the time
+// ---------------------------------------------------------------------------------------------
+
+constexpr std::size_t shortest = sizeof(std::uint32_t);
+constexpr std::size_t longest = 128;
+
+// Calls visit(offset, the word there) for words of eight bytes, or of four in a text that is shorter. The last one ends
+// where the text ends, so that no byte is looked at by itself. Stops, and returns false, where visit does.
+template <class Word, class Visit>
+bool in_words(std::string_view text, Visit visit)
+{
+    auto const visit_at = [text, visit](std::size_t at) {
+        Word word = 0;
+        std::memcpy(&word, text.data() + at, sizeof word);
+        return visit(at, word);
+    };
+    for (std::size_t at = 0; at + sizeof(Word) < text.size(); at += sizeof(Word)) {
+        if (!visit_at(at)) {
+            return false;
+        }
+    }
+    return visit_at(text.size() - sizeof(Word));
+}
+
+template <class Visit>
+bool in_words(std::string_view text, Visit visit)
+{
+    return text.size() < sizeof(std::uint64_t) ? in_words<std::uint32_t>(text, visit)
+                                               : in_words<std::uint64_t>(text, visit);
+}
+
+bool is_short(std::string_view text)
+{
+    return text.size() >= shortest && text.size() <= longest && in_words(text, [](std::size_t, auto word) {
+               auto const every = static_cast<decltype(word)>(detail::every_byte);
+               // As in detail::printable_ascii().
+               return (((word - 0x20 * every) | (word + every) | word) & (0x80 * every)) == 0;
+           });
+}
+
+using detail::plain_sequences;
+
+std::size_t styled_size(std::string_view text, plain_sequences const& around)
+{
+    return around.begin_size + text.size() + around.end_size;
+}
+
+// Whole words, one over the rest of another: the text comes last.
+void write_styled(char* out, std::string_view text, plain_sequences const& around)
+{
+    std::memcpy(out + styled_size(text, around) - around.end.size(), around.end.data(), around.end.size());
+    std::memcpy(out, around.begin.data(), around.begin.size());
+    in_words(text, [to = out + around.begin_size](std::size_t at, auto word) {
+        std::memcpy(to + at, &word, sizeof word);
+        return true;
+    });
+}
+
+struct short_text {
+    short_text(std::string_view text, style const& look, color_depth depth)
+    {
+        using namespace detail;
+        if (plain_sequences const* const around = common_sequences(look, depth)) {
+            write_styled(bytes, text, *around);
+            size = styled_size(text, *around);
+        } else {
+            rendition const wanted = combined({}, look, depth);
+            char* end = write_change(bytes, {}, wanted);
+            end += text.copy(end, text.size());
+            size = static_cast<std::size_t>(write_change(end, wanted, {}) - bytes);
+        }
+    }
+
+    std::size_t size;
+    char bytes[2 * detail::longest_change + longest];
+};
+
 } // namespace
 
 style style_of(std::ostream& os)
 {
-    auto const [foreground, background, attributes] = style_indices();
-    return {to_color(os.iword(foreground)), to_color(os.iword(background)),
-            static_cast<std::uint8_t>(os.iword(attributes))};
+    auto const [what, foreground, background] = word_indices();
+    long const word = os.iword(what);
+    style around{{}, {}, static_cast<std::uint8_t>(word)};
+    if ((word & has_colors) != 0) {
+        around.foreground = to_color(os.iword(foreground));
+        around.background = to_color(os.iword(background));
+    }
+    return around;
 }
 
 void set_style(std::ostream& os, style const& around)
 {
-    auto const [foreground, background, attributes] = style_indices();
-    os.iword(foreground) = to_word(around.foreground);
-    os.iword(background) = to_word(around.background);
-    os.iword(attributes) = around.attributes;
+    auto const [what, foreground, background] = word_indices();
+    long& word = os.iword(what);
+    word = (word & is_for_values) | around.attributes;
+    if (around != style{{}, {}, around.attributes}) {
+        word |= has_colors;
+        os.iword(foreground) = to_word(around.foreground);
+        os.iword(background) = to_word(around.background);
+    }
 }
 
 namespace detail {
@@ -89,7 +185,7 @@ std::ostream& insert(std::ostream& os, piece const* group, color_depth at_most)
     }
     char const fill = os.fill();
     layout const where = take_layout(os, fill);
-    if (renderer* const outer = renderer::of(os)) {
+    if (renderer* const outer = (carried(os) & is_for_values) != 0 ? renderer::of(os) : nullptr) {
         outer->render(group, where);
         return os;
     }
@@ -111,6 +207,34 @@ std::ostream& insert(std::ostream& os, piece const* group, color_depth at_most)
     return os;
 }
 
+std::ostream& insert(std::ostream& os, std::string_view text, style const& look, color_depth at_most)
+{
+    if (os.good() && os.width() == 0 && carried(os) == 0 && is_short(text)) {
+        short_text const styled{text, look, std::min(depth_of(os), at_most)};
+        return os.write(styled.bytes, static_cast<std::streamsize>(styled.size));
+    }
+    piece const pieces[] = {{piece::kind::group, look, 1}, {piece::kind::text, {}, text.size(), text.data()}};
+    return insert(os, pieces, at_most);
+}
+
+std::string to_string(std::string_view text, style const& look, color_depth depth)
+{
+    if (is_short(text)) {
+        if (plain_sequences const* const around = common_sequences(look, depth)) {
+            std::string result;
+            result.resize_and_overwrite(styled_size(text, *around), [&](char* bytes, std::size_t size) {
+                write_styled(bytes, text, *around);
+                return size;
+            });
+            return result;
+        }
+        short_text const styled{text, look, depth};
+        return {styled.bytes, styled.size};
+    }
+    piece const pieces[] = {{piece::kind::group, look, 1}, {piece::kind::text, {}, text.size(), text.data()}};
+    return to_string(pieces, depth);
+}
+
 std::string to_string(piece const* group, color_depth depth)
 {
     std::string result;
@@ -126,6 +250,8 @@ void format(piece const* group, color_depth depth, layout const& where, void* to
     r.render(group, where);
     r.finish();
 }
+
+void mark_for_values(std::ostream& os) { os.iword(word_indices()[0]) |= is_for_values; }
 
 } // namespace detail
 

@@ -8,6 +8,7 @@
 
 #include "kestry/kit/policy.hpp"
 
+#include <bit>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -47,7 +48,10 @@ struct color {
     std::uint8_t g = 0;
     std::uint8_t b = 0;
 
-    friend constexpr bool operator==(color const&, color const&) = default;
+    friend constexpr bool operator==(color const& one, color const& other) noexcept
+    {
+        return std::bit_cast<std::uint32_t>(one) == std::bit_cast<std::uint32_t>(other);
+    }
 };
 
 /// \name The terminal's own colour, and the sixteen that themes of terminals define
@@ -188,7 +192,9 @@ struct layout {
 };
 
 std::ostream& insert(std::ostream& os, piece const* group, color_depth at_most);
+std::ostream& insert(std::ostream& os, std::string_view text, style const& look, color_depth at_most);
 std::string to_string(piece const* group, color_depth depth);
+std::string to_string(std::string_view text, style const& look, color_depth depth);
 
 using write_bytes = void(void* to, char const* bytes, std::size_t size);
 void format(piece const* group, color_depth depth, layout const& where, void* to, write_bytes* write);
@@ -294,9 +300,13 @@ public:
     /// Cost    nothing is allocated for pieces of text; they are written at once up to some 500 bytes.
     friend std::ostream& operator<<(std::ostream& os, styled_text const& text)
     {
-        detail::piece pieces[count];
-        text.describe(pieces);
-        return detail::insert(os, pieces, text.depth);
+        if constexpr (is_text) {
+            return detail::insert(os, std::get<0>(text.parts), text.look, text.depth);
+        } else {
+            detail::piece pieces[count];
+            text.describe(pieces);
+            return detail::insert(os, pieces, text.depth);
+        }
     }
 
     /// Returns what an insertion writes into a stream of that depth that is plain and in the "C" locale.
@@ -304,9 +314,14 @@ public:
     /// to_string(styled("x", bold)) == "\e[1mx\e[22m"
     friend std::string to_string(styled_text const& text, color_depth limit = color_depth::truecolor)
     {
-        detail::piece pieces[count];
-        text.describe(pieces);
-        return detail::to_string(pieces, limit < text.depth ? limit : text.depth);
+        color_depth const depth = limit < text.depth ? limit : text.depth;
+        if constexpr (is_text) {
+            return detail::to_string(std::get<0>(text.parts), text.look, depth);
+        } else {
+            detail::piece pieces[count];
+            text.describe(pieces);
+            return detail::to_string(pieces, depth);
+        }
     }
 
     /// For the kit itself: describes the text in detail::pieces_of<styled_text> pieces.
@@ -334,6 +349,7 @@ public:
 
 private:
     static constexpr std::size_t count = detail::pieces_of<styled_text>;
+    static constexpr bool is_text = sizeof...(Pieces) == 1 && (detail::text<std::remove_cvref_t<Pieces>> && ...);
 
     style look;
     color_depth depth = color_depth::truecolor;
