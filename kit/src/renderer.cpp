@@ -35,15 +35,13 @@ std::size_t plain_bytes(std::string_view text)
     return at;
 }
 
-bool has_values(piece const* group)
+// Past a piece and, if it is a group, all that is in it.
+piece const* end_of(piece const* p)
 {
-    for (std::size_t open = 1; open != 0; --open, ++group) {
-        if (group->what == piece::kind::value) {
-            return true;
-        }
-        open += group->what == piece::kind::group ? group->size : 0;
+    for (std::size_t open = 1; open != 0; --open, ++p) {
+        open += p->what == piece::kind::group ? p->size : 0;
     }
-    return false;
+    return p;
 }
 
 // ESC and a letter, a C1 control in UTF-8, or a bare byte.
@@ -53,6 +51,13 @@ std::size_t introducer_size(std::string_view sequence)
 }
 
 } // namespace
+
+layout take_layout(std::ostream& os, char const& fill)
+{
+    auto const width = static_cast<std::size_t>(std::max<std::streamsize>(os.width(0), 0));
+    bool const is_left = (os.flags() & std::ios_base::adjustfield) == std::ios_base::left;
+    return {width, no_limit, is_left ? layout::side::left : layout::side::right, {&fill, 1}};
+}
 
 void meter::add(std::string_view text) noexcept
 {
@@ -88,7 +93,7 @@ void renderer::render(piece const* p, layout const& where)
 // Columns have to be known first. Text is gone through twice; what is inserted once is kept.
 void renderer::render_in_columns(piece const* p, layout const& where)
 {
-    bool const is_kept = has_values(p);
+    bool const is_kept = std::any_of(p, end_of(p), [](piece const& of) { return of.what == piece::kind::value; });
     std::string kept;
     meter measure(where.limit);
     renderer first(is_kept ? sink{append, &kept} : sink{drop, nullptr}, {chose.depth, now, chose.formats, &measure});
@@ -119,6 +124,11 @@ piece const* renderer::render(piece const* p)
 {
     switch (p->what) {
     case piece::kind::group: {
+        if (values && values->stream.width() != 0) {
+            char const fill = values->stream.fill();
+            render_in_columns(p, take_layout(values->stream, fill));
+            return end_of(p);
+        }
         cut_off();
         rendition const now_after = now;
         rendition const group_after = std::exchange(group, combined(now, p->look, chose.depth));

@@ -24,6 +24,9 @@ struct sink {
     void* to;
 };
 
+/// Takes the layout that is pending in a stream, as an insertion of text does: it is spent, and internal is right.
+layout take_layout(std::ostream& os, char const& fill);
+
 /// Measures text: its columns, and how many of its characters, in whole clusters, there is room for.
 class meter {
 public:

@@ -63,15 +63,6 @@ void append_to_string(void* to, char const* bytes, std::size_t size)
     static_cast<std::string*>(to)->append(bytes, size);
 }
 
-// As an insertion of text takes it: what is pending is spent, and "internal" is right.
-detail::layout take_layout(std::ostream& os, char const& fill)
-{
-    auto const width = static_cast<std::size_t>(std::max<std::streamsize>(os.width(0), 0));
-    bool const is_left = (os.flags() & std::ios_base::adjustfield) == std::ios_base::left;
-    using side = detail::layout::side;
-    return {width, detail::no_limit, is_left ? side::left : side::right, {&fill, 1}};
-}
-
 // ---------------------------------------------------------------------------------------------
 // A short text of printable ASCII in a plain place: most are, and they take a third of the time
 // ---------------------------------------------------------------------------------------------
@@ -221,8 +212,9 @@ std::string to_string(std::string_view text, style const& look, color_depth dept
 {
     if (is_short(text)) {
         if (plain_sequences const* const around = common_sequences(look, depth)) {
+            std::size_t const size = styled_size(text, *around);
             std::string result;
-            result.resize_and_overwrite(styled_size(text, *around), [&](char* bytes, std::size_t size) {
+            result.resize_and_overwrite(size, [&](char* bytes, std::size_t /*room, which may be more*/) {
                 write_styled(bytes, text, *around);
                 return size;
             });
