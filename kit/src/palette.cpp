@@ -124,12 +124,12 @@ constexpr auto fixed_labs = [] {
     return labs;
 }();
 
-constexpr auto named_labs = [] {
-    std::array<lab, named_colors.size()> labs{};
-    for (std::size_t i = 0; i < labs.size(); ++i) {
-        labs[i] = to_lab(named_colors[i], constant_cube_root);
+constexpr auto named_lightness = [] {
+    std::array<float, named_colors.size()> lightness{};
+    for (std::size_t i = 0; i < lightness.size(); ++i) {
+        lightness[i] = to_lab(named_colors[i], constant_cube_root).l;
     }
-    return labs;
+    return lightness;
 }();
 
 float squared_distance(lab const& one, lab const& other)
@@ -170,11 +170,11 @@ constexpr float least_chroma = 12;
 int nearest_named(channels const& c)
 {
     lab const wanted = seen(c);
-    auto const nearest_of = [&wanted](auto... candidates) {
-        int nearest = -1;
+    auto const nearest_in_lightness = [&wanted](auto... candidates) {
+        int nearest = 0;
         float least = std::numeric_limits<float>::infinity();
         for (int const n : {candidates...}) {
-            float const distance = squared_distance(wanted, named_labs[static_cast<std::size_t>(n)]);
+            float const distance = std::abs(wanted.l - named_lightness[static_cast<std::size_t>(n)]);
             if (distance < least) {
                 least = distance;
                 nearest = n;
@@ -183,14 +183,14 @@ int nearest_named(channels const& c)
         return nearest;
     };
     if (wanted.a * wanted.a + wanted.b * wanted.b < least_chroma * least_chroma) {
-        return nearest_of(0, 8, 7, 15);
+        return nearest_in_lightness(0, 8, 7, 15);
     }
     // The nearest of six hues: a channel is on if it is nearer to the largest one than to the smallest one.
     int const smallest = std::min({c.r, c.g, c.b});
     int const largest = std::max({c.r, c.g, c.b});
     auto const is_on = [=](int channel) { return 2 * channel > smallest + largest ? 1 : 0; };
     int const hue = is_on(c.r) + 2 * is_on(c.g) + 4 * is_on(c.b);
-    return nearest_of(hue, hue + 8);
+    return nearest_in_lightness(hue, hue + 8);
 }
 
 color named(int n) { return {color_kind::named, static_cast<std::uint8_t>(n)}; }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstddef>
 
 namespace kestry::kit::detail {
 
@@ -122,6 +123,14 @@ constexpr char* write_color(char* out, color const& c, place const& where)
     return out; // no enumerator
 }
 
+// Terminals take 16 or more, and the rest of a longer sequence is lost.
+constexpr std::ptrdiff_t most_parameters = 16;
+
+constexpr std::ptrdiff_t parameters_of(color const& c)
+{
+    return c.kind == color_kind::rgb ? 5 : c.kind == color_kind::palette ? 3 : 1;
+}
+
 constexpr char* write_attributes(char* out, unsigned from, unsigned to)
 {
     unsigned added = to & ~from;
@@ -146,19 +155,26 @@ constexpr char* write_steps(char* out, rendition const& from, rendition const& t
     if (from == to) {
         return out;
     }
+    char* sequence = out;
     out = write(out, "\x1b[");
     if (from.attributes != to.attributes) {
         out = write_attributes(out, from.attributes, to.attributes);
     }
-    if (from.foreground != to.foreground) {
-        out = write_color(out, to.foreground, foreground_place);
-    }
-    if (from.background != to.background) {
-        out = write_color(out, to.background, background_place);
-    }
-    if (from.line != to.line) {
-        out = write_color(out, to.line, line_place);
-    }
+    auto const change_color = [&sequence, &out](color const& before, color const& after, place const& where) {
+        if (before == after) {
+            return;
+        }
+        bool const may_be_too_long = out - sequence > 2 * (most_parameters - 5);
+        if (may_be_too_long && std::count(sequence, out, ';') + parameters_of(after) > most_parameters) {
+            out[-1] = 'm';
+            sequence = out;
+            out = write(out, "\x1b[");
+        }
+        out = write_color(out, after, where);
+    };
+    change_color(from.foreground, to.foreground, foreground_place);
+    change_color(from.background, to.background, background_place);
+    change_color(from.line, to.line, line_place);
     out[-1] = 'm'; // in the place of the last semicolon
     return out;
 }

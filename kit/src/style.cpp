@@ -5,8 +5,8 @@
 #include "rendition.hpp"
 
 #include <algorithm>
-#include <array>
 #include <bit>
+#include <cstdint>
 #include <cstring>
 #include <iostream>
 #include <string>
@@ -19,32 +19,39 @@ namespace {
 // The style that a stream carries
 // ---------------------------------------------------------------------------------------------
 
-// Three words of a stream: what it carries, foreground, background. All are 0 in a stream that is plain and nobody's.
-using indices = std::array<int, 3>;
+// Two places among the words of a stream: what it carries, and both colours. All are 0 in a stream that is plain and
+// nobody's. The first few places cost no allocation, so there are no more.
+struct places {
+    int what;
+    int colors; // the foreground as a number, the background as a pointer
+};
 
 // The bits of the first word above the attributes.
 constexpr long has_colors = 0x100;
 constexpr long is_for_values = 0x200;
 
 // The standard streams are given their words at once: words that grow while another thread looks at them would move.
-indices const& word_indices()
+places const& stream_places()
 {
-    static indices const made = [] {
-        indices const all{std::ios_base::xalloc(), std::ios_base::xalloc(), std::ios_base::xalloc()};
+    static places const made = [] {
+        places const both{std::ios_base::xalloc(), std::ios_base::xalloc()};
         for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
-            os->iword(*std::max_element(all.begin(), all.end()));
+            os->iword(both.colors);
         }
-        return all;
+        return both;
     }();
     return made;
 }
 
-long carried(std::ostream& os) { return os.iword(word_indices()[0]); }
-
-static_assert(sizeof(color) == sizeof(std::int32_t));
+long& carried(std::ostream& os) { return os.iword(stream_places().what); }
 
 long to_word(color const& c) { return std::bit_cast<std::int32_t>(c); }
 color to_color(long word) { return std::bit_cast<color>(static_cast<std::int32_t>(word)); }
+void* to_pointer(color const& c) { return reinterpret_cast<void*>(std::uintptr_t{std::bit_cast<std::uint32_t>(c)}); }
+color to_color(void* word)
+{
+    return std::bit_cast<color>(static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(word)));
+}
 
 // ---------------------------------------------------------------------------------------------
 // What text is written to
@@ -145,25 +152,25 @@ struct short_text {
 
 style style_of(std::ostream& os)
 {
-    auto const [what, foreground, background] = word_indices();
-    long const word = os.iword(what);
+    long const word = carried(os);
     style around{{}, {}, static_cast<std::uint8_t>(word)};
     if ((word & has_colors) != 0) {
-        around.foreground = to_color(os.iword(foreground));
-        around.background = to_color(os.iword(background));
+        int const colors = stream_places().colors;
+        around.foreground = to_color(os.iword(colors));
+        around.background = to_color(os.pword(colors));
     }
     return around;
 }
 
 void set_style(std::ostream& os, style const& around)
 {
-    auto const [what, foreground, background] = word_indices();
-    long& word = os.iword(what);
-    word = (word & is_for_values) | around.attributes;
-    if (around != style{{}, {}, around.attributes}) {
-        word |= has_colors;
-        os.iword(foreground) = to_word(around.foreground);
-        os.iword(background) = to_word(around.background);
+    bool const is_colored = around != style{{}, {}, around.attributes};
+    long& word = carried(os);
+    word = (word & is_for_values) | (is_colored ? has_colors : 0) | around.attributes;
+    if (is_colored) {
+        int const colors = stream_places().colors;
+        os.iword(colors) = to_word(around.foreground);
+        os.pword(colors) = to_pointer(around.background);
     }
 }
 
@@ -243,7 +250,7 @@ void format(piece const* group, color_depth depth, layout const& where, void* to
     r.finish();
 }
 
-void mark_for_values(std::ostream& os) { os.iword(word_indices()[0]) |= is_for_values; }
+void mark_for_values(std::ostream& os) { carried(os) |= is_for_values; }
 
 } // namespace detail
 

@@ -110,9 +110,12 @@ Look const looks[] = {
     {bold | faint, R"(\e[1;2m)", R"(\e[22m)"},
     {bold | italic, R"(\e[1;3m)", R"(\e[22;23m)"},
     {fg(red) | bg(blue), R"(\e[31;44m)", R"(\e[39;49m)"},
-    {fg(rgb(255, 255, 255)) | bg(rgb(255, 255, 255)) | bold | faint | italic | underline | blink | reverse | concealed |
+    {fg(palette(1)) | bg(rgb(1, 2, 3)) | bold | faint | italic | underline | blink | reverse | concealed | crossed_out,
+     R"(\e[1;2;3;4;5;7;8;9;38;5;1;48;2;1;2;3m)", R"(\e[22;23;24;25;27;28;29;39;49m)"},
+    // More than the 16 parameters that terminals take.
+    {fg(rgb(255, 255, 255)) | bg(rgb(1, 2, 3)) | bold | faint | italic | underline | blink | reverse | concealed |
          crossed_out,
-     R"(\e[1;2;3;4;5;7;8;9;38;2;255;255;255;48;2;255;255;255m)", R"(\e[22;23;24;25;27;28;29;39;49m)"},
+     R"(\e[1;2;3;4;5;7;8;9;38;2;255;255;255m\e[48;2;1;2;3m)", R"(\e[22;23;24;25;27;28;29;39;49m)"},
 };
 
 // Every length up to where long texts begin, and such as are looked at character by character.

@@ -271,7 +271,8 @@ constexpr piece* describe(piece* at, styled_text<Pieces...> const& group) noexce
 ///          styled("x", fg(red) | bold) gives "\e[1;31mx\e[22;39m". Attributes come in the order of their numbers, then
 ///          foreground and background; only what differs is written, with its own end (22 to 29, 39, 49) and never as
 ///          a reset, so that colours set by others stay. Bold and faint share an end: what is to stay follows it, as in
-///          "\e[22;2m". Nothing is written where nothing changes or no text follows.
+///          "\e[22;2m". Nothing is written where nothing changes or no text follows. What would take more than the 16
+///          parameters of some terminals is two sequences: eight attributes and two colours of 24 bits.
 /// Lines    no style is in effect when a line ends: it is ended before "\n", "\v", "\f" and "\r" and taken up again
 ///          before the text that follows.
 /// Colours  of the text itself stay: its SGR sequences are understood (0, 1 to 9, 21 to 29, 30 to 49, 53, 55, 58, 59,
