@@ -71,6 +71,7 @@ Workloads plain_dump();
 Workloads colored_dump();
 Workloads indicators();
 Workloads kit_line();
+Workloads kit_style();
 Workloads growth();
 
 } // namespace hueline::bench
