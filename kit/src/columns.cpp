@@ -34,22 +34,24 @@ column_counter::properties column_counter::look_up(char32_t code) noexcept
 column_counter::properties column_counter::look_up_in_tables(char32_t code) noexcept
 {
     utf8proc_property_t const& property = *utf8proc_get_property(static_cast<utf8proc_int32_t>(code));
-    auto const width = static_cast<unsigned char>(property.charwidth);
+    // A mark that moves the pen takes a column.
+    bool const takes_room = property.category == UTF8PROC_CATEGORY_MC && property.charwidth == 0;
+    auto const width = static_cast<unsigned char>(takes_room ? 1 : property.charwidth);
     switch (property.boundclass) {
     case UTF8PROC_BOUNDCLASS_CR:
     case UTF8PROC_BOUNDCLASS_LF:
     case UTF8PROC_BOUNDCLASS_CONTROL:
         return {break_class::control, width};
     case UTF8PROC_BOUNDCLASS_EXTEND:
-        break;
+        return {break_class::extend, width};
     case UTF8PROC_BOUNDCLASS_ZWJ:
-        return {break_class::zwj, 0};
+        return {break_class::zwj, width};
     case UTF8PROC_BOUNDCLASS_REGIONAL_INDICATOR:
         return {break_class::regional_indicator, width};
     case UTF8PROC_BOUNDCLASS_PREPEND:
         return {break_class::prepend, width};
     case UTF8PROC_BOUNDCLASS_SPACINGMARK:
-        break;
+        return {break_class::spacing_mark, width};
     case UTF8PROC_BOUNDCLASS_L:
         return {break_class::l, width};
     case UTF8PROC_BOUNDCLASS_V: // within the columns of the leading consonant
@@ -66,10 +68,6 @@ column_counter::properties column_counter::look_up_in_tables(char32_t code) noex
         return property.category == UTF8PROC_CATEGORY_CN ? look_up_unassigned(code)
                                                          : properties{break_class::other, width};
     }
-    // A mark that moves the pen takes a column, whatever the cluster.
-    bool const takes_room = property.category == UTF8PROC_CATEGORY_MC && width == 0;
-    return {property.boundclass == UTF8PROC_BOUNDCLASS_EXTEND ? break_class::extend : break_class::spacing_mark,
-            takes_room ? static_cast<unsigned char>(1) : width};
 }
 
 // What DerivedCoreProperties.txt, EastAsianWidth.txt and emoji-data.txt say of code points that have no character yet.

@@ -57,7 +57,12 @@ std::size_t columns_of_tail(std::string_view tail)
     return std::max(display_width(tail), after_emoji.columns() - 1);
 }
 
-// Appends the head of a text but for the sequences in it that are not complete.
+bool is_continuation(std::string_view text)
+{
+    return !text.empty() && (static_cast<unsigned char>(text[0]) & 0xc0) == 0x80;
+}
+
+// Appends the head of a text but for the sequences in it that are not complete; controls inside of them are carried out.
 void append_complete(std::string& to, std::string_view text, std::size_t size)
 {
     std::size_t done = 0;
@@ -65,7 +70,11 @@ void append_complete(std::string& to, std::string_view text, std::size_t size)
     auto const on_sequence = [&](escape_sequence const& sequence, std::size_t at) {
         if (at < size && !sequence.is_complete) {
             to += text.substr(done, at - done);
+            to += strip_escapes(text.substr(at, sequence.size));
             done = at + sequence.size;
+            if (!to.empty() && is_continuation(text.substr(done))) {
+                to += "\x1b\\"; // ST alone does nothing, and keeps stray bytes from becoming a character
+            }
         }
         return at < size;
     };
@@ -76,25 +85,23 @@ void append_complete(std::string& to, std::string_view text, std::size_t size)
 // What a text is on a terminal.
 struct outline {
     std::size_t columns = 0;
-    std::size_t size = 0; // bytes, but for a sequence that the end of the text breaks off
+    std::size_t size = 0; // bytes, but for sequences at the end that are not complete
     detail::open_styles open;
 };
 
 outline measure(std::string_view text)
 {
     outline found;
-    found.size = text.size();
     detail::column_counter counter;
-    auto const on_character = [&](character next, std::size_t) {
+    auto const on_character = [&](character next, std::size_t at) {
         counter.add(next);
+        found.size = at + next.size;
         return true;
     };
     auto const on_sequence = [&](escape_sequence const& sequence, std::size_t at) {
         counter.add(sequence);
         found.open.apply(sequence);
-        if (!sequence.is_complete && at + sequence.size == text.size()) {
-            found.size = at;
-        }
+        found.size = sequence.is_complete ? at + sequence.size : found.size;
         return true;
     };
     detail::walk(text, on_character, on_sequence);
@@ -141,7 +148,6 @@ std::string pad(std::string_view text, std::size_t columns, alignment where)
     if (of.columns >= columns) {
         return std::string(text);
     }
-    std::string_view const shown = text.substr(0, of.size);
     std::size_t const missing = columns - of.columns;
     std::string result;
     if (missing > result.max_size() - text.size()) {
@@ -153,7 +159,7 @@ std::string pad(std::string_view text, std::size_t columns, alignment where)
     std::size_t const before = where == alignment::left ? 0 : where == alignment::right ? missing : missing / 2;
     detail::column_counter counter;
     counter.add(std::string_view(" ").substr(0, before));
-    counter.add(shown);
+    counter.add(text);
     std::size_t const lost_before = of.columns + std::min<std::size_t>(before, 1) - counter.columns();
     std::size_t const columns_before_blank = counter.columns();
     counter.add(std::string_view(" "));
@@ -161,7 +167,8 @@ std::string pad(std::string_view text, std::size_t columns, alignment where)
 
     bool const ends_plain = where == alignment::right;
     result.append(before + (ends_plain ? lost_before : 0), ' ');
-    result += shown;
+    result += text.substr(0, of.size);
+    result += strip_escapes(text.substr(of.size)); // controls
     if (!ends_plain) {
         of.open.close(result);
         result.append(missing - before + lost_before + lost_after, ' ');

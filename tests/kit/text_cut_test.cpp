@@ -212,6 +212,11 @@ TEST(Truncate, DropsASequenceThatWouldSwallowTheTail)
     EXPECT_EQ(cut("\x1b]0;abcdef\nghi", 4), "0;a…"); // no string after all
     EXPECT_EQ(cut("\x1b[31ma\x1b(日本語", 3), R"(\e[31ma…\e[39m)");
     EXPECT_EQ(cut("a\x1b\x1b[31mbcdef", 3), R"(a\e[31mb…\e[39m)");
+    EXPECT_EQ(cut("ab\x1b[3\n1日本語", 4), "ab\\n…"); // but the line feed is carried out
+    EXPECT_EQ(cut("\x1b\t]0;abcdef\nghi", 4), "\\t0;a…");
+    EXPECT_EQ(cut("\x1b]0;a\tb\x1b[31mcdef", 2), R"(\e[31mc…\e[39m)"); // in a string it is not
+    EXPECT_EQ(cut("\xc3\x1b]\xa9\nab", 3), R"(\xc3\e\\xa9\na)"
+                                           "…"); // stray bytes become no character
 }
 
 TEST(Pad, FillsUpToTheColumns)
@@ -258,6 +263,8 @@ TEST(Pad, DropsASequenceThatWouldSwallowTheBlanks)
     EXPECT_EQ(readable(pad("x\x1b", 3)), "x  ");
     EXPECT_EQ(readable(pad("\x1b[31mx\x1b]0;title", 3)), R"(\e[31mx\e[39m  )");
     EXPECT_EQ(readable(pad("x\x1b[31", 3, alignment::right)), "  x");
+    EXPECT_EQ(readable(pad("x\x1b[31\x1b]0;title", 3)), "x  ");
+    EXPECT_EQ(readable(pad("x\x1b[3\t1", 3)), "x\\t  ");
     EXPECT_EQ(readable(pad("x\x1b[31\xff", 4)), R"(x\e[31\xff  )"); // given up before the end
 }
 
