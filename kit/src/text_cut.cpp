@@ -57,9 +57,13 @@ std::size_t columns_of_tail(std::string_view tail)
     return std::max(display_width(tail), after_emoji.columns() - 1);
 }
 
-bool is_continuation(std::string_view text)
+// Keeps stray bytes from becoming a character with what they follow now: ST alone does nothing.
+void keep_apart(std::string& text, std::string_view next)
 {
-    return !text.empty() && (static_cast<unsigned char>(text[0]) & 0xc0) == 0x80;
+    bool const is_continuation = !next.empty() && (static_cast<unsigned char>(next[0]) & 0xc0) == 0x80;
+    if (is_continuation && !text.empty()) {
+        text += "\x1b\\";
+    }
 }
 
 // Appends the head of a text but for the sequences in it that are not complete; controls inside of them are carried out.
@@ -72,9 +76,7 @@ void append_complete(std::string& to, std::string_view text, std::size_t size)
             to += text.substr(done, at - done);
             to += strip_escapes(text.substr(at, sequence.size));
             done = at + sequence.size;
-            if (!to.empty() && is_continuation(text.substr(done))) {
-                to += "\x1b\\"; // ST alone does nothing, and keeps stray bytes from becoming a character
-            }
+            keep_apart(to, text.substr(done));
         }
         return at < size;
     };
@@ -131,6 +133,7 @@ std::string truncate(std::string_view text, std::size_t columns, std::string_vie
     } else {
         result += text.substr(0, kept.size);
     }
+    keep_apart(result, tail);
     result += tail;
     auto const on_sequence = [&](escape_sequence const& sequence, std::size_t) {
         kept.open.apply(sequence);

@@ -215,8 +215,12 @@ TEST(Truncate, DropsASequenceThatWouldSwallowTheTail)
     EXPECT_EQ(cut("ab\x1b[3\n1日本語", 4), "ab\\n…"); // but the line feed is carried out
     EXPECT_EQ(cut("\x1b\t]0;abcdef\nghi", 4), "\\t0;a…");
     EXPECT_EQ(cut("\x1b]0;a\tb\x1b[31mcdef", 2), R"(\e[31mc…\e[39m)"); // in a string it is not
-    EXPECT_EQ(cut("\xc3\x1b]\xa9\nab", 3), R"(\xc3\e\\xa9\na)"
-                                           "…"); // stray bytes become no character
+    EXPECT_EQ(cut("\xc3\x1b]\xa9\nab", 3), R"(\xc3\e\\xa9\n…)");       // stray bytes become no character
+    EXPECT_EQ(readable(truncate("\xc3"
+                                "abc",
+                                2, "\xa9")),
+              R"(\xc3\e\\xa9)");
+    EXPECT_EQ(readable(truncate("abc", 1, "\xa9")), R"(\xa9)");
 }
 
 TEST(Pad, FillsUpToTheColumns)
