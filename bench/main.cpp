@@ -36,8 +36,8 @@ void for_each_run(std::string const& section, Workloads const& workloads, Visit 
 template <class Visit>
 void for_each_run(Visit visit)
 {
-    for (auto const topic :
-         {styled_line, colored_text, true_color_stream, true_color_class, plain_dump, colored_dump, indicators}) {
+    for (auto const topic : {styled_line, colored_text, true_color_stream, true_color_class, plain_dump, colored_dump,
+                             indicators, kit_text}) {
         for_each_run("workload", topic(), visit);
     }
     for_each_run("growth", growth(), visit);
