@@ -346,21 +346,60 @@ bool has_escape_or_c1(std::string_view text)
     return false;
 }
 
-TEST_F(UnicodeFiles, AgreeOnRandomTexts)
+// Calls check(text, texts) for as many as are wanted.
+template <class Check>
+void for_random_texts(Check check)
 {
     RandomTexts texts(from_environment("HUELINE_SEED", 1));
     for (std::uint64_t count = from_environment("HUELINE_TEXTS", 20'000); count > 0; --count) {
         std::string const text = texts.next();
-        SCOPED_TRACE(testing::Message() << readable(text));
+        SCOPED_TRACE(readable(text));
+        check(text, texts);
+        if (testing::Test::HasFatalFailure()) {
+            return;
+        }
+    }
+}
 
-        // What is shown, and how wide.
+// The head of a text, of the most clusters that there is room for.
+std::vector<Shown> head(UnicodeData const& data, std::vector<Shown> const& text, std::size_t room)
+{
+    std::vector<Shown> result;
+    auto at = text.begin();
+    for (std::size_t const size : clusters(data, text)) {
+        auto const end = at + static_cast<std::ptrdiff_t>(size);
+        unsigned const needed = columns(data, {at, end});
+        if (needed > room) {
+            break;
+        }
+        room -= needed;
+        result.insert(result.end(), at, end);
+        at = end;
+    }
+    return result;
+}
+
+TEST_F(UnicodeFiles, AgreeOnRandomTexts)
+{
+    for_random_texts([](std::string const& text, RandomTexts& texts) {
         std::vector<Shown> const expected = without_sequences(text);
-        std::string const stripped = strip_escapes(text);
-        ASSERT_EQ(readable(stripped), readable(joined(expected)));
+        ASSERT_EQ(readable(strip_escapes(text)), readable(joined(expected)));
         std::size_t const width = display_width(text);
         ASSERT_EQ(width, columns_of_text(data(), expected));
+        std::size_t const room = texts.below(width + 3);
+        std::string const cut = truncate(text, room, "");
+        if (width <= room) {
+            ASSERT_EQ(readable(cut), readable(text));
+        } else {
+            ASSERT_EQ(readable(strip_escapes(cut)), readable(joined(head(data(), expected, room))));
+        }
+    });
+}
 
-        // Nothing is left, in pieces neither.
+TEST(StripEscapes, LeavesNoEscapeOfRandomTexts)
+{
+    for_random_texts([](std::string const& text, RandomTexts& texts) {
+        std::string const stripped = strip_escapes(text);
         ASSERT_FALSE(has_escape_or_c1(stripped));
         ASSERT_EQ(readable(strip_escapes(stripped)), readable(stripped));
         escape_stripper stripper;
@@ -372,43 +411,42 @@ TEST_F(UnicodeFiles, AgreeOnRandomTexts)
         }
         in_pieces += stripper.finish();
         ASSERT_EQ(readable(in_pieces), readable(stripped));
+    });
+}
 
-        // The head that a cut leaves: the most clusters that there is room for.
-        std::size_t const columns_wanted = texts.below(width + 3);
-        std::string const cut = truncate(text, columns_wanted, "");
-        ASSERT_LE(display_width(cut), columns_wanted);
-        if (width <= columns_wanted) {
-            ASSERT_EQ(readable(cut), readable(text));
-        } else {
-            std::vector<Shown> head;
-            std::size_t columns_of_head = 0;
-            auto at = expected.begin();
-            for (std::size_t const size : clusters(data(), expected)) {
-                std::vector<Shown> const cluster(at, at + static_cast<std::ptrdiff_t>(size));
-                columns_of_head += columns(data(), cluster);
-                if (columns_of_head > columns_wanted) {
-                    break;
-                }
-                head.insert(head.end(), cluster.begin(), cluster.end());
-                at += static_cast<std::ptrdiff_t>(size);
-            }
-            ASSERT_EQ(readable(strip_escapes(cut)), readable(joined(head)));
-        }
+TEST(Truncate, IsNeverTooWideForRandomTexts)
+{
+    for_random_texts([](std::string const& text, RandomTexts& texts) {
+        std::size_t const columns = texts.below(display_width(text) + 3);
         std::string const tail = texts.below(2) == 0 ? "…" : texts.next();
-        ASSERT_LE(display_width(truncate(text, columns_wanted, tail)), columns_wanted) << readable(tail);
+        ASSERT_LE(display_width(truncate(text, columns, tail)), columns) << readable(tail);
+    });
+}
 
-        // Padding fills up, and changes nothing else.
+TEST(Pad, FillsRandomTexts)
+{
+    for_random_texts([](std::string const& text, RandomTexts& texts) {
         for (alignment const where : {alignment::left, alignment::right, alignment::center}) {
-            std::size_t const filled = texts.below(width + 8);
-            std::string const padded = pad(text, filled, where);
-            ASSERT_EQ(display_width(padded), std::max(width, filled)) << static_cast<int>(where) << ' ' << filled;
+            std::size_t const width = display_width(text);
+            std::size_t const columns = texts.below(width + 8);
+            ASSERT_EQ(display_width(pad(text, columns, where)), std::max(width, columns))
+                << static_cast<int>(where) << ' ' << columns;
         }
+    });
+}
 
-        // What is made harmless can be read back.
+TEST(EscapeUntrusted, MakesRandomTextsHarmless)
+{
+    for_random_texts([](std::string const& text, RandomTexts&) {
         std::string const escaped = escape_untrusted(text);
         ASSERT_EQ(readable(unescape_untrusted(escaped)), readable(text));
-        ASSERT_FALSE(has_escape_or_c1(escaped));
-    }
+        ASSERT_EQ(readable(strip_escapes(escaped)), escaped); // no byte that is no UTF-8 either
+        ASSERT_EQ(escape_untrusted(escaped) == escaped, escaped == text);
+        for (char32_t const unwanted :
+             {0x061cU, 0x200eU, 0x200fU, 0x202aU, 0x202eU, 0x2066U, 0x2069U, 0x2028U, 0x200bU}) {
+            ASSERT_EQ(escaped.find(utf8(unwanted)), std::string::npos);
+        }
+    });
 }
 
 } // namespace
