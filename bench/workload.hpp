@@ -70,6 +70,8 @@ Workloads true_color_class();
 Workloads plain_dump();
 Workloads colored_dump();
 Workloads indicators();
+Workloads kit_line();
+Workloads kit_style();
 Workloads kit_text();
 Workloads growth();
 

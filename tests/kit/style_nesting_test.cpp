@@ -1,0 +1,462 @@
+// Nested styles, read back as a terminal reads them: each character looks as its styles say, lines end plain, and what
+// was in effect before is so again afterwards.
+#include <kestry/kit/style.hpp>
+#include <kestry/kit/text.hpp>
+
+#include "support/readable.hpp"
+#include "support/screen.hpp"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <ostream>
+#include <random>
+#include <sstream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+using namespace hueline::test;
+using namespace kestry::kit;
+
+// ---------------------------------------------------------------------------------------------
+// A terminal that knows SGR
+// ---------------------------------------------------------------------------------------------
+
+struct Pen {
+    color foreground = {};
+    color background = {};
+    unsigned attributes = 0;
+
+    bool operator==(Pen const&) const = default;
+};
+
+Pen under(Pen const& around, style const& look)
+{
+    auto const over = [](color const& c, color const& before) {
+        return c.kind == color_kind::none ? before : c.kind == color_kind::standard ? color{} : c;
+    };
+    return {over(look.foreground, around.foreground), over(look.background, around.background),
+            around.attributes | look.attributes};
+}
+
+std::vector<int> numbers(std::string_view parameters)
+{
+    std::vector<int> all(1);
+    for (char const c : parameters) {
+        if (c == ';') {
+            all.push_back(0);
+        } else {
+            all.back() = all.back() * 10 + (c - '0');
+        }
+    }
+    return all;
+}
+
+// What an SGR sequence makes of a pen, if its ends lead back to what is around.
+void select(std::string_view parameters, Pen& pen, Pen const& around, color_depth depth)
+{
+    std::vector<int> const n = numbers(parameters);
+    auto const keep = [&](unsigned bits) { pen.attributes = (pen.attributes & ~bits) | (around.attributes & bits); };
+    for (std::size_t i = 0; i < n.size(); ++i) {
+        auto const named = [&](int base) { return color{color_kind::named, static_cast<std::uint8_t>(n[i] - base)}; };
+        auto const more = [&] {
+            bool const is_palette = n.at(i + 1) == 5;
+            color const c = is_palette ? palette(n.at(i + 2)) : rgb(n.at(i + 2), n.at(i + 3), n.at(i + 4));
+            i += is_palette ? 2 : 4;
+            return reduced(c, depth);
+        };
+        switch (n[i]) {
+        case 0:
+            pen = around;
+            break;
+        case 1:
+        case 2:
+        case 3:
+        case 4:
+        case 5:
+            pen.attributes |= 1U << (n[i] - 1);
+            break;
+        case 7:
+        case 8:
+        case 9:
+            pen.attributes |= 1U << (n[i] - 2);
+            break;
+        case 22:
+            keep(0x03);
+            break;
+        case 23:
+        case 24:
+        case 25:
+            keep(1U << (n[i] - 21));
+            break;
+        case 27:
+        case 28:
+        case 29:
+            keep(1U << (n[i] - 22));
+            break;
+        case 38:
+            pen.foreground = more();
+            break;
+        case 39:
+            pen.foreground = around.foreground;
+            break;
+        case 48:
+            pen.background = more();
+            break;
+        case 49:
+            pen.background = around.background;
+            break;
+        default:
+            if (n[i] >= 30 && n[i] <= 37) {
+                pen.foreground = named(30);
+            } else if (n[i] >= 40 && n[i] <= 47) {
+                pen.background = named(40);
+            } else if (n[i] >= 90 && n[i] <= 97) {
+                pen.foreground = named(90 - 8);
+            } else if (n[i] >= 100 && n[i] <= 107) {
+                pen.background = named(100 - 8);
+            } else {
+                ADD_FAILURE() << "SGR " << n[i];
+            }
+        }
+    }
+}
+
+struct Written {
+    char character;
+    Pen pen;
+
+    bool operator==(Written const&) const = default;
+};
+
+// Calls on_character(c) and on_sequence(parameters) for all of a text.
+template <class OnCharacter, class OnSequence>
+void read(std::string_view bytes, OnCharacter on_character, OnSequence on_sequence)
+{
+    for (std::size_t at = 0; at < bytes.size(); ++at) {
+        if (bytes[at] != '\x1b') {
+            on_character(bytes[at]);
+            continue;
+        }
+        std::size_t const end = bytes.find('m', at);
+        ASSERT_EQ(bytes.substr(at, 2), "\x1b[");
+        ASSERT_NE(end, std::string_view::npos);
+        on_sequence(bytes.substr(at + 2, end - at - 2));
+        at = end;
+    }
+}
+
+bool is_line_end(char c) { return c == '\r' || c == '\n'; }
+
+struct Shown {
+    std::vector<Written> characters; // without the ends of lines
+    Pen pen;
+};
+
+Shown show(std::string_view bytes, Pen const& at_start)
+{
+    Shown shown;
+    shown.pen = at_start;
+    std::size_t parameters_before = 0; // of a sequence right before
+    auto const on_character = [&](char c) {
+        parameters_before = 0;
+        if (is_line_end(c)) {
+            EXPECT_EQ(shown.pen, Pen{}) << readable(bytes);
+        } else {
+            shown.characters.push_back({c, shown.pen});
+        }
+    };
+    auto const on_sequence = [&](std::string_view parameters) {
+        Pen const before = shown.pen;
+        select(parameters, shown.pen, {}, color_depth::truecolor);
+        EXPECT_NE(shown.pen, before) << "a sequence without effect in " << readable(bytes);
+        std::size_t const count = numbers(parameters).size();
+        EXPECT_LE(count, 16U) << readable(bytes);
+        EXPECT_TRUE(parameters_before == 0 || parameters_before + count > 16) << readable(bytes);
+        parameters_before = count;
+    };
+    read(bytes, on_character, on_sequence);
+    return shown;
+}
+
+color_depth const depths[] = {color_depth::none, color_depth::ansi16, color_depth::ansi256, color_depth::truecolor};
+
+// ---------------------------------------------------------------------------------------------
+// All nestings of three
+// ---------------------------------------------------------------------------------------------
+
+style const looks[] = {
+    {},
+    bold,
+    faint,
+    italic,
+    underline,
+    blink,
+    reverse,
+    concealed,
+    crossed_out,
+    fg(red),
+    fg(bright_blue),
+    fg(palette(99)),
+    fg(rgb(1, 200, 3)),
+    fg(default_color),
+    bg(white),
+    bg(rgb(100, 2, 3)),
+    bg(default_color),
+    bold | fg(green),
+    faint | underline | fg(rgb(9, 9, 200)) | bg(bright_yellow),
+    bold | faint | italic | underline | blink | reverse | concealed | crossed_out | fg(black) | bg(palette(20)),
+};
+
+TEST(Nestings, OfThreeLookAsTheirStylesSay)
+{
+    for (color_depth const depth : depths) {
+        for (style const& a : looks) {
+            for (style const& b : looks) {
+                for (style const& c : looks) {
+                    std::string const bytes =
+                        to_string(styled(a, "1", styled(b, styled("2", c), "3\n", styled(c, "\n", "4")), "5\r\n6",
+                                         styled("7", c)),
+                                  depth);
+                    Pen const outer = under({}, reduced(a, depth));
+                    Pen const middle = under(outer, reduced(b, depth));
+                    Pen const inner = under(middle, reduced(c, depth));
+                    Pen const last = under(outer, reduced(c, depth));
+                    Shown const shown = show(bytes, {});
+                    std::vector<Written> const expected = {{'1', outer}, {'2', inner}, {'3', middle}, {'4', inner},
+                                                           {'5', outer}, {'6', outer}, {'7', last}};
+                    ASSERT_EQ(shown.characters, expected) << readable(bytes);
+                    ASSERT_EQ(shown.pen, Pen{}) << readable(bytes);
+                    ASSERT_EQ(strip_escapes(bytes), "123\n\n45\r\n67");
+                    if (depth == color_depth::none) {
+                        ASSERT_EQ(bytes, "123\n\n45\r\n67");
+                    }
+                }
+            }
+        }
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Random trees, with text that has colours of its own
+// ---------------------------------------------------------------------------------------------
+
+struct Tree {
+    style look;
+    std::string text; // of a leaf
+    std::vector<Tree> children;
+};
+
+// Inserts the children of a tree, each as a program would: styled by itself.
+struct Children {
+    Tree const& of;
+
+    friend std::ostream& operator<<(std::ostream& os, Children const& children)
+    {
+        for (Tree const& child : children.of.children) {
+            if (child.children.empty()) {
+                os << child.text;
+            } else if (child.children.size() == 2) {
+                os << styled(child.look, Children{{child.look, {}, {child.children[0]}}},
+                             Children{{child.look, {}, {child.children[1]}}});
+            } else {
+                os << styled(Children{child}, child.look);
+            }
+        }
+        return os;
+    }
+};
+
+class Random {
+public:
+    explicit Random(unsigned seed) : engine(seed) {}
+
+    std::size_t below(std::size_t n) { return engine() % n; }
+
+    style look() { return looks[below(std::size(looks))] | looks[below(std::size(looks))]; }
+
+    std::string text()
+    {
+        static char const* const parts[] = {
+            "a",          "b c",       "",         "word",     "d\ne",          "\n",
+            "f\r\n",      "\x1b[1m",   "\x1b[22m", "\x1b[31m", "\x1b[39m",      "\x1b[m",
+            "\x1b[0;3m",  "\x1b[23m",  "\x1b[4m",  "\x1b[24m", "\x1b[48;5;20m", "\x1b[49m",
+            "\x1b[94;1m", "\x1b[2;7m", "\x1b[27m", "\x1b[9m",  "\x1b[29m",      "\x1b[38;2;1;200;3m",
+        };
+        std::string made;
+        for (std::size_t n = below(5); n != 0; --n) {
+            made += parts[below(std::size(parts))];
+        }
+        return made;
+    }
+
+    Tree tree(int levels)
+    {
+        Tree made{look(), {}, {}};
+        for (std::size_t n = 1 + below(3); n != 0; --n) {
+            if (levels == 0 || below(2) == 0) {
+                made.children.push_back({{}, text(), {}});
+            } else {
+                made.children.push_back(tree(levels - 1));
+            }
+        }
+        return made;
+    }
+
+private:
+    std::mt19937 engine;
+};
+
+// What a person should see of a tree.
+void expect(Tree const& tree, Pen const& outside, color_depth depth, Shown& expected, std::string& plain)
+{
+    Pen const around = under(outside, reduced(tree.look, depth));
+    Pen pen = around;
+    for (Tree const& child : tree.children) {
+        if (!child.children.empty()) {
+            expect(child, pen, depth, expected, plain);
+            continue;
+        }
+        auto const on_character = [&](char c) {
+            plain += c;
+            if (!is_line_end(c)) {
+                expected.characters.push_back({c, pen});
+            }
+        };
+        auto const on_sequence = [&](std::string_view parameters) {
+            if (depth != color_depth::none) {
+                select(parameters, pen, around, depth);
+            }
+        };
+        read(child.text, on_character, on_sequence);
+    }
+}
+
+struct Sample {
+    std::string bytes;
+    Shown expected;
+    std::string plain;
+    Pen around;
+};
+
+Sample sample(unsigned seed)
+{
+    Random random{seed};
+    color_depth const depth = depths[random.below(std::size(depths))];
+    style const around = random.below(3) == 0 ? random.look() : style{};
+    Tree const tree = random.tree(4);
+
+    std::ostringstream os;
+    set_depth(os, depth);
+    set_style(os, around);
+    os << styled(Children{tree}, tree.look);
+
+    Sample made;
+    made.bytes = os.str();
+    made.around = under({}, reduced(around, depth));
+    expect(tree, made.around, depth, made.expected, made.plain);
+    return made;
+}
+
+TEST(Nestings, AtRandomLookAsTheirStylesSay)
+{
+    for (unsigned seed = 0; seed < 3000; ++seed) {
+        Sample const made = sample(seed);
+        Shown const shown = show(made.bytes, made.around);
+        ASSERT_EQ(shown.characters, made.expected.characters) << seed << ": " << readable(made.bytes);
+        ASSERT_EQ(shown.pen, made.around) << seed << ": " << readable(made.bytes);
+        ASSERT_EQ(strip_escapes(made.bytes), made.plain) << seed;
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// What a person sees
+// ---------------------------------------------------------------------------------------------
+
+// An emulator that knows neither faint nor concealed text.
+void compare(Cell const& cell, Written const& expected, std::string const& where)
+{
+    unsigned const attributes = expected.pen.attributes;
+    auto const has = [attributes](style const& one) { return (attributes & one.attributes) != 0; };
+    EXPECT_EQ(cell.character, std::string(1, expected.character)) << where;
+    EXPECT_EQ(cell.bold, has(bold)) << where;
+    EXPECT_EQ(cell.italic, has(italic)) << where;
+    EXPECT_EQ(cell.underline, has(underline)) << where;
+    EXPECT_EQ(cell.blink, has(blink)) << where;
+    EXPECT_EQ(cell.reverse, has(reverse)) << where;
+    EXPECT_EQ(cell.strike, has(crossed_out)) << where;
+    auto const compare_color = [&where](Colour const& seen, color const& c) {
+        EXPECT_EQ(seen.is_default, c.kind == color_kind::none) << where;
+        if (c.kind == color_kind::named || c.kind == color_kind::palette) {
+            EXPECT_EQ(seen.index, int{c.r}) << where;
+        } else if (c.kind == color_kind::rgb) {
+            EXPECT_EQ(rgb(seen.r, seen.g, seen.b), c) << where;
+        }
+    };
+    compare_color(cell.foreground, expected.pen.foreground);
+    compare_color(cell.background, expected.pen.background);
+}
+
+TEST(Nestings, AreSeenAsTheirStylesSay)
+{
+    int compared = 0;
+    for (unsigned seed = 0; seed < 600; ++seed) {
+        Sample const made = sample(seed);
+        if (made.around != Pen{}) {
+            continue; // an emulator starts plain
+        }
+        Screen const screen{made.bytes, 60, 200};
+        int row = 0;
+        int col = 0;
+        std::size_t next = 0;
+        for (char const c : made.plain) {
+            if (c == '\n') {
+                ++row;
+                col = 0;
+            } else if (c != '\r') {
+                compare(screen.cell(row, col), made.expected.characters.at(next),
+                        std::to_string(seed) + ": " + readable(made.bytes) + " at " + std::to_string(next));
+                ++next;
+                ++col;
+                ++compared;
+            }
+        }
+        if (HasFailure()) {
+            break;
+        }
+    }
+    EXPECT_GT(compared, 2000);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Any bytes
+// ---------------------------------------------------------------------------------------------
+
+TEST(AnyBytes, AreStrippedAtNoDepthAsTextIs)
+{
+    std::mt19937 engine{7};
+    std::string_view const likely = "\x1b\x1b\x1b[[]]PmmHK0123;;:?\\\a\n\r\x18\xc2\x9b\x9d\x9c\x85\xe2\x82\xac ab";
+    for (int i = 0; i < 20'000; ++i) {
+        std::string bytes;
+        for (std::size_t n = engine() % 20; n != 0; --n) {
+            bytes += engine() % 8 == 0 ? static_cast<char>(engine()) : likely[engine() % likely.size()];
+        }
+        std::string const plain = strip_escapes(bytes);
+        ASSERT_EQ(readable(to_string(styled(bytes, bold), color_depth::none)), readable(plain)) << readable(bytes);
+        if (std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; })) {
+            // Otherwise bytes that a sequence kept apart could become one character.
+            ASSERT_EQ(readable(strip_escapes(to_string(styled(bytes, bold)))), readable(plain)) << readable(bytes);
+        }
+
+        std::size_t const cut = engine() % (bytes.size() + 1);
+        auto const pieces = styled(bold, std::string_view{bytes}.substr(0, cut), std::string_view{bytes}.substr(cut));
+        ASSERT_EQ(readable(to_string(pieces)), readable(to_string(styled(bytes, bold)))) << readable(bytes);
+    }
+}
+
+} // namespace
