@@ -72,6 +72,7 @@ Workloads colored_dump();
 Workloads indicators();
 Workloads kit_line();
 Workloads kit_style();
+Workloads kit_text();
 Workloads growth();
 
 } // namespace hueline::bench
