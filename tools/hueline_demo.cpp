@@ -251,7 +251,7 @@ void tidy_up_after(Demonstration const& shown)
         return;
     }
     UseFrillsMode const frills;
-    std::cout << colorize << reset; // as its colours, past the policy
+    std::cout << colorize << reset; // past the policy, as the colours of its cells
     if (shown.leaves == Leaves::open_line && output_is_terminal()) {
         std::cout << '\n';
     }
