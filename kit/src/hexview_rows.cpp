@@ -1,0 +1,197 @@
+#include "hexview_rows.hpp"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+namespace kestry::kit::detail {
+
+namespace {
+
+// ---------------------------------------------------------------------------------------------
+// Characters of a byte
+// ---------------------------------------------------------------------------------------------
+
+using hex_pairs = std::array<std::array<char, 2>, 256>;
+
+constexpr hex_pairs pairs_of(std::string_view digits)
+{
+    hex_pairs pairs{};
+    for (std::size_t b = 0; b != pairs.size(); ++b) {
+        pairs[b] = {digits[b / 16], digits[b % 16]};
+    }
+    return pairs;
+}
+
+constexpr hex_pairs small_pairs = pairs_of("0123456789abcdef");
+constexpr hex_pairs capital_pairs = pairs_of("0123456789ABCDEF");
+
+void put_pair(char* out, hex_pairs const& pairs, unsigned byte) { std::memcpy(out, pairs[byte & 0xff].data(), 2); }
+
+void put_bits(char* out, unsigned byte)
+{
+    for (int bit = 7; bit >= 0; --bit) {
+        *out++ = static_cast<char>('0' + (byte >> bit & 1));
+    }
+}
+
+char shown(unsigned byte) { return byte >= 0x20 && byte <= 0x7e ? static_cast<char>(byte) : '.'; }
+
+// ---------------------------------------------------------------------------------------------
+// Offsets
+// ---------------------------------------------------------------------------------------------
+
+char* put_hexadecimal(char* out, std::uint64_t offset, int at_least)
+{
+    int const needed = (static_cast<int>(std::bit_width(offset)) + 3) / 4;
+    int left = std::max(needed, at_least);
+    char* const end = out + left;
+    for (; left >= 2; left -= 2, offset >>= 8) {
+        put_pair(out + left - 2, small_pairs, static_cast<unsigned>(offset));
+    }
+    if (left == 1) {
+        *out = small_pairs[offset & 0xf][1];
+    }
+    return end;
+}
+
+// With zeros between a sign and the first digit.
+char* put_padded(char* out, std::string_view digits, int at_least)
+{
+    std::size_t const width = std::max(digits.size(), static_cast<std::size_t>(at_least));
+    std::size_t const sign = digits.front() == '-';
+    std::fill_n(out, width, '0');
+    digits.substr(0, sign).copy(out, sign);
+    digits.substr(sign).copy(out + width - (digits.size() - sign), digits.size());
+    return out + width;
+}
+
+template <class Number>
+char* put_number(char* out, Number number, int base, int at_least)
+{
+    char digits[longest_offset];
+    char* const end = std::to_chars(digits, digits + sizeof digits, number, base).ptr;
+    return put_padded(out, {digits, static_cast<std::size_t>(end - digits)}, at_least);
+}
+
+} // namespace
+
+char* put_offset(char* out, row_shape const& shape, std::uint64_t offset)
+{
+    switch (shape.offsets) {
+    case hex_offsets::hexadecimal:
+        return put_hexadecimal(out, offset, shape.offset_digits);
+    case hex_offsets::decimal:
+        // xxd has a sign for those from 2^63 on.
+        return shape.colon != '\0' ? put_number(out, static_cast<std::int64_t>(offset), 10, shape.offset_digits)
+                                   : put_number(out, offset, 10, shape.offset_digits);
+    case hex_offsets::octal:
+        return put_number(out, offset, 8, shape.offset_digits);
+    case hex_offsets::none:
+        break;
+    }
+    return out;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Rows
+// ---------------------------------------------------------------------------------------------
+
+namespace {
+
+unsigned value(std::byte b) { return std::to_integer<unsigned>(b); }
+
+void put_digits(char* out, row_shape const& shape, hex_pairs const& pairs, std::byte const* bytes, std::size_t size)
+{
+    std::size_t left_in_group = shape.group;
+    for (std::size_t i = 0; i != size; ++i) {
+        if (shape.digits == 2) {
+            put_pair(out, pairs, value(bytes[i]));
+        } else {
+            put_bits(out, value(bytes[i]));
+        }
+        out += shape.cell;
+        if (--left_in_group == 0) {
+            left_in_group = shape.group;
+            ++out;
+        }
+    }
+}
+
+// Byte by byte as xxd does it: where digits and text share a column, the later byte has it.
+void put_last_first(char* out, row_shape const& shape, hex_pairs const& pairs, std::byte const* bytes, std::size_t size)
+{
+    for (std::size_t i = 0; i != size; ++i) {
+        put_pair(out + shape.column(i), pairs, value(bytes[i]));
+        out[shape.text_at + i] = shown(value(bytes[i]));
+    }
+}
+
+} // namespace
+
+char* put_row(char* out, row_shape const& shape, std::uint64_t offset, std::byte const* bytes, std::size_t size)
+{
+    out = put_offset(out, shape, offset);
+    std::memset(out, ' ', shape.text_at);
+    if (shape.colon != '\0') {
+        *out = shape.colon;
+    }
+
+    hex_pairs const& pairs = shape.uppercase ? capital_pairs : small_pairs;
+    char* const text = out + shape.text_at;
+    if (shape.last_first) {
+        put_last_first(out, shape, pairs, bytes, size);
+    } else {
+        put_digits(out + shape.lead, shape, pairs, bytes, size);
+        for (std::size_t i = 0; i != size && shape.has_text; ++i) {
+            text[i] = shown(value(bytes[i]));
+        }
+    }
+
+    char* const end = out + shape.columns(size);
+    if (shape.mark_before != '\0') {
+        text[-1] = shape.mark_before;
+        text[size] = shape.mark_after;
+    }
+    if (shape.has_line_end) {
+        end[-1] = '\n';
+    }
+    return end;
+}
+
+vector_row vectors_for(row_shape const& shape)
+{
+    vector_row row = {};
+    row.columns = shape.columns(shape.width);
+    std::memset(row.low_digit, 0x80, sizeof row.low_digit);
+    std::memset(row.high_digit, 0x80, sizeof row.high_digit);
+    std::memset(row.text, 0x80, sizeof row.text);
+
+    std::byte const none[16] = {};
+    char blank[longest_offset + vector_row::most_columns];
+    row_shape without_offset = shape;
+    without_offset.offsets = hex_offsets::none;
+    put_row(blank, without_offset, 0, none, shape.width);
+    std::memcpy(row.fixed, blank, row.columns);
+
+    // In the order of put_last_first: the later one has the column.
+    auto const put = [&row](unsigned char* source, std::size_t column, std::size_t which) {
+        row.fixed[column] = 0;
+        row.low_digit[column] = row.high_digit[column] = row.text[column] = 0x80;
+        source[column] = static_cast<unsigned char>(which);
+    };
+    for (std::size_t i = 0; i != shape.width; ++i) {
+        unsigned char* const digits = i < 8 ? row.low_digit : row.high_digit;
+        put(digits, shape.column(i), i % 8 * 2);
+        put(digits, shape.column(i) + 1, i % 8 * 2 + 1);
+        if (shape.has_text) {
+            put(row.text, shape.text_at + i, i);
+        }
+    }
+    return row;
+}
+
+} // namespace kestry::kit::detail
