@@ -23,16 +23,6 @@ color_depth depth_before_main()
 
 color_depth const before_main = depth_before_main();
 
-// A terminal of 256 colours, and no word of colour from elsewhere.
-void use_plain_environment()
-{
-    for (char const* const name : {"NO_COLOR", "FORCE_COLOR", "CLICOLOR_FORCE", "CLICOLOR", "COLORTERM", "TERM_PROGRAM",
-                                   "TERM_PROGRAM_VERSION", "WT_SESSION"}) {
-        ::unsetenv(name);
-    }
-    ::setenv("TERM", "xterm-256color", 1);
-}
-
 std::string depths()
 {
     std::string text;
@@ -77,24 +67,24 @@ TEST(StreamDepth, MayBeSetBeforeMain) { EXPECT_EQ(before_main, color_depth::ansi
 TEST(StreamDepth, OfStandardStreamsComesFromTheEnvironmentAndTheirDescriptor)
 {
     auto const body = [] {
-        use_plain_environment();
+        change_environment(sixteen_colours);
         report(depths());
     };
-    EXPECT_EQ(on_terminal(body).report, "256 colours\n256 colours\n256 colours\n");
-    EXPECT_EQ(run_with({Sink::pipe, Sink::terminal}, body).report, "none\n256 colours\n256 colours\n");
-    EXPECT_EQ(run_with({Sink::terminal, Sink::pipe}, body).report, "256 colours\nnone\nnone\n");
+    EXPECT_EQ(on_terminal(body).report, "16 colours\n16 colours\n16 colours\n");
+    EXPECT_EQ(run_with({Sink::pipe, Sink::terminal}, body).report, "none\n16 colours\n16 colours\n");
+    EXPECT_EQ(run_with({Sink::terminal, Sink::pipe}, body).report, "16 colours\nnone\nnone\n");
 }
 
 TEST(StreamDepth, OfStandardStreamsIsKept)
 {
     auto const run = on_terminal([] {
-        use_plain_environment();
+        change_environment(sixteen_colours);
         depth_of(std::cout);
-        set_depth(std::clog, color_depth::ansi16);
+        set_depth(std::clog, color_depth::truecolor);
         ::setenv("NO_COLOR", "1", 1);
         report(depths());
     });
-    EXPECT_EQ(run.report, "256 colours\nnone\n16 colours\n");
+    EXPECT_EQ(run.report, "16 colours\nnone\n24 bit\n");
 }
 
 TEST(StreamDepth, LeavesErrnoAlone)
