@@ -40,15 +40,15 @@ selection select(std::span<std::byte const> bytes, hex_options const& options)
             shows_end_offset(options, size)};
 }
 
-void print(text_sink& sink, std::span<std::byte const> bytes, hex_options const& options)
+void print(text_sink& sink, color_depth depth, std::span<std::byte const> bytes, hex_options const& options)
 {
     auto const [shown, skipped, with_end_offset] = select(bytes, options);
-    row_shape const shape = shape_of(options);
-    row_printer printer(shape, sink, options.first_offset + skipped, shown.size());
-    std::size_t const rows = shown.size() / shape.width;
-    std::byte const* const rest = shown.data() + rows * shape.width;
-    printer.rows(shown.data(), rows, shown.data() + shown.size());
-    printer.end(rest, shown.size() % shape.width, with_end_offset);
+    row_printer printer(options, sink, depth, options.first_offset + skipped, shown.size());
+    std::size_t const width = printer.shape_of_rows().width;
+    std::size_t const rest = shown.size() % width;
+    std::byte const* const end = shown.data() + shown.size();
+    printer.rows(shown.data(), shown.size() / width, end);
+    printer.end(end - rest, rest, with_end_offset);
 }
 
 class string_sink : public text_sink {
@@ -75,14 +75,14 @@ std::ostream& operator<<(std::ostream& os, hex_view const& view)
 {
     stream_sink sink{os};
     os.width(0);
-    print(sink, view.data, view.options);
+    print(sink, depth_for(os, view.options), view.data, view.options);
     return os;
 }
 
-std::string to_string(hex_view const& view)
+std::string to_string(hex_view const& view, color_depth depth)
 {
     string_sink sink;
-    print(sink, view.data, view.options);
+    print(sink, depth, view.data, view.options);
     return std::move(sink.text);
 }
 
@@ -91,7 +91,7 @@ std::string to_string(hex_view const& view)
 // ---------------------------------------------------------------------------------------------
 
 struct hex_writer::state {
-    state(std::ostream& os, hex_options const& options) : sink(os), feed(options, sink) {}
+    state(std::ostream& os, hex_options const& options) : sink(os), feed(options, sink, depth_for(os, options)) {}
 
     stream_sink sink;
     row_feed feed;

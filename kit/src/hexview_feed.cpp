@@ -12,16 +12,16 @@ std::size_t constexpr block = 128 * 1024;
 
 } // namespace
 
-row_feed::row_feed(hex_options const& how, text_sink& sink)
-    : options(how), shape(shape_of(how)), printer(shape, sink, how.first_offset, block),
+row_feed::row_feed(hex_options const& how, text_sink& sink, color_depth depth)
+    : options(how), printer(how, sink, depth, how.first_offset, block), width(printer.shape_of_rows().width),
       to_skip(how.skip < 0 ? 0 : static_cast<std::uint64_t>(how.skip)),
       to_show(how.length.value_or(std::numeric_limits<std::uint64_t>::max())),
-      buffer(shape.width + std::max(block, 2 * shape.width))
+      buffer(width + std::max(block, 2 * width))
 {}
 
 std::span<std::byte> row_feed::space()
 {
-    std::span<std::byte> const left = std::span(buffer).subspan(shape.width + held);
+    std::span<std::byte> const left = std::span(buffer).subspan(width + held);
     std::uint64_t const all = std::numeric_limits<std::uint64_t>::max();
     std::uint64_t const wanted = to_show > all - to_skip ? all : to_skip + to_show;
     return left.first(static_cast<std::size_t>(std::min<std::uint64_t>(left.size(), wanted)));
@@ -36,7 +36,7 @@ void row_feed::jump(std::uint64_t count)
 
 void row_feed::added(std::size_t count)
 {
-    std::byte* const bytes = buffer.data() + shape.width;
+    std::byte* const bytes = buffer.data() + width;
     if (to_skip != 0) { // nothing is held yet
         auto const skipped = static_cast<std::size_t>(std::min<std::uint64_t>(count, to_skip));
         jump(skipped);
@@ -47,22 +47,22 @@ void row_feed::added(std::size_t count)
     taken += count;
     to_show -= count;
 
-    std::size_t const rows = held / shape.width;
+    std::size_t const rows = held / width;
     if (rows == 0) {
         return;
     }
     printer.rows(bytes, rows, bytes + held);
     printer.flush();
-    held %= shape.width;
-    std::memmove(buffer.data(), bytes + (rows - 1) * shape.width, shape.width + held);
+    held %= width;
+    std::memmove(buffer.data(), bytes + (rows - 1) * width, width + held);
 }
 
 void row_feed::finish()
 {
-    printer.end(buffer.data() + shape.width, held, shows_end_offset(options, taken));
     if (to_skip != 0) {
         check_skip_after_end(options.layout);
     }
+    printer.end(buffer.data() + width, held, shows_end_offset(options, taken));
 }
 
 } // namespace kestry::kit::detail

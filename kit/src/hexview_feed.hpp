@@ -26,10 +26,16 @@ private:
     std::ostream& stream;
 };
 
+/// How richly the stream is to be coloured, if it is asked for at all.
+inline color_depth depth_for(std::ostream& os, hex_options const& options)
+{
+    return options.colored ? depth_of(os) : color_depth::none;
+}
+
 /// Collects bytes until they make rows, and prints these.
 class row_feed {
 public:
-    row_feed(hex_options const& how, text_sink& sink);
+    row_feed(hex_options const& how, text_sink& sink, color_depth depth);
 
     /// Where the next bytes are to be put: not more than are wanted, and none if that is so.
     std::span<std::byte> space();
@@ -51,8 +57,8 @@ public:
 
 private:
     hex_options const options;
-    row_shape const shape;
     row_printer printer;
+    std::size_t const width;
     std::uint64_t to_skip;
     std::uint64_t to_show;
     std::uint64_t taken = 0; // bytes in all, skipped or shown

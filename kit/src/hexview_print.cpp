@@ -27,17 +27,26 @@ bool equal(std::byte const* a, std::byte const* b, std::size_t size)
     return first == second && std::memcmp(a, b, size) == 0;
 }
 
+std::unique_ptr<hex_inks> inks_of(hex_options const& options, color_depth depth)
+{
+    bool const wanted = options.colored && depth != color_depth::none;
+    return wanted ? std::make_unique<hex_inks>(options.theme, depth) : nullptr;
+}
+
 } // namespace
 
-row_printer::row_printer(row_shape const& row, text_sink& where, std::uint64_t offset, std::size_t bytes_expected)
-    : shape(row), sink(where), has_vector_row(bytes_expected >= 256 && has_vectors(row)), next_offset(offset),
-      room(room_for_row(row) + vector_row::most_columns)
+row_printer::row_printer(hex_options const& options, text_sink& where, color_depth depth, std::uint64_t offset,
+                         std::size_t bytes_expected)
+    : shape(shape_of(options)), sink(where), inks(inks_of(options, depth)),
+      has_vector_row(bytes_expected >= 256 && has_vectors(shape)), next_offset(offset),
+      plain_room(room_for_row(shape) + vector_row::most_columns),
+      room(plain_room + (inks ? inks->room(shape.width) : 0)), plain(inks ? new char[plain_room] : nullptr)
 {
     if (has_vector_row) {
-        vectors = vectors_for(row);
+        vectors = vectors_for(shape);
     }
-    // Two rows more than the bytes need: "*" or a row in its stead, and the end offset.
-    std::size_t const rows = std::min(bytes_expected / row.width + 3, block);
+    // Two rows more than the bytes need: one that is shown after all, or "*", and the end offset.
+    std::size_t const rows = std::min(bytes_expected / shape.width + 3, block);
     std::size_t const needed = std::max(std::min(rows * room, block), 2 * room);
     if (needed > sizeof small) {
         large.reset(new char[needed]);
@@ -61,20 +70,36 @@ void row_printer::make_room()
     }
 }
 
+void row_printer::put_colored(std::byte const* bytes, std::size_t size, char const* end_of_plain)
+{
+    auto const characters = static_cast<std::size_t>(end_of_plain - plain.get());
+    at = inks->color_row(at, now, plain.get(), characters - shape.columns(size), shape, bytes, size);
+}
+
+void row_printer::put(std::byte const* bytes, std::size_t size)
+{
+    if (inks) {
+        put_colored(bytes, size, put_row(plain.get(), shape, next_offset, bytes, size));
+    } else {
+        at = put_row(at, shape, next_offset, bytes, size);
+    }
+}
+
 void row_printer::show(std::byte const* first, std::size_t count, std::byte const* readable)
 {
     while (count != 0 && !refused) {
         make_room();
-        std::size_t some = std::min(count, static_cast<std::size_t>(limit - at) / room);
         // Vectors read 16 bytes for each row.
         std::size_t const left = static_cast<std::size_t>(readable - first);
         std::size_t const for_vectors = !has_vector_row || left < 16 ? 0 : (left - 16) / shape.width + 1;
-        if (for_vectors != 0) {
-            some = std::min(some, for_vectors);
-            at = put_vector_rows(at, shape, vectors, next_offset, first, some);
+        std::size_t some = 1;
+        if (for_vectors == 0) {
+            put(first, shape.width);
+        } else if (inks) {
+            put_colored(first, shape.width, put_vector_rows(plain.get(), shape, vectors, next_offset, first, 1));
         } else {
-            some = 1;
-            at = put_row(at, shape, next_offset, first, shape.width);
+            some = std::min({count, static_cast<std::size_t>(limit - at) / room, for_vectors});
+            at = put_vector_rows(at, shape, vectors, next_offset, first, some);
         }
         first += some * shape.width;
         next_offset += some * shape.width;
@@ -151,22 +176,35 @@ void row_printer::rows(std::byte const* first, std::size_t count, std::byte cons
     }
 }
 
+void row_printer::put_end_offset()
+{
+    if (inks) {
+        auto const size = static_cast<std::size_t>(put_offset(plain.get(), shape, next_offset) - plain.get());
+        at = inks->color_offset(at, plain.get(), size);
+    } else {
+        at = put_offset(at, shape, next_offset);
+    }
+}
+
 void row_printer::end(std::byte const* bytes, std::size_t size, bool with_offset)
 {
     if (size != 0) {
         end_of_repeated(bytes);
         make_room();
-        at = put_row(at, shape, next_offset, bytes, size);
+        put(bytes, size);
         next_offset += size;
     } else if (shape.squeeze == hex_squeeze::zeros) {
         end_of_zeros(bytes);
     }
     make_room();
     if (!shape.has_line_end && (size != 0 || !is_first)) {
+        if (inks) {
+            at = inks->end_color(at, now);
+        }
         *at++ = '\n';
     }
     if (shape.ends_with_offset && with_offset) {
-        at = put_offset(at, shape, next_offset);
+        put_end_offset();
         *at++ = '\n';
     }
     flush();

@@ -2,6 +2,7 @@
 /// The rows of a hex view in their order: which are shown, and the last line.
 #pragma once
 
+#include "hexview_color.hpp"
 #include "hexview_rows.hpp"
 
 #include <cstddef>
@@ -24,7 +25,10 @@ protected:
 class row_printer {
 public:
     /// As much text as bytes_expected may become is collected before it is handed on, up to 128 KiB.
-    row_printer(row_shape const& row, text_sink& where, std::uint64_t offset, std::size_t bytes_expected);
+    row_printer(hex_options const& options, text_sink& where, color_depth depth, std::uint64_t offset,
+                std::size_t bytes_expected);
+
+    row_shape const& shape_of_rows() const { return shape; }
 
     /// Writes so many full rows. Before the first there are the bytes of the row before, unless it is the first of all.
     /// Up to readable there is more to read in memory.
@@ -45,6 +49,9 @@ public:
 
 private:
     void show(std::byte const* first, std::size_t count, std::byte const* readable);
+    void put(std::byte const* bytes, std::size_t size);
+    void put_colored(std::byte const* bytes, std::size_t size, char const* end_of_plain);
+    void put_end_offset();
     bool repeats(std::byte const* row) const;
     void leave_out();
     void put_star();
@@ -54,6 +61,8 @@ private:
 
     row_shape const shape;
     text_sink& sink;
+    std::unique_ptr<hex_inks> const inks; // in the coloured form
+    hex_inks::ink now = 0;
     bool const has_vector_row;
     vector_row vectors;
 
@@ -67,7 +76,9 @@ private:
     char* begin = small;
     char* at = small;
     char* limit = small + sizeof small;
-    std::size_t room; // what a row needs
+    std::size_t const plain_room;        // what a plain row needs
+    std::size_t const room;              // what a row needs
+    std::unique_ptr<char[]> const plain; // a row before it is coloured
 };
 
 } // namespace kestry::kit::detail

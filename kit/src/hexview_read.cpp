@@ -53,7 +53,7 @@ ssize_t read(int descriptor, std::span<std::byte> space)
 void hexdump_file(std::ostream& os, int descriptor, hex_options const& options)
 {
     stream_sink sink(os);
-    row_feed feed(options, sink);
+    row_feed feed(options, sink, depth_for(os, options));
     if (options.skip != 0) {
         feed.jump(seek(descriptor, options.skip));
     }

@@ -166,9 +166,10 @@ vector_row vectors_for(row_shape const& shape)
 {
     vector_row row = {};
     row.columns = shape.columns(shape.width);
-    std::memset(row.low_digit, 0x80, sizeof row.low_digit);
-    std::memset(row.high_digit, 0x80, sizeof row.high_digit);
-    std::memset(row.text, 0x80, sizeof row.text);
+    unsigned char constexpr nowhere = 0x80;
+    std::memset(row.low_digit, nowhere, sizeof row.low_digit);
+    std::memset(row.high_digit, nowhere, sizeof row.high_digit);
+    std::memset(row.text, nowhere, sizeof row.text);
 
     std::byte const none[16] = {};
     char blank[longest_offset + vector_row::most_columns];
@@ -177,11 +178,14 @@ vector_row vectors_for(row_shape const& shape)
     put_row(blank, without_offset, 0, none, shape.width);
     std::memcpy(row.fixed, blank, row.columns);
 
-    // In the order of put_last_first: the later one has the column.
-    auto const put = [&row](unsigned char* source, std::size_t column, std::size_t which) {
-        row.fixed[column] = 0;
-        row.low_digit[column] = row.high_digit[column] = row.text[column] = 0x80;
-        source[column] = static_cast<unsigned char>(which);
+    // In the order of put_last_first: the later one has the column, and what is after the row is cut off.
+    std::size_t const line_end = row.columns - (shape.has_line_end ? 1 : 0);
+    auto const put = [&row, line_end](unsigned char* source, std::size_t column, std::size_t which) {
+        if (column < line_end) {
+            row.fixed[column] = 0;
+            row.low_digit[column] = row.high_digit[column] = row.text[column] = nowhere;
+            source[column] = static_cast<unsigned char>(which);
+        }
     };
     for (std::size_t i = 0; i != shape.width; ++i) {
         unsigned char* const digits = i < 8 ? row.low_digit : row.high_digit;

@@ -1,7 +1,7 @@
 #include <kestry/kit/hexview.hpp>
 
+#include "kit/hexview.hpp"
 #include "support/process.hpp"
-#include "support/readable.hpp"
 
 #include <algorithm>
 #include <cstdint>
@@ -89,11 +89,6 @@ std::string text_of(Arguments const& arguments)
     return text;
 }
 
-std::string from_memory(std::string const& bytes, hex_options const& options)
-{
-    return to_string(hexdump(std::as_bytes(std::span(bytes)), options));
-}
-
 std::string from_file(File const& file, hex_options const& options)
 {
     std::ostringstream os;
@@ -106,7 +101,7 @@ std::string in_pieces(std::string const& bytes, hex_options const& options, std:
 {
     std::ostringstream os;
     hex_writer writer(os, options);
-    std::span<std::byte const> left = std::as_bytes(std::span(bytes));
+    std::span<std::byte const> left = bytes_of(bytes);
     while (!left.empty()) {
         std::size_t const some = std::min<std::size_t>(left.size(), 1 + random() % 40);
         writer.write(left.first(some));
@@ -159,12 +154,12 @@ void expect_equal(Tool const& tool, Arguments const& arguments, std::string cons
     Outcome const run = run_program(on_pipes, command);
     SCOPED_TRACE(text_of(command) + " with " + std::to_string(bytes.size()) + " bytes");
     if (run.status != 0) {
-        EXPECT_THROW(hexdump(std::as_bytes(std::span(bytes)), options), std::invalid_argument) << run.err;
+        EXPECT_THROW(hexdump(bytes_of(bytes), options), std::invalid_argument) << run.err;
         std::ostringstream os;
         EXPECT_THROW(hexdump_file(os, file.descriptor, options), std::invalid_argument) << run.err;
         return;
     }
-    EXPECT_EQ(from_memory(bytes, options), run.out);
+    EXPECT_EQ(view(bytes, options), run.out);
     EXPECT_EQ(from_file(file, options), run.out);
     if (options.skip >= 0) {
         EXPECT_EQ(in_pieces(bytes, options, choices.random), run.out);

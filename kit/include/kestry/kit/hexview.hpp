@@ -13,6 +13,7 @@
 #define KESTRY_KIT_HEXVIEW_HPP
 
 #include "kestry/kit/policy.hpp"
+#include "kestry/kit/style.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -48,6 +49,17 @@ enum class hex_offsets : unsigned char {
     none,    ///< od -A n: no end offset either.
 };
 
+/// How each kind of byte looks, in both columns.
+struct hex_theme {
+    style zero = faint;          ///< 0x00
+    style printable = fg(cyan);  ///< 0x21 to 0x7e
+    style space = fg(green);     ///< The blank, and 0x09 to 0x0d.
+    style control = fg(magenta); ///< The other controls, and 0x7f.
+    style high = fg(yellow);     ///< 0x80 to 0xfe
+    style all_bits = fg(red);    ///< 0xff
+    style offset = {};           ///< Offsets, which are no bytes.
+};
+
 /// How bytes are shown.
 struct hex_options {
     hex_layout layout = hex_layout::xxd;
@@ -78,6 +90,12 @@ struct hex_options {
     /// all of three and more rows of zeros but the first, and the last if the data ends with it. Without it on for
     /// hexdump and od, where -v is off, and off for xxd. Plain digits are never left out.
     std::optional<bool> squeeze = {};
+
+    /// Colour the bytes by their kind, as richly as the stream is to be coloured: see depth_of. Neighbours of one kind, in
+    /// either column, share one sequence; no line ends in a colour; without the sequences it is the plain form.
+    bool colored = false;
+
+    hex_theme theme = {};
 };
 
 // ---------------------------------------------------------------------------------------------
@@ -89,7 +107,7 @@ class hex_view {
 public:
     friend hex_view hexdump(std::span<std::byte const> bytes, hex_options const& options);
     friend std::ostream& operator<<(std::ostream& os, hex_view const& view);
-    friend std::string to_string(hex_view const& view);
+    friend std::string to_string(hex_view const& view, color_depth depth);
 
 private:
     hex_view(std::span<std::byte const> bytes, hex_options const& how) : data(bytes), options(how) {}
@@ -114,10 +132,10 @@ hex_view hexdump(std::span<std::byte const> bytes, hex_options const& options = 
 /// Cost    no allocation for up to some 2000 characters, then one.
 std::ostream& operator<<(std::ostream& os, hex_view const& view);
 
-/// Returns the rows.
+/// Returns the rows as a stream of that depth gets them.
 ///
 /// to_string(hexdump(bytes)) == "00000000: 4865 6c6c 6f0a 00                        Hello..\n"
-std::string to_string(hex_view const& view);
+std::string to_string(hex_view const& view, color_depth depth = color_depth::truecolor);
 
 // ---------------------------------------------------------------------------------------------
 // Bytes that come piece by piece
