@@ -62,6 +62,16 @@ public:
     std::string text;
 };
 
+// Room for all rows, where none is left out: a string that grows would be copied again and again.
+std::size_t plain_size(selection const& selected, row_shape const& shape)
+{
+    if (shape.squeeze != hex_squeeze::none) {
+        return 0;
+    }
+    std::size_t const rows = selected.shown.size() / shape.width + 2;
+    return rows * (16 + shape.columns(shape.width));
+}
+
 } // namespace
 
 hex_view hexdump(std::span<std::byte const> bytes, hex_options const& options)
@@ -82,6 +92,7 @@ std::ostream& operator<<(std::ostream& os, hex_view const& view)
 std::string to_string(hex_view const& view, color_depth depth)
 {
     string_sink sink;
+    sink.text.reserve(plain_size(select(view.data, view.options), shape_of(view.options)));
     print(sink, depth, view.data, view.options);
     return std::move(sink.text);
 }

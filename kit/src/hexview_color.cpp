@@ -77,9 +77,6 @@ struct hex_inks::pen {
 
     void change_at(char const* place, ink next)
     {
-        if (place < row) {
-            return; // where digits stand over the text, they have the colour
-        }
         copy_until(place);
         sequence const& change = inks.changes[now][next];
         put(change.text, change.size);
@@ -97,14 +94,21 @@ char* hex_inks::color_row(char* out, ink& now, char const* row, std::size_t offs
     }
 
     char const* const columns = row + offset_size;
-    char const* at = columns + shape.lead;
-    std::size_t left_in_group = shape.group;
-    // Little endian has the bytes of a group in another order, and in the last one blanks instead of some.
+    char const* const end = columns + shape.columns(size);
+    char const* const text = columns + shape.text_at;
+    char const* const end_of_bytes = shape.has_text ? text + size : end - (shape.has_line_end ? 1 : 0);
+
+    // Little endian has the bytes of a group in another order, in the last one blanks instead of some, and of a group that
+    // is not whole digits that are cut off.
     std::size_t const places = shape.last_first ? std::bit_ceil(std::max(size, shape.group)) : size;
-    for (std::size_t place = 0; place != places; ++place) {
+    char const* at = columns + shape.lead;
+    char const* after_digits = at;
+    std::size_t left_in_group = shape.group;
+    for (std::size_t place = 0; place != places && at < end_of_bytes; ++place) {
         std::size_t const i = shape.place(place);
         if (i < size) {
             p.change_at(at, ink_for(i));
+            after_digits = at + shape.digits;
         }
         at += shape.cell;
         if (--left_in_group == 0) {
@@ -112,16 +116,15 @@ char* hex_inks::color_row(char* out, ink& now, char const* row, std::size_t offs
             ++at;
         }
     }
-
-    char const* const end = columns + shape.columns(size);
     if (shape.has_text) {
-        char const* const text = columns + shape.text_at;
-        for (std::size_t i = 0; i != size; ++i) {
+        // Where digits stand over the text, they have the colour.
+        auto const covered = static_cast<std::size_t>(std::max<std::ptrdiff_t>(after_digits - text, 0));
+        for (std::size_t i = covered; i < size; ++i) {
             p.change_at(text + i, ink_for(i));
         }
-        p.change_at(text + size, 0);
-    } else if (shape.has_line_end) {
-        p.change_at(end - 1, 0);
+    }
+    if (shape.has_text || shape.has_line_end) {
+        p.change_at(end_of_bytes, 0);
     }
     p.copy_until(end);
     now = p.now;

@@ -15,30 +15,51 @@ namespace {
 // Characters of a byte
 // ---------------------------------------------------------------------------------------------
 
-using hex_pairs = std::array<std::array<char, 2>, 256>;
+// The characters of each byte.
+template <std::size_t size>
+using byte_table = std::array<std::array<char, size>, 256>;
 
-constexpr hex_pairs pairs_of(std::string_view digits)
+constexpr byte_table<2> hexadecimal(std::string_view digits)
 {
-    hex_pairs pairs{};
-    for (std::size_t b = 0; b != pairs.size(); ++b) {
-        pairs[b] = {digits[b / 16], digits[b % 16]};
+    byte_table<2> table{};
+    for (std::size_t b = 0; b != table.size(); ++b) {
+        table[b] = {digits[b / 16], digits[b % 16]};
     }
-    return pairs;
+    return table;
 }
 
-constexpr hex_pairs small_pairs = pairs_of("0123456789abcdef");
-constexpr hex_pairs capital_pairs = pairs_of("0123456789ABCDEF");
-
-void put_pair(char* out, hex_pairs const& pairs, unsigned byte) { std::memcpy(out, pairs[byte & 0xff].data(), 2); }
-
-void put_bits(char* out, unsigned byte)
+constexpr byte_table<8> binary()
 {
-    for (int bit = 7; bit >= 0; --bit) {
-        *out++ = static_cast<char>('0' + (byte >> bit & 1));
+    byte_table<8> table{};
+    for (std::size_t b = 0; b != table.size(); ++b) {
+        for (std::size_t bit = 0; bit != 8; ++bit) {
+            table[b][7 - bit] = (b >> bit & 1) != 0 ? '1' : '0';
+        }
     }
+    return table;
 }
 
-char shown(unsigned byte) { return byte >= 0x20 && byte <= 0x7e ? static_cast<char>(byte) : '.'; }
+constexpr byte_table<2> small_digits = hexadecimal("0123456789abcdef");
+constexpr byte_table<2> capital_digits = hexadecimal("0123456789ABCDEF");
+constexpr byte_table<8> bits = binary();
+
+template <std::size_t size>
+void put_byte(char* out, byte_table<size> const& table, std::uint64_t byte)
+{
+    std::memcpy(out, table[byte & 0xff].data(), size);
+}
+
+// A table: in random bytes a branch would be mispredicted all the time.
+constexpr std::array<char, 256> text_of_bytes()
+{
+    std::array<char, 256> table{};
+    for (std::size_t b = 0; b != table.size(); ++b) {
+        table[b] = b >= 0x20 && b <= 0x7e ? static_cast<char>(b) : '.';
+    }
+    return table;
+}
+
+constexpr std::array<char, 256> shown = text_of_bytes();
 
 // ---------------------------------------------------------------------------------------------
 // Offsets
@@ -50,10 +71,10 @@ char* put_hexadecimal(char* out, std::uint64_t offset, int at_least)
     int left = std::max(needed, at_least);
     char* const end = out + left;
     for (; left >= 2; left -= 2, offset >>= 8) {
-        put_pair(out + left - 2, small_pairs, static_cast<unsigned>(offset));
+        put_byte(out + left - 2, small_digits, offset);
     }
     if (left == 1) {
-        *out = small_pairs[offset & 0xf][1];
+        *out = small_digits[offset & 0xf][1];
     }
     return end;
 }
@@ -102,31 +123,26 @@ char* put_offset(char* out, row_shape const& shape, std::uint64_t offset)
 
 namespace {
 
-unsigned value(std::byte b) { return std::to_integer<unsigned>(b); }
+std::uint8_t value(std::byte b) { return std::to_integer<std::uint8_t>(b); }
 
-void put_digits(char* out, row_shape const& shape, hex_pairs const& pairs, std::byte const* bytes, std::size_t size)
+template <std::size_t digits>
+void put_digits(char* out, row_shape const& shape, byte_table<digits> const& table, std::byte const* bytes,
+                std::size_t size)
 {
-    std::size_t left_in_group = shape.group;
-    for (std::size_t i = 0; i != size; ++i) {
-        if (shape.digits == 2) {
-            put_pair(out, pairs, value(bytes[i]));
-        } else {
-            put_bits(out, value(bytes[i]));
-        }
-        out += shape.cell;
-        if (--left_in_group == 0) {
-            left_in_group = shape.group;
-            ++out;
+    for (std::size_t i = 0; i != size; ++out) {
+        for (std::size_t const end = i + std::min(shape.group, size - i); i != end; ++i, out += shape.cell) {
+            put_byte(out, table, value(bytes[i]));
         }
     }
 }
 
 // Byte by byte as xxd does it: where digits and text share a column, the later byte has it.
-void put_last_first(char* out, row_shape const& shape, hex_pairs const& pairs, std::byte const* bytes, std::size_t size)
+void put_last_first(char* out, row_shape const& shape, byte_table<2> const& table, std::byte const* bytes,
+                    std::size_t size)
 {
     for (std::size_t i = 0; i != size; ++i) {
-        put_pair(out + shape.column(i), pairs, value(bytes[i]));
-        out[shape.text_at + i] = shown(value(bytes[i]));
+        put_byte(out + shape.column(i), table, value(bytes[i]));
+        out[shape.text_at + i] = shown[value(bytes[i])];
     }
 }
 
@@ -140,15 +156,17 @@ char* put_row(char* out, row_shape const& shape, std::uint64_t offset, std::byte
         *out = shape.colon;
     }
 
-    hex_pairs const& pairs = shape.uppercase ? capital_pairs : small_pairs;
+    byte_table<2> const& digits = shape.uppercase ? capital_digits : small_digits;
     char* const text = out + shape.text_at;
     if (shape.last_first) {
-        put_last_first(out, shape, pairs, bytes, size);
+        put_last_first(out, shape, digits, bytes, size);
+    } else if (shape.digits == 2) {
+        put_digits(out + shape.lead, shape, digits, bytes, size);
     } else {
-        put_digits(out + shape.lead, shape, pairs, bytes, size);
-        for (std::size_t i = 0; i != size && shape.has_text; ++i) {
-            text[i] = shown(value(bytes[i]));
-        }
+        put_digits(out + shape.lead, shape, bits, bytes, size);
+    }
+    for (std::size_t i = 0; i != size && shape.has_text && !shape.last_first; ++i) {
+        text[i] = shown[value(bytes[i])];
     }
 
     char* const end = out + shape.columns(size);
