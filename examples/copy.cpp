@@ -132,8 +132,8 @@ private:
         int constexpr steps = 1000;
         std::cerr << csi::cr;
         if (cells > 0) {
-            std::string const start = in_colour ? csi::color(32) + "[" : "[";
-            std::string const end = in_colour ? "]" + csi::color(0) : "]";
+            std::string const start = (in_colour ? csi::color(32) : "") + '[';
+            std::string const end = ']' + (in_colour ? csi::color(0) : "");
             std::cerr << status_line{static_cast<int>(part * cells), 0, cells, done, ".", start, end, "|/-\\", ""};
         }
         std::cerr << progress_meter{static_cast<int>(part * steps), 0, steps, no_label, "", "", ""}

@@ -51,7 +51,7 @@ bool has_part(std::string_view term, std::initializer_list<std::string_view> wor
         if (is_one_of(term.substr(0, hyphen), words)) {
             return true;
         }
-        if (hyphen == term.npos) {
+        if (hyphen == std::string_view::npos) {
             return false;
         }
         term.remove_prefix(hyphen + 1);
@@ -102,15 +102,13 @@ Detected detect_unlimited(color_environment const& e)
     if (is_iterm || same(e.term_program, "Apple_Terminal")) {
         return {color_depth::ansi256, "TERM_PROGRAM is known for 256 colours"};
     }
-    return {color_depth::ansi16, "nothing says more"};
+    return {color_depth::ansi16, "TERM is not known for more"};
 }
 
+// Not tmux, which by its older default has the same TERM. "screen.xterm" is screen on another terminal.
 bool is_screen(color_environment const& e)
 {
-    std::string_view const name = "screen";
-    return e.term.substr(0, name.size()) == name &&
-           (e.term.size() == name.size() || e.term[name.size()] == '-' || e.term[name.size()] == '.') &&
-           e.term_program != "tmux"; // which calls itself screen too, by its older default
+    return e.term.substr(0, e.term.find_first_of("-.")) == "screen" && e.term_program != "tmux";
 }
 
 // At least 16 colours, for where colour is wanted.
@@ -208,6 +206,16 @@ color_decision decide(color_option const& option, color_environment const& e, bo
     return yes(e, "a terminal");
 }
 
+// An argument for a message that goes to a terminal.
+std::string harmless(std::string_view argument)
+{
+    std::string shown(argument);
+    for (char& c : shown) {
+        c = c < ' ' || c > '~' ? '?' : c;
+    }
+    return shown;
+}
+
 } // namespace
 
 char const* to_string(color_depth depth) noexcept
@@ -229,10 +237,11 @@ std::string to_string(color_decision const& decision)
 {
     std::string text = to_string(decision.depth);
     if (!decision.reason.empty()) {
-        text.append(": ").append(decision.reason);
-    }
-    if (!decision.depth_reason.empty()) {
-        text.append(", ").append(decision.depth_reason);
+        text.append(" (").append(decision.reason);
+        if (!decision.depth_reason.empty()) {
+            text.append(", ").append(decision.depth_reason);
+        }
+        text += ')';
     }
     return text;
 }
@@ -265,7 +274,7 @@ std::optional<color_option> parse_color_option(std::string_view when) noexcept
     return std::nullopt;
 }
 
-color_environment color_environment::of_process()
+color_environment color_environment::of_process() noexcept
 {
     return {.no_color = variable("NO_COLOR"),
             .force_color = variable("FORCE_COLOR"),
@@ -286,7 +295,10 @@ color_policy::color_policy(color_option const& option, color_environment const& 
       err_(environment.err_is_terminal ? on_terminal_ : elsewhere_)
 {}
 
-color_policy color_policy::from_environment() { return color_policy(color_option{}); }
+color_policy::color_policy(color_option const& option) noexcept : color_policy(option, color_environment::of_process())
+{}
+
+color_policy color_policy::from_environment() noexcept { return color_policy(color_option{}); }
 
 color_policy color_policy::from_args(int argc, char const* const* argv)
 {
@@ -300,10 +312,8 @@ color_policy color_policy::from_args(int argc, char const* const* argv)
             std::string_view const when = argument.substr(name.size() + 1);
             std::optional<color_option> const parsed = parse_color_option(when);
             if (!parsed) {
-                std::string shown(argument);
-                std::replace_if(
-                    shown.begin(), shown.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
-                throw std::invalid_argument(shown + ": WHEN is one of auto, always, never, 16, 256, 24bit");
+                throw std::invalid_argument(harmless(argument) +
+                                            ": WHEN is one of auto, always, never, 16, 256, 24bit");
             }
             option = *parsed;
         }

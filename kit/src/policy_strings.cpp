@@ -7,7 +7,7 @@ namespace kestry::kit {
 void use_in_strings(color_decision const& decision)
 {
     // Never destroyed: its destructor would put the switch back, while static objects may still have something to say.
-    static Hueline* const kept = new Hueline;
+    static auto* const kept = new Hueline; // NOLINT(cppcoreguidelines-owning-memory)
     kept->useColor(static_cast<bool>(decision));
 }
 

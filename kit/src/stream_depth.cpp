@@ -17,6 +17,7 @@ constexpr color_depth depth_in(long word) { return static_cast<color_depth>(word
 int depth_index()
 {
     static int const index = [] {
+        static std::ios_base::Init const streams; // may be asked for by a static object of a file without <iostream>
         int const made = std::ios_base::xalloc();
         for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
             os->iword(made);

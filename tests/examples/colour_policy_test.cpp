@@ -41,28 +41,28 @@ TEST(ColourPolicy, ShowsWhatStandsBesideIt)
 TEST(ColourPolicy, DecidesForEachStreamApart)
 {
     Outcome const out_piped = colour_policy({Sink::pipe, Sink::terminal}, {});
-    EXPECT_EQ(readable(out_piped.out), plain("standard output: none: not a terminal"));
-    EXPECT_EQ(readable(out_piped.err), green("standard error: 16 colours: a terminal, nothing says more"));
+    EXPECT_EQ(readable(out_piped.out), plain("standard output: none (not a terminal)"));
+    EXPECT_EQ(readable(out_piped.err), green("standard error: 16 colours (a terminal, TERM is not known for more)"));
     Outcome const err_piped = colour_policy({Sink::terminal, Sink::pipe}, {});
-    EXPECT_EQ(readable(err_piped.out), green("standard output: 16 colours: a terminal, nothing says more"));
-    EXPECT_EQ(readable(err_piped.err), plain("standard error: none: not a terminal"));
+    EXPECT_EQ(readable(err_piped.out), green("standard output: 16 colours (a terminal, TERM is not known for more)"));
+    EXPECT_EQ(readable(err_piped.err), plain("standard error: none (not a terminal)"));
 }
 
 TEST(ColourPolicy, ReadsTheEnvironmentAndTheOptionBeforeIt)
 {
     Outcome const refused = colour_policy(on_terminals, {}, {"NO_COLOR=1"});
-    EXPECT_EQ(readable(refused.out), plain("standard output: none: NO_COLOR is set"));
-    EXPECT_EQ(readable(refused.err), plain("standard error: none: NO_COLOR is set"));
+    EXPECT_EQ(readable(refused.out), plain("standard output: none (NO_COLOR is set)"));
+    EXPECT_EQ(readable(refused.err), plain("standard error: none (NO_COLOR is set)"));
     Outcome const wanted = colour_policy(on_terminals, {"--color=never", "--color=256"}, {"NO_COLOR=1"});
-    EXPECT_EQ(readable(wanted.out), green("standard output: 256 colours: --color=256"));
-    EXPECT_EQ(readable(wanted.err), green("standard error: 256 colours: --color=256"));
+    EXPECT_EQ(readable(wanted.out), green("standard output: 256 colours (--color=256)"));
+    EXPECT_EQ(readable(wanted.err), green("standard error: 256 colours (--color=256)"));
 }
 
 TEST(ColourPolicy, NeverColoursAPipe)
 {
     Outcome const run = colour_policy(on_pipes, {"--color"});
-    EXPECT_EQ(readable(run.out), plain("standard output: 16 colours: --color=always, nothing says more"));
-    EXPECT_EQ(readable(run.err), plain("standard error: 16 colours: --color=always, nothing says more"));
+    EXPECT_EQ(readable(run.out), plain("standard output: 16 colours (--color=always, TERM is not known for more)"));
+    EXPECT_EQ(readable(run.err), plain("standard error: 16 colours (--color=always, TERM is not known for more)"));
 }
 
 TEST(ColourPolicy, RefusesOtherWords)

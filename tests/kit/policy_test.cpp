@@ -80,22 +80,22 @@ TEST(ColorDecision, IsTrueWhereThereIsColour)
 TEST(ColorDecision, SaysWhyInOneLine)
 {
     EXPECT_EQ(to_string(color_decision{}), "none");
-    EXPECT_EQ(to_string(color_decision{color_depth::none, "a", ""}), "none: a");
-    EXPECT_EQ(to_string(color_decision{color_depth::truecolor, "a", "b"}), "24 bit: a, b");
+    EXPECT_EQ(to_string(color_decision{color_depth::none, "a", ""}), "none (a)");
+    EXPECT_EQ(to_string(color_decision{color_depth::truecolor, "a", "b"}), "24 bit (a, b)");
 }
 
 TEST(ColorPolicy, TheOptionBeatsTheEnvironment)
 {
     EXPECT_EQ(decided("always", {.no_color = "1", .term = xterm}),
-              both("256 colours: --color=always, TERM says 256 colours"));
+              both("256 colours (--color=always, TERM says 256 colours)"));
     EXPECT_EQ(decided("always", {.force_color = "0", .term = xterm}),
-              both("256 colours: --color=always, TERM says 256 colours"));
+              both("256 colours (--color=always, TERM says 256 colours)"));
     EXPECT_EQ(decided("always", {.clicolor = "0", .term = "xterm"}),
-              both("16 colours: --color=always, nothing says more"));
-    EXPECT_EQ(decided("always", {.term = "dumb"}), both("16 colours: --color=always, TERM is dumb"));
-    EXPECT_EQ(decided("always", {}), both("16 colours: --color=always, nothing says more"));
+              both("16 colours (--color=always, TERM is not known for more)"));
+    EXPECT_EQ(decided("always", {.term = "dumb"}), both("16 colours (--color=always, TERM is dumb)"));
+    EXPECT_EQ(decided("always", {}), both("16 colours (--color=always, TERM is not known for more)"));
     EXPECT_EQ(decided("never", {.force_color = "3", .clicolor_force = "1", .term = xterm}),
-              both("none: --color=never"));
+              both("none (--color=never)"));
 }
 
 TEST(ColorPolicy, TheOptionMayFixTheDepth)
@@ -103,41 +103,41 @@ TEST(ColorPolicy, TheOptionMayFixTheDepth)
     color_environment const poor = {.no_color = "1", .term = "dumb"};
     color_environment const rich = {.no_color = "1", .term = xterm, .colorterm = "truecolor"};
     for (color_environment const& environment : {poor, rich}) {
-        EXPECT_EQ(decided("16", environment), both("16 colours: --color=16"));
-        EXPECT_EQ(decided("256", environment), both("256 colours: --color=256"));
-        EXPECT_EQ(decided("24bit", environment), both("24 bit: --color=24bit"));
+        EXPECT_EQ(decided("16", environment), both("16 colours (--color=16)"));
+        EXPECT_EQ(decided("256", environment), both("256 colours (--color=256)"));
+        EXPECT_EQ(decided("24bit", environment), both("24 bit (--color=24bit)"));
     }
     color_policy const none({color_when::always, color_depth::none}, rich);
-    EXPECT_EQ(to_string(none.out()), "none: --color=never");
+    EXPECT_EQ(to_string(none.out()), "none (--color=never)");
 }
 
 TEST(ColorPolicy, ADepthCountsWithAlwaysAlone)
 {
     color_environment const environment = {.term = xterm, .out_is_terminal = true};
     EXPECT_EQ(to_string(color_policy({color_when::automatic, color_depth::ansi16}, environment).out()),
-              "256 colours: a terminal, TERM says 256 colours");
+              "256 colours (a terminal, TERM says 256 colours)");
     EXPECT_EQ(to_string(color_policy({color_when::automatic, color_depth::ansi16}, environment).err()),
-              "none: not a terminal");
+              "none (not a terminal)");
     EXPECT_EQ(to_string(color_policy({color_when::never, color_depth::ansi16}, environment).out()),
-              "none: --color=never");
+              "none (--color=never)");
 }
 
 TEST(ColorPolicy, AutoGoesOn)
 {
-    Answer const terminals = {"256 colours: a terminal, TERM says 256 colours", "none: not a terminal"};
+    Answer const terminals = {"256 colours (a terminal, TERM says 256 colours)", "none (not a terminal)"};
     EXPECT_EQ(decided("auto", {.term = xterm}), terminals);
-    EXPECT_EQ(decided("auto", {.no_color = "1", .term = xterm}), both("none: NO_COLOR is set"));
+    EXPECT_EQ(decided("auto", {.no_color = "1", .term = xterm}), both("none (NO_COLOR is set)"));
 }
 
 TEST(ColorPolicy, NoColorBeatsTheOtherVariables)
 {
     for (char const* const value : {"1", "0", "false", " "}) {
-        EXPECT_EQ(decided({.no_color = value, .term = xterm}), both("none: NO_COLOR is set"));
+        EXPECT_EQ(decided({.no_color = value, .term = xterm}), both("none (NO_COLOR is set)"));
         EXPECT_EQ(decided({.no_color = value, .force_color = "3", .clicolor_force = "1", .term = xterm}),
-                  both("none: NO_COLOR is set"));
+                  both("none (NO_COLOR is set)"));
     }
     EXPECT_EQ(decided({.no_color = "", .term = "xterm"}),
-              (Answer{"16 colours: a terminal, nothing says more", "none: not a terminal"}));
+              (Answer{"16 colours (a terminal, TERM is not known for more)", "none (not a terminal)"}));
 }
 
 TEST(ColorPolicy, ForceColorNamesTheDepth)
@@ -147,19 +147,20 @@ TEST(ColorPolicy, ForceColorNamesTheDepth)
         char const* answer;
     };
     Row const rows[] = {
-        {"0", "none: FORCE_COLOR is 0"},
-        {"00", "none: FORCE_COLOR is 0"},
-        {"false", "none: FORCE_COLOR is false"},
-        {"False", "none: FORCE_COLOR is false"},
-        {"1", "16 colours: FORCE_COLOR is set"},
-        {"01", "16 colours: FORCE_COLOR is set"},
-        {"true", "16 colours: FORCE_COLOR is set"},
-        {"TRUE", "16 colours: FORCE_COLOR is set"},
-        {"2", "256 colours: FORCE_COLOR is set"},
-        {"3", "24 bit: FORCE_COLOR is set"},
-        {"4", "24 bit: FORCE_COLOR is set"},
-        {"10", "24 bit: FORCE_COLOR is set"},
-        {"99999999999999999999", "24 bit: FORCE_COLOR is set"},
+        {"0", "none (FORCE_COLOR is 0)"},
+        {"00", "none (FORCE_COLOR is 0)"},
+        {"false", "none (FORCE_COLOR is false)"},
+        {"False", "none (FORCE_COLOR is false)"},
+        {"1", "16 colours (FORCE_COLOR is set)"},
+        {"01", "16 colours (FORCE_COLOR is set)"},
+        {"true", "16 colours (FORCE_COLOR is set)"},
+        {"TRUE", "16 colours (FORCE_COLOR is set)"},
+        {"2", "256 colours (FORCE_COLOR is set)"},
+        {"3", "24 bit (FORCE_COLOR is set)"},
+        {"4", "24 bit (FORCE_COLOR is set)"},
+        {"10", "24 bit (FORCE_COLOR is set)"},
+        {"4294967296", "24 bit (FORCE_COLOR is set)"},
+        {"99999999999999999999", "24 bit (FORCE_COLOR is set)"},
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(row.value);
@@ -174,9 +175,9 @@ TEST(ColorPolicy, ForceColorInOtherWordsForcesWhatTheTerminalHas)
     for (char const* const value : {"yes", "always", "-1", "1a", "2 ", "no"}) {
         SCOPED_TRACE(value);
         EXPECT_EQ(decided({.force_color = value, .clicolor = "0", .term = xterm}),
-                  both("256 colours: FORCE_COLOR is set, TERM says 256 colours"));
+                  both("256 colours (FORCE_COLOR is set, TERM says 256 colours)"));
         EXPECT_EQ(decided({.force_color = value, .term = "dumb"}),
-                  both("16 colours: FORCE_COLOR is set, TERM is dumb"));
+                  both("16 colours (FORCE_COLOR is set, TERM is dumb)"));
     }
 }
 
@@ -185,18 +186,19 @@ TEST(ColorPolicy, ClicolorForceForcesUnlessItIsZero)
     for (char const* const value : {"1", "yes", "00", "false"}) {
         SCOPED_TRACE(value);
         EXPECT_EQ(decided({.clicolor_force = value, .clicolor = "0", .term = xterm}),
-                  both("256 colours: CLICOLOR_FORCE is set, TERM says 256 colours"));
-        EXPECT_EQ(decided({.clicolor_force = value}), both("16 colours: CLICOLOR_FORCE is set, nothing says more"));
+                  both("256 colours (CLICOLOR_FORCE is set, TERM says 256 colours)"));
+        EXPECT_EQ(decided({.clicolor_force = value}),
+                  both("16 colours (CLICOLOR_FORCE is set, TERM is not known for more)"));
     }
-    Answer const unforced = {"16 colours: a terminal, nothing says more", "none: not a terminal"};
+    Answer const unforced = {"16 colours (a terminal, TERM is not known for more)", "none (not a terminal)"};
     EXPECT_EQ(decided({.clicolor_force = "0", .term = "xterm"}), unforced);
     EXPECT_EQ(decided({.clicolor_force = "", .term = "xterm"}), unforced);
 }
 
 TEST(ColorPolicy, ClicolorZeroTakesColour)
 {
-    EXPECT_EQ(decided({.clicolor = "0", .term = xterm}), both("none: CLICOLOR is 0"));
-    Answer const untouched = {"256 colours: a terminal, TERM says 256 colours", "none: not a terminal"};
+    EXPECT_EQ(decided({.clicolor = "0", .term = xterm}), both("none (CLICOLOR is 0)"));
+    Answer const untouched = {"256 colours (a terminal, TERM says 256 colours)", "none (not a terminal)"};
     for (char const* const value : {"", "1", "00", "false"}) {
         SCOPED_TRACE(value);
         EXPECT_EQ(decided({.clicolor = value, .term = xterm}), untouched);
@@ -205,12 +207,12 @@ TEST(ColorPolicy, ClicolorZeroTakesColour)
 
 TEST(ColorPolicy, ATerminalWithoutANameOrADumbOneGetsNone)
 {
-    EXPECT_EQ(decided({}), (Answer{"none: TERM is not set", "none: not a terminal"}));
-    EXPECT_EQ(decided({.colorterm = "truecolor"}), (Answer{"none: TERM is not set", "none: not a terminal"}));
+    EXPECT_EQ(decided({}), (Answer{"none (TERM is not set)", "none (not a terminal)"}));
+    EXPECT_EQ(decided({.colorterm = "truecolor"}), (Answer{"none (TERM is not set)", "none (not a terminal)"}));
     EXPECT_EQ(decided({.term = "dumb", .colorterm = "truecolor"}),
-              (Answer{"none: TERM is dumb", "none: not a terminal"}));
+              (Answer{"none (TERM is dumb)", "none (not a terminal)"}));
     EXPECT_EQ(decided({.term = "dumber"}),
-              (Answer{"16 colours: a terminal, nothing says more", "none: not a terminal"}));
+              (Answer{"16 colours (a terminal, TERM is not known for more)", "none (not a terminal)"}));
 }
 
 TEST(ColorPolicy, FindsTheDepth)
@@ -220,66 +222,69 @@ TEST(ColorPolicy, FindsTheDepth)
         char const* answer;
     };
     Row const rows[] = {
-        {{.term = "xterm"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "xterm-test"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "linux", .colorterm = "rxvt"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "xterm", .colorterm = "truecolors"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "barefoot"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "indirect"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "xterm-2560color"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "xterm-256col"}, "16 colours: --color=always, nothing says more"},
+        {{.term = "xterm"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "xterm-test"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "linux", .colorterm = "rxvt"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "xterm", .colorterm = "truecolors"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "barefoot"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "indirect"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "xterm-2560color"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "xterm-256col"}, "16 colours (--color=always, TERM is not known for more)"},
 
-        {{.term = "dumb", .colorterm = "truecolor"}, "16 colours: --color=always, TERM is dumb"},
-        {{.term = "xterm", .colorterm = "truecolor"}, "24 bit: --color=always, COLORTERM says 24 bit"},
-        {{.term = "xterm", .colorterm = "TrueColor"}, "24 bit: --color=always, COLORTERM says 24 bit"},
-        {{.term = "xterm", .colorterm = "24bit"}, "24 bit: --color=always, COLORTERM says 24 bit"},
-        {{.term = "xterm", .colorterm = "24BIT"}, "24 bit: --color=always, COLORTERM says 24 bit"},
-        {{.colorterm = "truecolor"}, "24 bit: --color=always, COLORTERM says 24 bit"},
-        {{.term = "tmux-256color", .colorterm = "truecolor"}, "24 bit: --color=always, COLORTERM says 24 bit"},
+        {{.term = "dumb", .colorterm = "truecolor"}, "16 colours (--color=always, TERM is dumb)"},
+        {{.term = "xterm", .colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
+        {{.term = "xterm", .colorterm = "TrueColor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
+        {{.term = "xterm", .colorterm = "24bit"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
+        {{.term = "xterm", .colorterm = "24BIT"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
+        {{.colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
+        {{.term = "tmux-256color", .colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
 
-        {{.term = "xterm-direct"}, "24 bit: --color=always, TERM says direct colour"},
-        {{.term = "xterm-direct2"}, "24 bit: --color=always, TERM says direct colour"},
-        {{.term = "xterm-direct16"}, "24 bit: --color=always, TERM says direct colour"},
-        {{.term = "xterm-direct256"}, "24 bit: --color=always, TERM says direct colour"},
-        {{.term = "alacritty"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "contour"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "foot"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "foot-extra"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "xterm-ghostty"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "xterm-kitty"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "rio"}, "24 bit: --color=always, TERM is known for 24 bit"},
-        {{.term = "wezterm"}, "24 bit: --color=always, TERM is known for 24 bit"},
+        {{.term = "xterm-direct"}, "24 bit (--color=always, TERM says direct colour)"},
+        {{.term = "xterm-direct2"}, "24 bit (--color=always, TERM says direct colour)"},
+        {{.term = "xterm-direct16"}, "24 bit (--color=always, TERM says direct colour)"},
+        {{.term = "xterm-direct256"}, "24 bit (--color=always, TERM says direct colour)"},
+        {{.term = "alacritty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "contour"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "ALACRITTY"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "WEZTERM"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "foot"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "foot-extra"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "xterm-ghostty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "xterm-kitty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "rio"}, "24 bit (--color=always, TERM is known for 24 bit)"},
+        {{.term = "wezterm"}, "24 bit (--color=always, TERM is known for 24 bit)"},
 
-        {{.term = xterm, .term_program = "ghostty"}, "24 bit: --color=always, TERM_PROGRAM is known for 24 bit"},
-        {{.term = xterm, .term_program = "rio"}, "24 bit: --color=always, TERM_PROGRAM is known for 24 bit"},
-        {{.term = xterm, .term_program = "WezTerm"}, "24 bit: --color=always, TERM_PROGRAM is known for 24 bit"},
+        {{.term = xterm, .term_program = "ghostty"}, "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
+        {{.term = xterm, .term_program = "rio"}, "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
+        {{.term = xterm, .term_program = "WezTerm"}, "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
         {{.term = xterm, .term_program = "iTerm.app", .term_program_version = "3.4.19"},
-         "24 bit: --color=always, TERM_PROGRAM is known for 24 bit"},
+         "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
         {{.term = xterm, .term_program = "iTerm.app", .term_program_version = "10.0"},
-         "24 bit: --color=always, TERM_PROGRAM is known for 24 bit"},
-        {{.term = xterm, .wt_session = "1f"}, "24 bit: --color=always, WT_SESSION is set"},
+         "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
+        {{.term = xterm, .wt_session = "1f"}, "24 bit (--color=always, WT_SESSION is set)"},
 
         {{.term = "xterm", .term_program = "iTerm.app", .term_program_version = "2.9.3"},
-         "256 colours: --color=always, TERM_PROGRAM is known for 256 colours"},
+         "256 colours (--color=always, TERM_PROGRAM is known for 256 colours)"},
         {{.term = "xterm", .term_program = "iTerm.app"},
-         "256 colours: --color=always, TERM_PROGRAM is known for 256 colours"},
+         "256 colours (--color=always, TERM_PROGRAM is known for 256 colours)"},
         {{.term = "xterm", .term_program = "Apple_Terminal", .term_program_version = "455"},
-         "256 colours: --color=always, TERM_PROGRAM is known for 256 colours"},
+         "256 colours (--color=always, TERM_PROGRAM is known for 256 colours)"},
         {{.term = "xterm", .term_program = "vt", .term_program_version = "3"},
-         "16 colours: --color=always, nothing says more"},
-        {{.term = xterm}, "256 colours: --color=always, TERM says 256 colours"},
-        {{.term = "screen-256color-bce"}, "256 colours: --color=always, TERM says 256 colours"},
-        {{.term = "mlterm-256"}, "256 colours: --color=always, TERM says 256 colours"},
+         "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = xterm}, "256 colours (--color=always, TERM says 256 colours)"},
+        {{.term = "screen-256color-bce"}, "256 colours (--color=always, TERM says 256 colours)"},
+        {{.term = "mlterm-256"}, "256 colours (--color=always, TERM says 256 colours)"},
 
-        {{.term = "screen"}, "16 colours: --color=always, nothing says more"},
-        {{.term = "screen", .colorterm = "truecolor"}, "256 colours: --color=always, GNU screen passes 256 colours on"},
+        {{.term = "screen"}, "16 colours (--color=always, TERM is not known for more)"},
+        {{.term = "screen", .colorterm = "truecolor"},
+         "256 colours (--color=always, GNU screen passes 256 colours on)"},
         {{.term = "screen-256color", .colorterm = "truecolor"},
-         "256 colours: --color=always, GNU screen passes 256 colours on"},
+         "256 colours (--color=always, GNU screen passes 256 colours on)"},
         {{.term = "screen.xterm-256color", .wt_session = "1f"},
-         "256 colours: --color=always, GNU screen passes 256 colours on"},
+         "256 colours (--color=always, GNU screen passes 256 colours on)"},
         {{.term = "screen", .colorterm = "truecolor", .term_program = "tmux"},
-         "24 bit: --color=always, COLORTERM says 24 bit"},
-        {{.term = "screencast", .colorterm = "truecolor"}, "24 bit: --color=always, COLORTERM says 24 bit"},
+         "24 bit (--color=always, COLORTERM says 24 bit)"},
+        {{.term = "screencast", .colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
     };
     for (Row const& row : rows) {
         SCOPED_TRACE(std::string(row.environment.term) + " COLORTERM=" + std::string(row.environment.colorterm) +
@@ -347,33 +352,33 @@ std::string scanned(std::vector<char const*> const& arguments)
 
 TEST(FromArgs, TheLastColorOptionCounts)
 {
-    EXPECT_EQ(scanned({"tool"}), "none: not a terminal");
-    EXPECT_EQ(scanned({"tool", "file", "-c"}), "none: not a terminal");
-    EXPECT_EQ(scanned({"tool", "--color"}), "16 colours: --color=always, TERM is dumb");
-    EXPECT_EQ(scanned({"tool", "file", "--color=24bit", "file"}), "24 bit: --color=24bit");
-    EXPECT_EQ(scanned({"tool", "--color=never", "--color=256"}), "256 colours: --color=256");
-    EXPECT_EQ(scanned({"tool", "--color=256", "--color"}), "16 colours: --color=always, TERM is dumb");
-    EXPECT_EQ(scanned({"tool", "--color=always", "--color=auto"}), "none: not a terminal");
+    EXPECT_EQ(scanned({"tool"}), "none (not a terminal)");
+    EXPECT_EQ(scanned({"tool", "file", "-c"}), "none (not a terminal)");
+    EXPECT_EQ(scanned({"tool", "--color"}), "16 colours (--color=always, TERM is dumb)");
+    EXPECT_EQ(scanned({"tool", "file", "--color=24bit", "file"}), "24 bit (--color=24bit)");
+    EXPECT_EQ(scanned({"tool", "--color=never", "--color=256"}), "256 colours (--color=256)");
+    EXPECT_EQ(scanned({"tool", "--color=256", "--color"}), "16 colours (--color=always, TERM is dumb)");
+    EXPECT_EQ(scanned({"tool", "--color=always", "--color=auto"}), "none (not a terminal)");
 }
 
 TEST(FromArgs, LooksAtNoOtherArgument)
 {
-    EXPECT_EQ(scanned({"--color=always"}), "none: not a terminal");
+    EXPECT_EQ(scanned({"--color=always"}), "none (not a terminal)");
     EXPECT_EQ(scanned({"tool", "-color=always", "color=always", "--colors", "--colour=always", "--col=always", "-"}),
-              "none: not a terminal");
+              "none (not a terminal)");
 }
 
 TEST(FromArgs, StopsAtTwoHyphens)
 {
-    EXPECT_EQ(scanned({"tool", "--", "--color=always"}), "none: not a terminal");
-    EXPECT_EQ(scanned({"tool", "--color=16", "--", "--color=maybe"}), "16 colours: --color=16");
-    EXPECT_EQ(scanned({"tool", "---", "--color=16"}), "16 colours: --color=16");
+    EXPECT_EQ(scanned({"tool", "--", "--color=always"}), "none (not a terminal)");
+    EXPECT_EQ(scanned({"tool", "--color=16", "--", "--color=maybe"}), "16 colours (--color=16)");
+    EXPECT_EQ(scanned({"tool", "---", "--color=16"}), "16 colours (--color=16)");
 }
 
 TEST(FromArgs, NeedsNoArguments)
 {
     EXPECT_NO_THROW(color_policy::from_args(0, nullptr));
-    EXPECT_EQ(scanned({}), "none: not a terminal");
+    EXPECT_EQ(scanned({}), "none (not a terminal)");
     char* arguments[] = {nullptr};
     EXPECT_NO_THROW(color_policy::from_args(0, arguments)); // takes the argv of main as it is
 }
@@ -433,37 +438,38 @@ Answer observed(Setting const& setting)
 
 TEST(PolicyOfAProcess, ReadsEveryVariable)
 {
-    auto const terminals = [](std::string const& text) { return Answer{text, "none: not a terminal"}; };
+    auto const terminals = [](std::string const& text) { return Answer{text, "none (not a terminal)"}; };
     struct Row {
         Setting setting;
         Answer answer;
     };
     Row const rows[] = {
-        {{{"NO_COLOR=0", "TERM=xterm"}}, both("none: NO_COLOR is set")},
-        {{{"NO_COLOR=", "TERM=xterm"}}, terminals("16 colours: a terminal, nothing says more")},
-        {{{"NO_COLOR=1", "FORCE_COLOR=3", "TERM=xterm"}}, both("none: NO_COLOR is set")},
-        {{{"NO_COLOR=1", "TERM=xterm"}, {"--color=always"}}, both("16 colours: --color=always, nothing says more")},
-        {{{"FORCE_COLOR=0", "TERM=xterm"}}, both("none: FORCE_COLOR is 0")},
-        {{{"FORCE_COLOR=3", "TERM=xterm-256color"}}, both("24 bit: FORCE_COLOR is set")},
-        {{{"FORCE_COLOR=1", "COLORTERM=truecolor", "TERM=xterm"}}, both("16 colours: FORCE_COLOR is set")},
-        {{{"FORCE_COLOR=", "TERM=xterm"}}, terminals("16 colours: a terminal, nothing says more")},
-        {{{"CLICOLOR_FORCE=0", "TERM=xterm"}}, terminals("16 colours: a terminal, nothing says more")},
+        {{{"NO_COLOR=0", "TERM=xterm"}}, both("none (NO_COLOR is set)")},
+        {{{"NO_COLOR=", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
+        {{{"NO_COLOR=1", "FORCE_COLOR=3", "TERM=xterm"}}, both("none (NO_COLOR is set)")},
+        {{{"NO_COLOR=1", "TERM=xterm"}, {"--color=always"}},
+         both("16 colours (--color=always, TERM is not known for more)")},
+        {{{"FORCE_COLOR=0", "TERM=xterm"}}, both("none (FORCE_COLOR is 0)")},
+        {{{"FORCE_COLOR=3", "TERM=xterm-256color"}}, both("24 bit (FORCE_COLOR is set)")},
+        {{{"FORCE_COLOR=1", "COLORTERM=truecolor", "TERM=xterm"}}, both("16 colours (FORCE_COLOR is set)")},
+        {{{"FORCE_COLOR=", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
+        {{{"CLICOLOR_FORCE=0", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
         {{{"CLICOLOR=0", "CLICOLOR_FORCE=1", "TERM=xterm"}},
-         both("16 colours: CLICOLOR_FORCE is set, nothing says more")},
-        {{{"CLICOLOR=0", "TERM=xterm"}}, both("none: CLICOLOR is 0")},
-        {{{"TERM=dumb"}, {"--color=always"}}, both("16 colours: --color=always, TERM is dumb")},
+         both("16 colours (CLICOLOR_FORCE is set, TERM is not known for more)")},
+        {{{"CLICOLOR=0", "TERM=xterm"}}, both("none (CLICOLOR is 0)")},
+        {{{"TERM=dumb"}, {"--color=always"}}, both("16 colours (--color=always, TERM is dumb)")},
         {{{"TERM=screen", "COLORTERM=truecolor"}},
-         terminals("256 colours: a terminal, GNU screen passes 256 colours on")},
+         terminals("256 colours (a terminal, GNU screen passes 256 colours on)")},
         {{{"TERM=screen", "COLORTERM=truecolor", "TERM_PROGRAM=tmux"}},
-         terminals("24 bit: a terminal, COLORTERM says 24 bit")},
-        {{{"TERM=tmux-256color", "COLORTERM=truecolor"}}, terminals("24 bit: a terminal, COLORTERM says 24 bit")},
-        {{{"TERM=xterm-test"}}, terminals("16 colours: a terminal, nothing says more")},
-        {{{"CI=1", "TERM=xterm"}}, terminals("16 colours: a terminal, nothing says more")},
-        {{{"TERM=xterm", "WT_SESSION=1f"}}, terminals("24 bit: a terminal, WT_SESSION is set")},
+         terminals("24 bit (a terminal, COLORTERM says 24 bit)")},
+        {{{"TERM=tmux-256color", "COLORTERM=truecolor"}}, terminals("24 bit (a terminal, COLORTERM says 24 bit)")},
+        {{{"TERM=xterm-test"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
+        {{{"CI=1", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
+        {{{"TERM=xterm", "WT_SESSION=1f"}}, terminals("24 bit (a terminal, WT_SESSION is set)")},
         {{{"TERM=xterm", "TERM_PROGRAM=iTerm.app", "TERM_PROGRAM_VERSION=3"}},
-         terminals("24 bit: a terminal, TERM_PROGRAM is known for 24 bit")},
-        {{{"TERM=dumb"}}, terminals("none: TERM is dumb")},
-        {{{}}, terminals("none: TERM is not set")},
+         terminals("24 bit (a terminal, TERM_PROGRAM is known for 24 bit)")},
+        {{{"TERM=dumb"}}, terminals("none (TERM is dumb)")},
+        {{{}}, terminals("none (TERM is not set)")},
     };
     for (Row const& row : rows) {
         std::string trace;
@@ -485,7 +491,7 @@ TEST(PolicyOfAProcess, ReadsTheEnvironmentEachTimeOneIsMade)
         color_policy const after = color_policy::from_environment();
         report(to_string(before.out()) + "\n" + to_string(after.out()));
     });
-    EXPECT_EQ(run.report, "16 colours: a terminal, nothing says more\nnone: NO_COLOR is set");
+    EXPECT_EQ(run.report, "16 colours (a terminal, TERM is not known for more)\nnone (NO_COLOR is set)");
 }
 
 TEST(PolicyOfAProcess, LooksAtAnyDescriptorWhenAsked)
@@ -521,7 +527,7 @@ TEST(PolicyOfAProcess, DoesWithoutOpenDescriptors)
         report(to_string(color_policy::from_environment().out()) + "\n" +
                to_string(color_policy::from_environment().err()));
     });
-    EXPECT_EQ(run.report, "none: not a terminal\nnone: not a terminal");
+    EXPECT_EQ(run.report, "none (not a terminal)\nnone (not a terminal)");
 }
 
 } // namespace

@@ -6,6 +6,9 @@
 #include <cstdlib>
 #include <iostream>
 #include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +19,9 @@ using namespace kestry::kit;
 
 color_depth depth_before_main()
 {
+    for (int words = 0; words < 100; ++words) {
+        std::ios_base::xalloc(); // more than a stream has room for without an allocation
+    }
     std::ostringstream os;
     set_depth(os, color_depth::ansi256);
     return depth_of(os);
@@ -85,6 +91,28 @@ TEST(StreamDepth, OfStandardStreamsIsKept)
         report(depths());
     });
     EXPECT_EQ(run.report, "16 colours\nnone\n24 bit\n");
+}
+
+// ThreadSanitizer, which writes to standard error, has the last word here.
+TEST(StreamDepth, OfStandardStreamsMayBeAskedByManyThreads)
+{
+    auto const run = on_terminal([] {
+        change_environment(sixteen_colours);
+        std::vector<std::string> answers(4);
+        std::vector<std::thread> threads;
+        for (std::string& answer : answers) {
+            threads.emplace_back([&answer] { answer = depths(); });
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        for (std::string const& answer : answers) {
+            report(answer);
+        }
+    });
+    std::string const each = "16 colours\n16 colours\n16 colours\n";
+    EXPECT_EQ(run.report, each + each + each + each);
+    EXPECT_EQ(run.err, "");
 }
 
 TEST(StreamDepth, LeavesErrnoAlone)
