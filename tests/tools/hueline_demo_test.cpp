@@ -265,8 +265,9 @@ TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
 
 TEST(Misuse, MessageIsOneLineAndColoursNothing)
 {
-    Outcome const run = demo(on_pipes, {"a\nb\t\x1b[31mc\x1f \x7f~\xc3\xa4"});
-    EXPECT_EQ(run.err.substr(0, run.err.find(": the")), "hueline-demo: unknown demonstration 'a?b??[31mc? ?~\xc3\xa4'");
+    Outcome const run = demo(on_pipes, {"a\nb\t\x1b[31mc\x1f \x7f~ä\xff\u009b2J\u202e"});
+    EXPECT_EQ(run.err.substr(0, run.err.find(": the")),
+              R"(hueline-demo: unknown demonstration 'a\x0ab\x09\x1b[31mc\x1f \x7f~ä\xff\u{9b}2J\u{202e}')");
     EXPECT_EQ(count(run.err, "\n"), 1U);
 }
 
@@ -1037,11 +1038,11 @@ TEST(Dump, OfWhatCannotBeReadNamesTheReason)
 TEST(Dump, GoesOnBehindAFileThatCannotBeRead)
 {
     Folder const folder;
-    Outcome const run =
-        demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\nfile", folder.path.string(), folder.file("b", "b")});
+    Outcome const run = demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\n\u009b2Jfile", folder.path.string(),
+                                        folder.file("b", "b")});
     EXPECT_EQ(run.out, "61\n62\n");
     // clang-format off
-    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such?file': No such file or directory\n"
+    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such\\x0a\\u{9b}2Jfile': No such file or directory\n"
                        "hueline-demo: cannot read '" + folder.path.string() + "': Is a directory\n");
     // clang-format on
     EXPECT_EQ(run.status, 1);
