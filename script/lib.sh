@@ -3,7 +3,7 @@
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 for_build=(g++ cmake ninja-build pkgconf libutf8proc-dev)
-for_tests=("${for_build[@]}" clang libclang-rt-dev binutils strace libgtest-dev libvterm-dev librapidcheck-dev unicode-data)
+for_tests=("${for_build[@]}" clang libclang-rt-dev binutils strace libgtest-dev libvterm-dev librapidcheck-dev unicode-data xxd bsdextrautils)
 
 say() { printf '%s\n' "$*" >&2; }
 
