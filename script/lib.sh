@@ -2,8 +2,8 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-for_build=(g++ cmake ninja-build)
-for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev)
+for_build=(g++ cmake ninja-build pkgconf libutf8proc-dev)
+for_tests=("${for_build[@]}" clang libclang-rt-dev binutils strace libgtest-dev libvterm-dev librapidcheck-dev unicode-data)
 
 say() { printf '%s\n' "$*" >&2; }
 

@@ -1,6 +1,7 @@
 #include "progress_block.hpp"
 
-#include "progress_message.hpp"
+#include "kestry/kit/text.hpp"
+
 
 #include <algorithm>
 
@@ -34,7 +35,7 @@ void append_lines(std::string& out, std::string_view lines, std::size_t columns)
     while (!lines.empty()) {
         std::size_t const end = lines.find('\n');
         std::string_view const line = lines.substr(0, end);
-        std::size_t const width = message_columns(line);
+        std::size_t const width = display_width(line);
         bool const fills_its_last_row = width != 0 && width % columns == 0;
         out.append(line).append(fills_its_last_row ? "" : erase_line).append("\r\n");
         lines.remove_prefix(std::min(end, lines.size() - 1) + 1);

@@ -36,6 +36,9 @@ public:
     /// Returns what erases the rows. The next frame draws them all.
     std::string wiped();
 
+    /// What was drawn has become somebody else's.
+    void forget() noexcept { drawn.clear(); }
+
     /// Whether there are rows on the screen.
     bool is_drawn() const noexcept { return !drawn.empty(); }
 

@@ -1,6 +1,7 @@
 #include "progress_row.hpp"
 
-#include "progress_message.hpp"
+#include "kestry/kit/text.hpp"
+
 #include "progress_numbers.hpp"
 
 #include <algorithm>
@@ -134,15 +135,15 @@ progress_text shown(progress_piece const& piece, progress_facts const& facts, pr
     progress_text row;
     switch (piece.key) {
     case progress_key::text:
-        row.add(piece.text, message_columns(piece.text), piece.sgr, false);
+        row.add(piece.text, display_width(piece.text), piece.sgr, false);
         break;
     case progress_key::msg:
         if (facts.message_columns <= given.message) {
             bool const is_ascii = facts.message.size() == facts.message_columns;
             row.add(facts.message, facts.message_columns, piece.sgr, is_ascii);
         } else {
-            std::string const cut = cut_message(facts.message, given.message, look.ascii);
-            row.add(cut, message_columns(cut), piece.sgr, false);
+            std::string const cut = truncate(facts.message, given.message, look.ascii ? "..." : "…");
+            row.add(cut, display_width(cut), piece.sgr, false);
         }
         break;
     case progress_key::bar:
@@ -182,7 +183,8 @@ progress_text assembled(std::vector<progress_piece> const& pieces, std::size_t c
         }
         std::size_t begin = 0;
         for (progress_span const& span : piece.spans) {
-            row.add(std::string_view(piece.text).substr(begin, span.end - begin), span.columns, span.sgr, span.simple);
+            row.add(std::string_view(piece.text).substr(begin, span.end - begin), span.columns,
+                    look.color ? span.sgr : std::string_view(), span.simple);
             begin = span.end;
         }
         if (!pieces[i].to_the_right && !is_last) {

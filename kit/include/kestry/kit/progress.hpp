@@ -235,7 +235,6 @@ public:
 
 private:
     std::shared_ptr<detail::progress_display> display;
-    void const* identity() const noexcept { return this; }
     mode how_shown = mode::off;
 };
 
