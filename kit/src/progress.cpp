@@ -75,7 +75,9 @@ suspension::~suspension()
 }
 
 multi_progress::multi_progress(options const& how)
-    : how_shown(how.shown != mode::automatic ? how.shown : how.target ? mode::live : detail::usual_mode(how.descriptor))
+    : how_shown(how.shown != mode::automatic ? how.shown
+                : how.target                 ? mode::live
+                                             : detail::usual_mode(how.descriptor))
 {
     display = detail::display_for(how, how_shown == mode::off ? mode::plain : how_shown);
     if (display) {

@@ -2,7 +2,6 @@
 
 #include "kestry/kit/text.hpp"
 
-
 #include <algorithm>
 
 namespace kestry::kit::detail {
@@ -15,8 +14,10 @@ std::string_view constexpr begin_frame = "\x1b[?2026h\x1b[?25l";
 std::string_view constexpr end_frame = "\x1b[?25h\x1b[?2026l";
 
 // Not ECMA-48, but DEC's and everywhere. No line can scroll between the two.
-std::string_view constexpr save_cursor = "\x1b" "7";    // DECSC
-std::string_view constexpr restore_cursor = "\x1b" "8"; // DECRC
+std::string_view constexpr save_cursor = "\x1b"
+                                         "7"; // DECSC
+std::string_view constexpr restore_cursor = "\x1b"
+                                            "8"; // DECRC
 
 std::string_view constexpr erase_line = "\x1b[K";  // EL, ECMA-48 8.3.41
 std::string_view constexpr erase_below = "\x1b[J"; // ED, ECMA-48 8.3.39

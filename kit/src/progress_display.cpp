@@ -19,7 +19,7 @@ namespace {
 // Seconds.
 double constexpr first_after = 0.2;
 double constexpr period = 1.0 / 12;
-double constexpr turn_after = 0.1;  // of the spinner
+double constexpr turn_after = 0.1; // of the spinner
 double constexpr said_again_after = 10;
 double constexpr stopped_after = 1; // a thread that wakes so much too late was not running
 
@@ -68,8 +68,7 @@ std::string harmless(std::string_view message, bool ascii)
 
 progress_display::progress_display(progress_settings how)
     : settings(std::move(how)), process(::getpid()), begun(settings.target->now())
-{
-}
+{}
 
 progress_display::~progress_display() { stop_thread(); }
 
@@ -161,8 +160,8 @@ std::shared_ptr<progress_row> progress_display::add(progress::bar_options const&
         if (closed) {
             return row;
         }
-        auto const place = std::find_if(rows.begin(), rows.end(),
-                                        [before](auto const& other) { return other.get() == before; });
+        auto const place =
+            std::find_if(rows.begin(), rows.end(), [before](auto const& other) { return other.get() == before; });
         if (rows.empty() && !block.is_drawn()) {
             first_frame = at + first_after;
         }
@@ -547,8 +546,8 @@ void progress_display::run()
             wake.wait(locked, [this] { return stopping || !rows.empty() || !queue.empty(); });
             continue;
         }
-        clock::time_point const next = clock::now() + std::chrono::duration_cast<clock::duration>(
-                                                          std::chrono::duration<double>(period));
+        clock::time_point const next =
+            clock::now() + std::chrono::duration_cast<clock::duration>(std::chrono::duration<double>(period));
         if (wake.wait_until(locked, next, [this] { return stopping; })) {
             break;
         }

@@ -30,8 +30,7 @@ double moving_average::value() const noexcept { return twice_weight > 0 ? twice 
 
 progress_estimate::progress_estimate(double now, std::uint64_t position) noexcept
     : begun(now), changed(now), last(position)
-{
-}
+{}
 
 void progress_estimate::sample(double now, std::uint64_t position) noexcept
 {

@@ -45,7 +45,7 @@ private:
     moving_average recent; // what rate shows
     moving_average pace;   // what left goes by: the longer it runs, the further it looks back
     double begun;
-    double changed;        // when the position was last seen to move
+    double changed; // when the position was last seen to move
     double longest_wait = 0;
     std::uint64_t last;
     bool moved = false;

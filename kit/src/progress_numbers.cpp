@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <span>
 #include <string_view>
@@ -72,6 +73,8 @@ std::string time_span(std::optional<double> seconds)
     std::string const rest = two_digits(minutes % 60) + ":" + two_digits(all % 60);
     return hours > 0 ? std::to_string(hours) + ":" + rest : rest;
 }
+
+std::string time_left(std::optional<double> seconds) { return time_span(seconds ? std::ceil(*seconds) : seconds); }
 
 int percent(std::uint64_t position, std::uint64_t length) noexcept
 {

@@ -21,6 +21,9 @@ std::string speed(std::optional<double> per_second, progress::unit counted);
 /// `time_span(7) == "00:07"`, `time_span(3723) == "1:02:03"`, `time_span(93784) == "1d 02h"`, `time_span({}) == "--:--"`
 std::string time_span(std::optional<double> seconds);
 
+/// As time_span, of a second that has begun: `time_left(0.2) == "00:01"`
+std::string time_left(std::optional<double> seconds);
+
 /// 0 to 100, and 100 only when it is complete. A length of 0 is complete.
 int percent(std::uint64_t position, std::uint64_t length) noexcept;
 

@@ -50,8 +50,8 @@ std::size_t safe(progress_text const& row, std::size_t byte)
 std::size_t alike(progress_text const& a, progress_text const& b)
 {
     std::size_t const shorter = std::min(a.text.size(), b.text.size());
-    auto const differing = std::mismatch(a.text.begin(), a.text.begin() + static_cast<std::ptrdiff_t>(shorter),
-                                         b.text.begin());
+    auto const differing =
+        std::mismatch(a.text.begin(), a.text.begin() + static_cast<std::ptrdiff_t>(shorter), b.text.begin());
     auto bytes = static_cast<std::size_t>(differing.first - a.text.begin());
     std::size_t x = 0;
     std::size_t y = 0;
@@ -75,9 +75,9 @@ std::size_t columns_before(progress_text const& row, std::size_t byte)
     for (std::size_t i = 0; i < at.span; ++i) {
         columns += row.spans[i].columns;
     }
-    return columns + static_cast<std::size_t>(std::count_if(
-                         row.text.begin() + static_cast<std::ptrdiff_t>(at.begin),
-                         row.text.begin() + static_cast<std::ptrdiff_t>(byte), [](char c) { return !is_continuation(c); }));
+    return columns + static_cast<std::size_t>(std::count_if(row.text.begin() + static_cast<std::ptrdiff_t>(at.begin),
+                                                            row.text.begin() + static_cast<std::ptrdiff_t>(byte),
+                                                            [](char c) { return !is_continuation(c); }));
 }
 
 void paint_from(std::string& out, progress_text const& row, std::size_t byte)

@@ -44,7 +44,7 @@ std::string plain_line(progress_facts const& facts)
     }
     std::string line = named(facts) + reached(facts) + ", " + speed(facts.rate, facts.counted);
     if (facts.length != progress::unknown) {
-        line += ", " + time_span(facts.left) + " left";
+        line += ", " + time_left(facts.left) + " left";
     }
     return line;
 }

@@ -106,16 +106,17 @@ std::string value(progress_key key, progress_facts const& facts)
     bool const bytes = facts.counted == progress::unit::bytes;
     switch (key) {
     case progress_key::pos:
-        return right_aligned(amount(facts.position, facts.counted),
-                             bytes ? 8 : known ? std::to_string(facts.length).size() : 0);
+        return right_aligned(amount(facts.position, facts.counted), bytes   ? 8
+                                                                    : known ? std::to_string(facts.length).size()
+                                                                            : 0);
     case progress_key::len:
         return known ? amount(facts.length, facts.counted) : "?";
     case progress_key::percent:
         return right_aligned(known ? std::to_string(percent(facts.position, facts.length)) + "%" : "--%", 4);
     case progress_key::rate:
         return right_aligned(speed(facts.rate, facts.counted), bytes ? 10 : 7);
-    case progress_key::eta: // of an ended bar: what it took
-        return right_aligned(time_span(facts.state == progress_state::finished ? std::optional(facts.elapsed) : facts.left),
+    case progress_key::eta: // of a finished bar: what it took
+        return right_aligned(facts.state == progress_state::finished ? time_span(facts.elapsed) : time_left(facts.left),
                              5);
     case progress_key::elapsed:
         return right_aligned(time_span(facts.elapsed), 5);
@@ -252,8 +253,7 @@ progress_text lay_out(progress_template const& layout, progress_facts const& fac
     for (std::size_t count = pieces.size(); count > 0; count = without_last_key(pieces, count)) {
         room given = {.message = message, .bar = 0};
         bool const has_bar = has(pieces, count, progress_key::wide_bar);
-        std::size_t const needed =
-            assembled(pieces, count, facts, look, given).columns() + (has_bar ? least_bar : 0);
+        std::size_t const needed = assembled(pieces, count, facts, look, given).columns() + (has_bar ? least_bar : 0);
         if (needed > columns && has(pieces, count, progress_key::msg)) {
             std::size_t const least = std::min(message, least_message);
             given.message = std::max(least, message - std::min(message, needed - columns));

@@ -22,10 +22,10 @@ enum class progress_key : unsigned char { text, msg, bar, wide_bar, spinner, pos
 
 struct progress_piece {
     progress_key key = progress_key::text;
-    std::string text = {};      ///< Of a piece that is no key.
-    std::size_t width = 0;      ///< Columns; 0: as many as it takes.
-    bool to_the_right = false;  ///< Blanks come first.
-    std::string_view sgr = {};  ///< Parameters of the colour: "32". Empty: none.
+    std::string text = {};     ///< Of a piece that is no key.
+    std::size_t width = 0;     ///< Columns; 0: as many as it takes.
+    bool to_the_right = false; ///< Blanks come first.
+    std::string_view sgr = {}; ///< Parameters of the colour: "32". Empty: none.
 };
 
 /// A layout's text, parsed.
@@ -68,10 +68,10 @@ struct progress_look {
 
 /// Text of which a part has a colour.
 struct progress_span {
-    std::size_t end = 0;        ///< In the row's text; it begins where the one before ends.
+    std::size_t end = 0; ///< In the row's text; it begins where the one before ends.
     std::size_t columns = 0;
     std::string_view sgr = {};
-    bool simple = true;         ///< Each character takes one column.
+    bool simple = true; ///< Each character takes one column.
 
     bool operator==(progress_span const&) const = default;
 };

@@ -129,8 +129,7 @@ progress_template::progress_template(std::string_view text)
 // Built at first use and never destroyed: bars of static objects may be drawn at the very end.
 progress_template const& usual_template(std::uint64_t position, std::uint64_t length)
 {
-    static auto const& measured =
-        *new progress_template("{msg} {wide_bar:.green} {percent} {pos}/{len} {rate} {eta}");
+    static auto const& measured = *new progress_template("{msg} {wide_bar:.green} {percent} {pos}/{len} {rate} {eta}");
     static auto const& counting = *new progress_template("{spinner:.green} {msg} {pos} {rate} {elapsed}");
     static auto const& waiting = *new progress_template("{spinner:.green} {msg} {elapsed}");
     return length != progress::unknown ? measured : position != 0 ? counting : waiting;

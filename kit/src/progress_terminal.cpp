@@ -168,11 +168,8 @@ progress::mode usual_mode(int descriptor)
 std::shared_ptr<progress_display> display_for(progress::options const& how, progress::mode shown)
 {
     if (how.target) {
-        return std::make_shared<progress_display>(progress_settings{.target = how.target,
-                                                                    .shown = shown,
-                                                                    .drawn_by = how.drawn_by,
-                                                                    .color = how.color,
-                                                                    .ascii = how.ascii});
+        return std::make_shared<progress_display>(progress_settings{
+            .target = how.target, .shown = shown, .drawn_by = how.drawn_by, .color = how.color, .ascii = how.ascii});
     }
     registry& all = all_displays();
     if (all.process != ::getpid()) {

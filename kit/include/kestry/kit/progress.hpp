@@ -172,19 +172,20 @@ public:
     virtual ~draw_target();
     virtual std::chrono::steady_clock::time_point now() = 0;
     virtual extent size() = 0;
-    virtual bool takes_a_frame() = 0;                  ///< If not, the frame is left out.
-    virtual bool in_foreground() = 0;                  ///< If not, nothing but println writes.
-    virtual bool write(std::string_view bytes) = 0;    ///< A frame, or lines. Returns whether it was written.
+    virtual bool takes_a_frame() = 0;               ///< If not, the frame is left out.
+    virtual bool in_foreground() = 0;               ///< If not, nothing but println writes.
+    virtual bool write(std::string_view bytes) = 0; ///< A frame, or lines. Returns whether it was written.
 };
 
 /// How a group draws.
 struct options {
-    int descriptor = 2;                              ///< Standard error. Its groups, and those of one terminal, share rows and thread.
+    int descriptor = 2; ///< Standard error. Its groups, and those of one terminal, share rows and thread.
     mode shown = mode::automatic;
-    drawing drawn_by = drawing::thread;              ///< The first group of a descriptor decides.
-    std::shared_ptr<draw_target> target = {};        ///< In place of the descriptor; nothing is shared then. Live unless shown says plain or off.
-    bool color = true;                               ///< With a target; a descriptor asks color_policy.
-    bool ascii = false;                              ///< Only ASCII, as where the locale's character set is not UTF-8.
+    drawing drawn_by = drawing::thread; ///< The first group of a descriptor decides.
+    std::shared_ptr<draw_target> target =
+        {};             ///< In place of the descriptor; nothing is shared then. Live unless shown says plain or off.
+    bool color = true;  ///< With a target; a descriptor asks color_policy.
+    bool ascii = false; ///< Only ASCII, as where the locale's character set is not UTF-8.
 };
 
 /// Gives the terminal to a child process or other code as long as it lives: the bars are wiped, and nothing but println
@@ -245,13 +246,8 @@ class tracked {
     using end_of_inner = decltype(std::end(std::declval<Range&>()));
 
 public:
-    class sentinel {
-    public:
-        explicit sentinel(end_of_inner at) : end(std::move(at)) {}
-
-    private:
-        friend class tracked;
-        end_of_inner end;
+    struct sentinel {
+        end_of_inner at;
     };
 
     class iterator {
@@ -264,11 +260,11 @@ public:
             owner->counts.set_position(++passed); // nobody else counts here
             return *this;
         }
-        friend bool operator!=(iterator const& i, sentinel const& s)
+        bool operator!=(sentinel const& end) const
         {
-            bool const more = i.at != s.end;
+            bool const more = at != end.at;
             if (!more) {
-                i.owner->counts.finish();
+                owner->counts.finish();
             }
             return more;
         }
@@ -281,14 +277,13 @@ public:
 
     tracked(Range&& elements, std::string_view message, options const& how)
         : range(std::forward<Range>(elements)), group(how), counts(group.add(message, length_of(range)))
-    {
-    }
+    {}
     ~tracked() { counts.abandon(); } // of a loop that was left
     tracked(tracked const&) = delete;
     tracked& operator=(tracked const&) = delete;
 
     iterator begin() { return iterator(std::begin(range), *this); }
-    sentinel end() { return sentinel(std::end(range)); }
+    sentinel end() { return {std::end(range)}; }
 
 private:
     static std::uint64_t length_of(Range& elements)
