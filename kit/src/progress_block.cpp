@@ -59,6 +59,36 @@ void append_rows(std::string& out, std::vector<progress_text> const& rows)
     out += restore_cursor;
 }
 
+// How many rows lines take if each takes one whatever a terminal makes of its characters; else 0.
+std::size_t rows_of(std::string_view lines, std::size_t columns)
+{
+    std::size_t rows = 0;
+    while (!lines.empty()) {
+        std::size_t const end = lines.find('\n');
+        std::string_view const line = lines.substr(0, end);
+        bool const is_plain = std::none_of(line.begin(), line.end(), [](char c) {
+            return (static_cast<unsigned char>(c) < 0x20 && c != '\x1b') || c == '\x7f';
+        });
+        if (!is_plain || display_width(line) >= columns) {
+            return 0;
+        }
+        ++rows;
+        lines.remove_prefix(std::min(end, lines.size() - 1) + 1);
+    }
+    return rows;
+}
+
+// The terminal moves the rows down, which need not be drawn again. What others left in the line of the cursor moves too.
+void insert_lines(std::string& out, std::string_view lines, std::size_t count, std::size_t rows)
+{
+    out.append(rows + count, '\v').append(up(rows + count)).append(save_cursor);
+    out.append("\x1b[").append(std::to_string(count)).append("L\r"); // IL, ECMA-48 8.3.67
+    for (char const c : lines.substr(0, lines.size() - 1)) {
+        out.append(c == '\n' ? "\r" : "").append(1, c);
+    }
+    out.append(restore_cursor).append(down(count));
+}
+
 } // namespace
 
 std::string progress_block::changes(std::vector<progress_text> const& rows) const
@@ -86,14 +116,23 @@ std::string progress_block::frame(std::string_view lines, std::vector<progress_t
         return std::string(lines);
     }
     std::string out(begin_frame);
-    bool const whole = !lines.empty() || has_moved || rows.size() != drawn.size() ||
-                       now - drawn_whole >= whole_frame_after(rows.size());
-    if (whole) {
+    bool const knows_its_rows = !has_moved && rows.size() == drawn.size() &&
+                                now - drawn_whole < whole_frame_after(rows.size());
+    std::size_t const inserted = rows_of(lines, size.columns);
+    bool const lines_fit = lines.empty() || (inserted != 0 && inserted + rows.size() < size.rows);
+    if (knows_its_rows && lines_fit) {
+        if (!lines.empty()) {
+            insert_lines(out, lines, inserted, rows.size());
+        }
+        if (rows != drawn) {
+            out.append(save_cursor).append(changes(rows)).append(restore_cursor);
+        }
+    } else {
+        // A row that was cut in two goes on in the next until it is erased, and lines that replaced it would too.
+        out.append(has_moved && !lines.empty() ? erase_below : "");
         append_lines(out, lines, size.columns);
         append_rows(out, rows);
         drawn_whole = now;
-    } else {
-        out.append(save_cursor).append(changes(rows)).append(restore_cursor);
     }
     out += end_frame;
     drawn = rows;
