@@ -44,7 +44,7 @@ void progress_estimate::sample(double now, std::uint64_t position) noexcept
     }
     double const speed = static_cast<double>(position - last) / wait;
     recent.add(speed, wait, rate_horizon);
-    pace.add(speed, wait, std::clamp((now - begun) / 3, shortest_horizon, longest_horizon));
+    pace.add(speed, wait, std::clamp((now - begun) / 2, shortest_horizon, longest_horizon));
     longest_wait = std::max(longest_wait, wait);
     changed = now;
     last = position;
