@@ -116,8 +116,8 @@ std::string progress_block::frame(std::string_view lines, std::vector<progress_t
         return std::string(lines);
     }
     std::string out(begin_frame);
-    bool const knows_its_rows = !has_moved && rows.size() == drawn.size() &&
-                                now - drawn_whole < whole_frame_after(rows.size());
+    bool const knows_its_rows =
+        !has_moved && rows.size() == drawn.size() && now - drawn_whole < whole_frame_after(rows.size());
     std::size_t const inserted = rows_of(lines, size.columns);
     bool const lines_fit = lines.empty() || (inserted != 0 && inserted + rows.size() < size.rows);
     if (knows_its_rows && lines_fit) {

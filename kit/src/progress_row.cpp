@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <utility>
 
 namespace kestry::kit::detail {
@@ -170,58 +171,98 @@ std::size_t wanted_columns(progress_piece const& piece, room given)
     return piece.key == progress_key::msg ? given.message : piece.width;
 }
 
-progress_text assembled(std::vector<progress_piece> const& pieces, std::size_t count, progress_facts const& facts,
+progress_text assembled(std::vector<progress_piece> const& pieces, progress_facts const& facts,
                         progress_look const& look, room given)
 {
     progress_text row;
-    for (std::size_t i = 0; i < count; ++i) {
-        progress_text const piece = shown(pieces[i], facts, look, given);
-        std::size_t const wanted = wanted_columns(pieces[i], given);
-        std::size_t const blanks = wanted - std::min(wanted, piece.columns());
-        bool const is_last = i + 1 == count;
-        if (pieces[i].to_the_right) {
+    for (progress_piece const& piece : pieces) {
+        progress_text const part = shown(piece, facts, look, given);
+        std::size_t const wanted = wanted_columns(piece, given);
+        std::size_t const blanks = wanted - std::min(wanted, part.columns());
+        bool const is_last = &piece == &pieces.back();
+        if (piece.to_the_right) {
             row.add(std::string(blanks, ' '), blanks);
         }
         std::size_t begin = 0;
-        for (progress_span const& span : piece.spans) {
-            row.add(std::string_view(piece.text).substr(begin, span.end - begin), span.columns,
+        for (progress_span const& span : part.spans) {
+            row.add(std::string_view(part.text).substr(begin, span.end - begin), span.columns,
                     look.color ? span.sgr : std::string_view(), span.simple);
             begin = span.end;
         }
-        if (!pieces[i].to_the_right && !is_last) {
+        if (!piece.to_the_right && !is_last) {
             row.add(std::string(blanks, ' '), blanks);
         }
     }
     return row;
 }
 
-bool has(std::vector<progress_piece> const& pieces, std::size_t count, progress_key key)
+using pieces_iterator = std::vector<progress_piece>::const_iterator;
+
+pieces_iterator find(std::vector<progress_piece> const& pieces, progress_key key)
 {
-    return std::any_of(pieces.begin(), pieces.begin() + static_cast<std::ptrdiff_t>(count),
-                       [key](progress_piece const& piece) { return piece.key == key; });
+    return std::find_if(pieces.begin(), pieces.end(), [key](progress_piece const& piece) { return piece.key == key; });
 }
 
-// How many pieces are left when the last key leaves, with the text before it.
-std::size_t without_last_key(std::vector<progress_piece> const& pieces, std::size_t count)
+bool has(std::vector<progress_piece> const& pieces, progress_key key) { return find(pieces, key) != pieces.end(); }
+
+std::size_t wanted_message(std::vector<progress_piece> const& pieces, progress_facts const& facts,
+                           progress_look const& look)
 {
-    while (count > 0 && pieces[count - 1].key == progress_key::text) {
-        --count;
-    }
-    count -= std::min<std::size_t>(count, 1);
-    while (count > 0 && pieces[count - 1].key == progress_key::text) {
-        --count;
-    }
-    return count;
+    auto const found = find(pieces, progress_key::msg);
+    std::size_t const fixed = found == pieces.end() ? 0 : found->width;
+    return fixed != 0 ? fixed : std::max(look.message_columns, facts.message_columns);
 }
 
-std::size_t message_width(std::vector<progress_piece> const& pieces)
+// The row, if it fits when the bar and the message give way.
+std::optional<progress_text> fitted(std::vector<progress_piece> const& pieces, progress_facts const& facts,
+                                    progress_look const& look, std::size_t columns)
 {
-    for (progress_piece const& piece : pieces) {
-        if (piece.key == progress_key::msg) {
-            return piece.width;
-        }
+    bool const has_bar = has(pieces, progress_key::wide_bar);
+    std::size_t const message = wanted_message(pieces, facts, look);
+    room given = {.message = message, .bar = has_bar ? least_bar : 0};
+    progress_text row = assembled(pieces, facts, look, given);
+    if (row.columns() > columns) {
+        std::size_t const excess = row.columns() - columns;
+        given.message = std::max(std::min(message, least_message), message - std::min(message, excess));
+        row = assembled(pieces, facts, look, given);
     }
-    return 0;
+    if (row.columns() > columns) {
+        return std::nullopt;
+    }
+    if (has_bar) {
+        given.bar += columns - row.columns();
+        row = assembled(pieces, facts, look, given);
+    }
+    return row;
+}
+
+bool is_gap(progress_piece const& piece) { return piece.key == progress_key::text && piece.text.front() == ' '; }
+
+// The bar that gets no room leaves with the blank before it, or after it.
+void remove_bar(std::vector<progress_piece>& pieces)
+{
+    auto bar = find(pieces, progress_key::wide_bar);
+    if (bar == pieces.end()) {
+        return;
+    }
+    bool const first = bar == pieces.begin();
+    bar = pieces.erase(bar);
+    if (!first && is_gap(*(bar - 1))) {
+        pieces.erase(bar - 1);
+    } else if (bar != pieces.end() && is_gap(*bar)) {
+        pieces.erase(bar);
+    }
+}
+
+// What stands after the last blank leaves: "{pos}/{len}" at once. False if that is all.
+bool remove_last(std::vector<progress_piece>& pieces)
+{
+    auto const gap = std::find_if(pieces.rbegin(), pieces.rend(), is_gap);
+    if (gap == pieces.rend()) {
+        return false;
+    }
+    pieces.erase(gap.base() - 1, pieces.end());
+    return !pieces.empty();
 }
 
 } // namespace
@@ -246,34 +287,18 @@ std::size_t progress_text::columns() const noexcept
 progress_text lay_out(progress_template const& layout, progress_facts const& facts, progress_look const& look,
                       std::size_t columns)
 {
-    std::vector<progress_piece> const& pieces = layout.pieces;
-    std::size_t const fixed_message = message_width(pieces);
-    std::size_t const message =
-        fixed_message != 0 ? fixed_message : std::max(look.message_columns, facts.message_columns);
-    for (std::size_t count = pieces.size(); count > 0; count = without_last_key(pieces, count)) {
-        room given = {.message = message, .bar = 0};
-        bool const has_bar = has(pieces, count, progress_key::wide_bar);
-        std::size_t const needed = assembled(pieces, count, facts, look, given).columns() + (has_bar ? least_bar : 0);
-        if (needed > columns && has(pieces, count, progress_key::msg)) {
-            std::size_t const least = std::min(message, least_message);
-            given.message = std::max(least, message - std::min(message, needed - columns));
-        }
-        progress_text row = assembled(pieces, count, facts, look, given);
-        if (row.columns() > columns) {
-            if (without_last_key(pieces, count) != 0) {
-                continue;
-            }
-            given.message = std::min(given.message, columns); // the message alone, as much of it as there is room for
-            row = assembled(pieces, count, facts, look, given);
-            return row.columns() <= columns ? row : progress_text();
-        }
-        if (has_bar && columns - row.columns() >= least_bar) {
-            given.bar = columns - row.columns();
-            return assembled(pieces, count, facts, look, given);
-        }
-        return row;
+    if (std::optional<progress_text> row = fitted(layout.pieces, facts, look, columns)) {
+        return *std::move(row);
     }
-    return {};
+    std::vector<progress_piece> left = layout.pieces;
+    remove_bar(left);
+    do {
+        if (std::optional<progress_text> row = fitted(left, facts, look, columns)) {
+            return *std::move(row);
+        }
+    } while (remove_last(left));
+    progress_text const row = assembled(left, facts, look, {.message = columns, .bar = 0}); // of the message what fits
+    return row.columns() <= columns ? row : progress_text();
 }
 
 } // namespace kestry::kit::detail

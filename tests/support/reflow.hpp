@@ -50,7 +50,7 @@ private:
     std::size_t columns;
     std::size_t row = 0; // of the cursor, among all
     std::size_t col = 0;
-    bool waits = false; // after the last column
+    bool waits = false;        // after the last column
     std::size_t saved_row = 0; // of the screen
     std::size_t saved_col = 0;
 };
