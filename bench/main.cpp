@@ -9,6 +9,7 @@
 #include <valgrind/callgrind.h>
 
 #include <algorithm>
+#include <fstream>
 #include <iostream>
 #include <string>
 #include <string_view>
@@ -36,8 +37,8 @@ void for_each_run(std::string const& section, Workloads const& workloads, Visit 
 template <class Visit>
 void for_each_run(Visit visit)
 {
-    for (auto const topic :
-         {styled_line, colored_text, true_color_stream, true_color_class, plain_dump, colored_dump, indicators}) {
+    for (auto const topic : {styled_line, colored_text, true_color_stream, true_color_class, plain_dump, colored_dump,
+                             indicators, kit_line}) {
         for_each_run("workload", topic(), visit);
     }
     for_each_run("growth", growth(), visit);
@@ -97,9 +98,10 @@ void measure_times(int argc, char** argv)
     benchmark::Initialize(&argc, argv);
     for_each_run(register_benchmark);
 
-    // std::cout drops everything.
+    // std::cout drops everything, and a workload gives standard error to another.
+    std::ofstream console{"/dev/stderr", std::ios::app};
     benchmark::ConsoleReporter progress{benchmark::ConsoleReporter::OO_Tabular};
-    progress.SetOutputStream(&std::cerr);
+    progress.SetOutputStream(&console);
     benchmark::RunSpecifiedBenchmarks(&progress);
 }
 

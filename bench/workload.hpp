@@ -70,6 +70,7 @@ Workloads true_color_class();
 Workloads plain_dump();
 Workloads colored_dump();
 Workloads indicators();
+Workloads kit_line();
 Workloads growth();
 
 } // namespace hueline::bench

@@ -68,7 +68,6 @@ no_cancellation::~no_cancellation() { pthread_setcancelstate(before, nullptr); }
 
 bool write_all(int fd, std::string_view bytes) noexcept
 {
-    no_cancellation const whole;
     while (!bytes.empty()) {
         ssize_t const n = ::write(fd, bytes.data(), bytes.size());
         if (n > 0) {

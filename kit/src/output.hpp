@@ -32,7 +32,7 @@ private:
 /// insertion into std::cerr flushes std::cout, and two locks that nested lines took in either order would deadlock.
 extern output_mutex output;
 
-/// As long as it lives, a cancelled thread goes on: write(2) is a cancellation point, and a line is not to be cut there.
+/// As long as it lives, a cancelled thread goes on: write(2) is a cancellation point, and is not to cut a line.
 class no_cancellation {
 public:
     no_cancellation() noexcept;
@@ -46,6 +46,8 @@ private:
 
 /// Writes all bytes, in one write(2) if the system takes them so: after a signal and a short write it goes on, for a
 /// descriptor that does not block it waits. Returns whether all were written; if not, errno tells why.
+///
+/// A cancellation point: in a destructor it needs a no_cancellation around it.
 bool write_all(int fd, std::string_view bytes) noexcept;
 
 /// Writes a line that goes to a descriptor, or returns false and leaves that to write_all.

@@ -454,10 +454,19 @@ bool progress_display::println(std::string_view text)
     return written;
 }
 
-bool progress_display::is_in_use() noexcept
+bool progress_display::take_line(std::string_view text) noexcept
 {
-    std::lock_guard const locked(mutex);
-    return block.is_drawn();
+    {
+        std::lock_guard const locked(mutex);
+        if (!block.is_drawn()) {
+            return false;
+        }
+    }
+    try {
+        return println(text);
+    } catch (...) { // no memory for a copy
+        return false;
+    }
 }
 
 void progress_display::suspend() noexcept

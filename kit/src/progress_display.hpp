@@ -81,7 +81,10 @@ public:
     void reset(std::shared_ptr<progress_row> const& row, std::uint64_t position) noexcept;
 
     bool println(std::string_view text);
-    bool is_in_use() noexcept; ///< There are rows on the screen.
+
+    /// println, if there are rows on the screen.
+    bool take_line(std::string_view text) noexcept;
+
     void suspend() noexcept;
     void resume() noexcept;
     void tick() noexcept;

@@ -46,7 +46,11 @@ public:
         return foreground < 0 || foreground == ::getpgrp(); // not our controlling terminal: nobody else's either
     }
 
-    bool write(std::string_view bytes) override { return write_all(descriptor, bytes); }
+    bool write(std::string_view bytes) override
+    {
+        no_cancellation const whole;
+        return write_all(descriptor, bytes);
+    }
 
 private:
     int descriptor;
@@ -119,6 +123,27 @@ void close_all()
     }
 }
 
+// A line that is complete stands above the bars of the terminal that it goes to. Half a line is left to the line that the
+// bars leave to others.
+bool write_above(int descriptor, std::string_view text) noexcept
+{
+    registry& all = all_displays();
+    struct stat found = {};
+    if (all.process != ::getpid() || text.back() != '\n' || ::fstat(descriptor, &found) != 0 || !S_ISCHR(found.st_mode)) {
+        return false;
+    }
+    std::shared_ptr<progress_display> display;
+    {
+        std::lock_guard const locked(all.mutex);
+        for (auto const& [known, its] : all.displays) {
+            if (known.descriptor < 0 && known.device == found.st_rdev && known.shown == progress::mode::live) {
+                display = its;
+            }
+        }
+    }
+    return display && display->take_line(text.substr(0, text.size() - 1));
+}
+
 progress_settings settings_for(int descriptor, progress::options const& how, progress::mode shown)
 {
     return {.target = terminal_target(descriptor),
@@ -185,6 +210,7 @@ std::shared_ptr<progress_display> display_for(progress::options const& how, prog
     auto display = std::make_shared<progress_display>(settings_for(how.descriptor, how, shown));
     if (all.displays.empty()) {
         std::atexit(close_all);
+        offer_lines_to(write_above);
     }
     all.displays.emplace_back(where, display);
     return display;

@@ -1,0 +1,97 @@
+// Lines when memory runs out.
+
+#include <kestry/kit/line.hpp>
+
+#include "writes.hpp"
+
+#include "robustness/failing_new.hpp"
+#include "support/process.hpp"
+
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace hueline::test;
+using kestry::kit::line;
+
+std::string const text = std::string(1024, 'a') + std::string(1024, 'b') + std::string(10, 'c');
+
+TEST(LineWithoutMemory, OfUsualLengthNeedsNone)
+{
+    std::string const usual(1024, 'x');
+    EXPECT_EQ(writes_to(STDERR_FILENO,
+                        [&] {
+                            RunShort const none({.after = 0, .lasting = true});
+                            line(std::cerr) << std::string_view(usual).substr(1) << 7;
+                        }),
+              '[' + usual.substr(1) + "7]");
+    EXPECT_FALSE(ran_short);
+}
+
+TEST(LineWithoutMemory, IsWrittenInPieces)
+{
+    EXPECT_EQ(writes_to(STDERR_FILENO,
+                        [] {
+                            RunShort const none({.after = 0, .lasting = true});
+                            line(std::cerr) << text << 1;
+                        }),
+              '[' + text.substr(0, 1024) + "][" + text.substr(1024, 1024) + "][" + text.substr(2048) + "1]");
+    EXPECT_TRUE(ran_short);
+    EXPECT_TRUE(std::cerr.good());
+}
+
+TEST(LineWithoutMemory, KeepsWhatItHasGrownTo)
+{
+    std::string const four(4096, 'x');
+    EXPECT_EQ(writes_to(STDERR_FILENO,
+                        [&] {
+                            RunShort const none({.after = 1, .lasting = true});
+                            line(std::cerr) << four << 1;
+                        }),
+              '[' + four + "][1]");
+}
+
+TEST(LineWithoutMemory, GrowsAgainWhenThereIsSome)
+{
+    EXPECT_EQ(writes_to(STDERR_FILENO,
+                        [] {
+                            RunShort const once({.after = 0});
+                            line(std::cerr) << text << 1;
+                        }),
+              '[' + text.substr(0, 1024) + "][" + text.substr(1024) + "1]");
+}
+
+TEST(LineWithMemory, ReturnsAllThatItTook)
+{
+    long in_use = 0;
+    EXPECT_EQ(writes_to(STDERR_FILENO,
+                        [&] {
+                            long const before = blocks_in_use;
+                            line(std::cerr) << text << text << text;
+                            in_use = blocks_in_use - before;
+                        }),
+              '[' + text + text + text + ']');
+    EXPECT_EQ(in_use, 0);
+}
+
+TEST(LineWithoutMemory, MakesTheStreamBadWhereItCannotBeWritten)
+{
+    auto const run = run_with({Sink::pipe, Sink::full}, [] {
+        {
+            line named(std::cerr);
+            RunShort const none({.after = 0, .lasting = true});
+            named << text;
+            report(std::cerr.bad() ? "bad " : "good ");
+        }
+        report(std::cerr.bad() ? "bad" : "good");
+    });
+    EXPECT_EQ(run.report, "bad bad");
+    EXPECT_EQ(run.status, 0);
+}
+
+} // namespace

@@ -1,0 +1,1117 @@
+#include <kestry/kit/line.hpp>
+
+#include "writes.hpp"
+
+#include "kestry/hueline_stream.hpp"
+
+#include "robustness/buffers.hpp"
+#include "support/grouping.hpp"
+#include "support/process.hpp"
+#include "support/readable.hpp"
+#include "support/screen.hpp"
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <sstream>
+#include <stdexcept>
+#include <streambuf>
+#include <string>
+#include <string_view>
+#include <thread>
+
+#ifdef __GLIBCXX__
+#include <ext/stdio_filebuf.h>
+#endif
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#ifdef __SANITIZE_THREAD__
+// A child process has no thread to wait for, and a program that exits waits for none.
+extern "C" char const* __tsan_default_options() { return "report_thread_leaks=0"; }
+#endif
+
+namespace {
+
+using namespace hueline::test;
+using kestry::kit::hidden_cursor;
+using kestry::kit::hide_cursor;
+using kestry::kit::line;
+using kestry::kit::show_cursor;
+
+using std::ios_base;
+
+std::string on_out(std::function<void()> const& body) { return readable(writes_to(STDOUT_FILENO, body)); }
+
+std::string on_err(std::function<void()> const& body) { return readable(writes_to(STDERR_FILENO, body)); }
+
+// In a process of its own, with streams that are independent of stdio.
+std::string report_unsynced(std::function<std::string()> const& body)
+{
+    return on_pipe([&] {
+               std::ios::sync_with_stdio(false);
+               report(body());
+           })
+        .report;
+}
+
+void insert_ten(std::ostream& os)
+{
+    os << 1 << ' ' << "two" << ' ' << std::hex << 0xabc << std::dec << ' ' << 'd' << ' ' << 5.5 << '\n';
+}
+
+// Tells what reaches it, and how: [text] for each sputn, / for each flush.
+class Journal : public std::streambuf {
+public:
+    std::string text;
+    bool fails = false;
+    bool throws = false;
+
+private:
+    std::streamsize xsputn(char const* bytes, std::streamsize size) override
+    {
+        if (throws) {
+            throw std::domain_error("no more");
+        }
+        if (fails) {
+            return 0;
+        }
+        text += '[' + std::string(bytes, static_cast<std::size_t>(size)) + ']';
+        return size;
+    }
+    int_type overflow(int_type c) override
+    {
+        text += traits_type::to_char_type(c);
+        return c;
+    }
+    int sync() override
+    {
+        text += '/';
+        return 0;
+    }
+    void imbue(std::locale const&) override { text += "imbued "; }
+};
+
+// ---------------------------------------------------------------------------------------------
+// One write
+// ---------------------------------------------------------------------------------------------
+
+TEST(PlainInsertions, AreAWriteEachOnStandardError)
+{
+    EXPECT_EQ(on_err([] { insert_ten(std::cerr); }), R"([1][ ][two][ ][abc][ ][d][ ][5.5][\n])");
+}
+
+TEST(Line, IsOneWrite)
+{
+    EXPECT_EQ(on_err([] { line(std::cerr) << "a" << 1 << ' ' << 2.5 << '\n'; }), R"([a1 2.5\n])");
+    EXPECT_EQ(on_err([] { line(std::clog) << "a" << 1 << ' ' << 2.5 << '\n'; }), R"([a1 2.5\n])");
+    EXPECT_EQ(on_out([] { line(std::cout) << "a" << 1 << ' ' << 2.5 << '\n'; }), R"([a1 2.5\n])");
+    EXPECT_EQ(on_err([] { insert_ten(line(std::cerr).stream()); }), R"([1 two abc d 5.5\n])");
+}
+
+TEST(Line, IsOneWriteOfAStreamThatIsIndependentOfStdio)
+{
+    EXPECT_EQ(report_unsynced([] { return on_err([] { insert_ten(line(std::cerr).stream()); }); }),
+              R"([1 two abc d 5.5\n])");
+    EXPECT_EQ(report_unsynced([] { return on_err([] { insert_ten(line(std::clog).stream()); }); }),
+              R"([1 two abc d 5.5\n])");
+    EXPECT_EQ(report_unsynced([] { return on_out([] { insert_ten(line(std::cout).stream()); }); }),
+              R"([1 two abc d 5.5\n])");
+}
+
+TEST(Line, IsWrittenAtItsEndAndNotBefore)
+{
+    EXPECT_EQ(on_err([] {
+                  {
+                      line named(std::cerr);
+                      named << "a";
+                      std::cerr << "b" << std::flush;
+                      EXPECT_EQ(::write(STDERR_FILENO, "first", 5), 5);
+                  }
+                  EXPECT_EQ(::write(STDERR_FILENO, "last", 4), 4);
+              }),
+              "[first][ab][last]");
+}
+
+TEST(Line, IsWrittenByEndOnce)
+{
+    EXPECT_EQ(on_err([] {
+                  line named(std::cerr);
+                  named << "a";
+                  named.end();
+                  EXPECT_EQ(::write(STDERR_FILENO, "between", 7), 7);
+                  named << "b";
+                  named << "c";
+                  named.end();
+              }),
+              "[a][between][b][c]");
+}
+
+TEST(Line, AddsNothing)
+{
+    EXPECT_EQ(on_err([] { line(std::cerr) << "no line end"; }), "[no line end]");
+    EXPECT_EQ(on_err([] { line(std::cerr) << ""; }), "");
+    EXPECT_EQ(on_err([] { line const nothing(std::cerr); }), "");
+    EXPECT_EQ(on_out([] { line(std::cout) << std::endl; }), R"([\n])");
+}
+
+TEST(Line, HoldsAnyLength)
+{
+    for (std::size_t const size : {1023U, 1024U, 1025U, 4095U, 4096U, 4097U, 100'001U}) {
+        std::string const text(size, 'x');
+        EXPECT_EQ(on_err([&] { line(std::cerr) << text; }), '[' + text + ']') << size;
+        EXPECT_EQ(on_err([&] {
+                      line piecewise(std::cerr);
+                      for (char const c : text) {
+                          piecewise << c;
+                      }
+                  }),
+                  '[' + text + ']')
+            << size;
+    }
+}
+
+TEST(Line, KeepsZeroBytes)
+{
+    using namespace std::string_view_literals;
+    EXPECT_EQ(on_err([] { line(std::cerr) << "a\0b\xff"sv; }), R"([a\x00b\xff])");
+}
+
+struct Flags {
+    unsigned narrow : 3;
+};
+
+struct Counter {
+    static const int limit = 7; // not defined: an insertion does not need its address
+};
+
+TEST(Line, TakesWhatAStreamTakes)
+{
+    Flags const flags = {5};
+    EXPECT_EQ(on_err([&] { line(std::cerr) << flags.narrow << Counter::limit << std::hex << 10; }), "[57a]");
+    EXPECT_EQ(on_err([] { line(std::cerr) << std::showbase << std::hex << 10; }), "[0xa]");
+    EXPECT_EQ(on_err([] { line(std::cerr) << std::setw(3) << 'x'; }), "[  x]");
+    std::cerr << std::dec << std::noshowbase;
+}
+
+// ---------------------------------------------------------------------------------------------
+// The stream itself is composed on
+// ---------------------------------------------------------------------------------------------
+
+TEST(Line, IsColouredByTheManipulators)
+{
+    auto const run = on_terminal([] {
+        using namespace kestry::Hueline;
+        std::cout << colorize;
+        std::cerr << colorize;
+        std::clog << colorize;
+        line(std::cout) << red << "out";
+        line(std::cerr) << blue << "err" << normal;
+        line(std::clog) << csi::cup{3, 7} << "log";
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31mout)");
+    EXPECT_EQ(readable(run.err), R"(\e[00m\e[1m\e[34merr\e[00m\e[25h\e[3;7Hlog)");
+}
+
+TEST(Line, StaysPlainForManipulatorsOnAPipe)
+{
+    auto const run = on_pipe([] {
+        using namespace kestry::Hueline;
+        std::cout << colorize;
+        line(std::cout) << red << "out" << normal;
+    });
+    EXPECT_EQ(run.out, "out");
+}
+
+TEST(Line, LeavesTheFormatAsTheInsertionsDo)
+{
+    EXPECT_EQ(on_err([] {
+                  line(std::cerr) << std::hex << std::setfill('*') << std::setprecision(3) << 255 << std::setw(6);
+                  EXPECT_EQ(std::cerr.width(), 6);
+                  std::cerr << 255 << 1.23456;
+              }),
+              "[ff][****ff][1.23]");
+    std::cerr << std::dec << std::setfill(' ') << std::setprecision(6);
+}
+
+TEST(Line, SpendsAWidthThatWasPending)
+{
+    EXPECT_EQ(on_err([] {
+                  std::cerr << std::setw(5);
+                  line(std::cerr) << "ab"
+                                  << "c";
+                  EXPECT_EQ(std::cerr.width(), 0);
+              }),
+              "[   abc]");
+}
+
+TEST(Line, PassesALocaleOnToTheStreamsBuffer)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    line(os) << 12 << ' ', os.imbue(grouping_locale()), os << 1234;
+    EXPECT_EQ(journal.text, "imbued [12 1.2.3.4]");
+    EXPECT_EQ(os.getloc(), journal.getloc());
+}
+
+TEST(Line, GivesBufferTieAndMaskBack)
+{
+    std::ostringstream tie;
+    for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
+        auto* const buffer = os->rdbuf();
+        auto* const tied = os->tie(&tie);
+        auto const flags = os->flags();
+        on_out([&] { on_err([&] { line(*os) << "x"; }); });
+        EXPECT_EQ(os->rdbuf(), buffer);
+        EXPECT_EQ(os->tie(), &tie);
+        EXPECT_EQ(os->flags(), flags);
+        EXPECT_EQ(os->exceptions(), ios_base::goodbit);
+        EXPECT_EQ(os->rdstate(), ios_base::goodbit);
+        os->tie(tied);
+    }
+}
+
+TEST(Line, LeavesATieAloneThatWasSetInIt)
+{
+    std::ostringstream before;
+    std::ostringstream within;
+    std::ostringstream os;
+    os.tie(&before);
+    {
+        line named(os);
+        EXPECT_EQ(os.tie(), nullptr);
+        os.tie(&within);
+    }
+    EXPECT_EQ(os.tie(), &within);
+}
+
+TEST(Line, LeavesABufferAloneThatWasGivenInIt)
+{
+    std::ostringstream os;
+    std::stringbuf other;
+    std::ostream& stream = os;
+    {
+        line named(os);
+        named << "line";
+        stream.rdbuf(&other);
+        stream << "other";
+    }
+    EXPECT_EQ(stream.rdbuf(), &other);
+    EXPECT_EQ(os.str(), "line");
+    EXPECT_EQ(other.str(), "other");
+}
+
+// ---------------------------------------------------------------------------------------------
+// What was written before
+// ---------------------------------------------------------------------------------------------
+
+TEST(Line, FollowsWhatStdioHolds)
+{
+    auto const run = on_pipe([] {
+        std::printf("a ");
+        std::cout << "b ";
+        line(std::cout) << "c " << (std::printf("d "), "e ");
+        std::printf("f ");
+        line(std::cerr) << "1 ";
+    });
+    EXPECT_EQ(run.out, "a b d c e f ");
+}
+
+TEST(Line, FollowsWhatItsStreamHolds)
+{
+    EXPECT_EQ(report_unsynced([] {
+                  return on_out([] {
+                      std::cout << "before ";
+                      line(std::cout) << "line";
+                  });
+              }),
+              "[before ][line]");
+    EXPECT_EQ(report_unsynced([] {
+                  return on_err([] {
+                      std::clog << "log ";
+                      line(std::cerr) << "line";
+                  });
+              }),
+              "[log ][line]");
+}
+
+TEST(Line, FlushesTheTiedStreamOnceAndFirst)
+{
+    Journal tied_journal;
+    std::ostream tied(&tied_journal);
+    Journal journal;
+    std::ostream os(&journal);
+    os.tie(&tied);
+    line(os) << (tied << "a", "x") << "y" << 1;
+    EXPECT_EQ(tied_journal.text, "[a]/");
+    EXPECT_EQ(journal.text, "[xy1]");
+
+    EXPECT_EQ(report_unsynced([] {
+                  std::string err;
+                  std::string const out = on_out([&] {
+                      std::cout << "out";
+                      err = on_err([] { line(std::cerr) << "err"; });
+                      std::cout << "more" << std::flush;
+                  });
+                  return out + err;
+              }),
+              "[out][more][err]");
+}
+
+TEST(Line, FlushesATiedStreamThatIsInTheMiddleOfALine)
+{
+    EXPECT_EQ(report_unsynced([] {
+                  std::string err;
+                  std::string const out = on_out([&] {
+                      std::cout << "before ";
+                      line outer(std::cout);
+                      outer << "outer";
+                      err = on_err([] { line(std::cerr) << "inner"; });
+                      outer.end();
+                  });
+                  return err + out;
+              }),
+              "[inner][before ][outer]");
+}
+
+TEST(Line, HoldsItsOwnTextInSpiteOfFlushes)
+{
+    EXPECT_EQ(on_out([] { line(std::cout) << "a" << std::flush << "b" << std::endl
+                                          << std::unitbuf << "c"; }),
+              R"([ab\nc])");
+    std::cout << std::nounitbuf;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Other streams and other buffers
+// ---------------------------------------------------------------------------------------------
+
+TEST(LineOnAnyStream, IsOneInsertionIntoItsBuffer)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    line(os) << 'a' << 1 << ' ' << std::setw(4) << "b";
+    EXPECT_EQ(journal.text, "[a1    b]");
+}
+
+TEST(LineOnAnyStream, FlushesWhereAnInsertionWould)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    line(os) << 'a' << std::endl << "b";
+    EXPECT_EQ(readable(journal.text), R"([a\nb]/)");
+
+    journal.text.clear();
+    line(os) << 'a';
+    EXPECT_EQ(journal.text, "[a]");
+
+    journal.text.clear();
+    os << std::unitbuf;
+    line(os) << 'a' << 'b';
+    EXPECT_EQ(journal.text, "[ab]/");
+}
+
+TEST(LineOnAnyStream, LeavesAnEmptyBufferAlone)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    line(os) << "";
+    EXPECT_EQ(journal.text, "");
+}
+
+TEST(LineOnAnyStream, GoesToAStreamThatSharesABufferWithAStandardOne)
+{
+    std::ostream second(std::cout.rdbuf());
+    EXPECT_EQ(on_out([&] {
+                  line(second) << "a" << 1;
+                  second.flush();
+              }),
+              "[a1]");
+}
+
+TEST(LineOnAStandardStream, GoesToABufferThatTheProgramGaveIt)
+{
+    for (std::ostream* const os : {&std::cout, &std::cerr, &std::clog}) {
+        Journal journal;
+        WithBuffer const redirected(*os, &journal);
+        EXPECT_EQ(on_out([&] { EXPECT_EQ(on_err([&] { line(*os) << "a" << 1; }), ""); }), "");
+        EXPECT_EQ(journal.text, "[a1]/");
+    }
+}
+
+#ifdef __GLIBCXX__
+TEST(LineOnAStandardStream, GoesToAFileThatTheProgramGaveIt)
+{
+    std::array<int, 2> ends = {};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    __gnu_cxx::stdio_filebuf<char> file(ends[1], ios_base::out);
+    EXPECT_EQ(on_out([&] {
+                  WithBuffer const redirected(std::cout, &file);
+                  line(std::cout) << "a" << 1;
+              }),
+              "");
+    std::array<char, 8> text = {};
+    EXPECT_EQ(read(ends[0], text.data(), text.size()), 2);
+    EXPECT_STREQ(text.data(), "a1");
+    file.close();
+    close(ends[0]);
+}
+
+TEST(LineOnAStandardStream, GoesNowhereWhereABufferIsClosed)
+{
+    __gnu_cxx::stdio_filebuf<char> closed;
+    WithBuffer const redirected(std::cout, &closed);
+    EXPECT_EQ(on_out([] { line(std::cout) << "a"; }), "");
+    EXPECT_TRUE(std::cout.bad());
+}
+#endif
+
+TEST(LineOnAnyStream, WithoutABufferAcceptsNothing)
+{
+    std::ostream os(nullptr);
+    line(os) << "a" << 1;
+    EXPECT_EQ(os.rdstate(), ios_base::badbit | ios_base::failbit); // as each insertion into a bad stream has it
+    EXPECT_EQ(os.rdbuf(), nullptr);
+}
+
+// ---------------------------------------------------------------------------------------------
+// States and exceptions
+// ---------------------------------------------------------------------------------------------
+
+TEST(LineThatFails, LeavesTheStateOfTheInsertions)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    line(os) << "accepted" << static_cast<char const*>(nullptr);
+    EXPECT_EQ(journal.text, "[accepted]");
+    EXPECT_EQ(os.rdstate(), ios_base::badbit);
+
+    line(os) << "refused";
+    EXPECT_EQ(journal.text, "[accepted]");
+    EXPECT_EQ(os.rdstate(), ios_base::badbit | ios_base::failbit); // as each insertion into a bad stream has it
+
+    os.clear(ios_base::eofbit);
+    line(os) << "refused";
+    EXPECT_EQ(journal.text, "[accepted]");
+    EXPECT_EQ(os.rdstate() & ~ios_base::failbit, ios_base::eofbit); // which newer libraries add here too
+}
+
+TEST(LineThatFails, AcceptsNothingOnAStreamThatHasThrown)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    os.setstate(ios_base::failbit);
+    EXPECT_THROW(os.exceptions(ios_base::failbit), ios_base::failure);
+    line const nothing(os);
+    EXPECT_EQ(os.rdstate(), ios_base::failbit);
+    EXPECT_EQ(os.exceptions(), ios_base::failbit);
+}
+
+struct Throws {
+    friend std::ostream& operator<<(std::ostream& os, Throws)
+    {
+        os << "half ";
+        throw std::runtime_error("thrown");
+    }
+};
+
+TEST(LineThatFails, IsWrittenWhileAnExceptionPasses)
+{
+    EXPECT_EQ(on_err([] { EXPECT_THROW(line(std::cerr) << "a " << Throws{} << "b", std::runtime_error); }),
+              "[a half ]");
+    EXPECT_EQ(on_err([] { line(std::cerr) << "next"; }), "[next]"); // the lock is free, the buffer given back
+}
+
+TEST(LineThatFails, ThrowsInInsertionsAsTheMaskSays)
+{
+    EXPECT_EQ(on_err([] {
+                  std::cerr.exceptions(ios_base::badbit);
+                  EXPECT_THROW(line(std::cerr) << "a" << static_cast<char const*>(nullptr) << "b", ios_base::failure);
+                  EXPECT_EQ(std::cerr.exceptions(), ios_base::badbit);
+                  std::cerr.exceptions(ios_base::goodbit);
+                  EXPECT_TRUE(std::cerr.bad());
+                  std::cerr.clear();
+              }),
+              "[a]");
+}
+
+TEST(LineThatFails, SetsBadbitWhereTheDeviceIsFullOrClosed)
+{
+    for (Sink const sink : {Sink::full, Sink::closed}) {
+        auto const run = run_with({sink, sink}, [] {
+            errno = 0;
+            line(std::cerr) << "a";
+            line(std::cout) << "a";
+            report(std::cerr.rdstate() == ios_base::badbit && std::cout.rdstate() == ios_base::badbit ? "bad" : "?");
+            report(errno == 0 ? "" : " errno");
+        });
+        EXPECT_EQ(run.report, "bad");
+        EXPECT_EQ(run.status, 0);
+    }
+}
+
+TEST(LineThatFails, ThrowsAtEndAndNotWhenDestroyed)
+{
+    auto const run = run_with({Sink::full, Sink::full}, [] {
+        std::cerr.exceptions(ios_base::badbit);
+        line(std::cerr) << "destroyed";
+        report(std::cerr.bad() ? "bad " : "good ");
+        std::cerr.exceptions(ios_base::goodbit);
+        std::cerr.clear();
+        std::cerr.exceptions(ios_base::badbit);
+        line named(std::cerr);
+        named << "ended";
+        try {
+            named.end();
+        } catch (ios_base::failure const&) {
+            report("thrown ");
+        }
+        report(std::cerr.bad() ? "bad" : "good");
+    });
+    EXPECT_EQ(run.report, "bad thrown bad");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(LineThatFails, SetsBadbitWhereABufferTakesTooLittle)
+{
+    SmallBuffer small(3);
+    std::ostream os(&small);
+    line(os) << "abc"
+             << "d";
+    EXPECT_EQ(small.text(), "abc");
+    EXPECT_EQ(os.rdstate(), ios_base::badbit);
+}
+
+TEST(LineThatFails, PassesOnWhatABufferThrowsIfTheMaskSaysSo)
+{
+    Journal journal;
+    journal.throws = true;
+    std::ostream os(&journal);
+    {
+        line named(os);
+        named << "a";
+        EXPECT_NO_THROW(named.end());
+    }
+    EXPECT_EQ(os.rdstate(), ios_base::badbit);
+
+    os.clear();
+    os.exceptions(ios_base::badbit);
+    line named(os);
+    named << "a";
+    EXPECT_THROW(named.end(), std::domain_error);
+    EXPECT_EQ(os.rdstate(), ios_base::badbit);
+    EXPECT_EQ(os.rdbuf(), &journal);
+}
+
+TEST(LineThatFails, IsWrittenThoughTheTiedStreamFails)
+{
+    std::ostream tied(nullptr);
+    tied.clear(ios_base::badbit);
+    Journal tied_journal;
+    tied.rdbuf(&tied_journal);
+    class Refusing : public std::streambuf {
+        int sync() override { throw std::domain_error("no flush"); }
+    } refusing;
+    tied.rdbuf(&refusing);
+    tied.exceptions(ios_base::badbit);
+    Journal journal;
+    std::ostream os(&journal);
+    os.tie(&tied);
+    line named(os);
+    named << "a";
+    EXPECT_NO_THROW(named.end());
+    EXPECT_EQ(journal.text, "[a]");
+    EXPECT_TRUE(tied.bad());
+    EXPECT_TRUE(os.good());
+}
+
+TEST(LineThatFails, MakesTheStreamBadWhereNobodyReads)
+{
+    auto const run = on_pipe([] {
+        std::signal(SIGPIPE, SIG_IGN);
+        std::array<int, 2> ends = {};
+        if (pipe(ends.data()) == 0) {
+            close(ends[0]);
+            dup2(ends[1], STDERR_FILENO);
+        }
+        line(std::cerr) << "a";
+        report(std::cerr.bad() ? "bad" : "good");
+    });
+    EXPECT_EQ(run.report, "bad");
+    EXPECT_EQ(run.status, 0);
+}
+
+TEST(LineThatFails, DiesOfSigpipeAsAnInsertionDoes)
+{
+    auto const run = on_pipe([] {
+        std::array<int, 2> ends = {};
+        if (pipe(ends.data()) == 0) {
+            close(ends[0]);
+            dup2(ends[1], STDERR_FILENO);
+        }
+        line(std::cerr) << "a";
+    });
+    EXPECT_EQ(run.signal, SIGPIPE);
+}
+
+TEST(Line, KeepsErrno)
+{
+    std::array<int, 2> ends = {};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    close(ends[0]);
+    close(ends[1]);
+    errno = ERANGE;
+    on_err([] {
+        errno = ERANGE;
+        line(std::cerr) << "a";
+        EXPECT_EQ(errno, ERANGE);
+        std::cerr << hide_cursor; // asks whether a socket is a terminal
+        EXPECT_EQ(errno, ERANGE);
+        hidden_cursor const hidden(std::cerr);
+        EXPECT_EQ(errno, ERANGE);
+    });
+}
+
+// ---------------------------------------------------------------------------------------------
+// Descriptors that are slow
+// ---------------------------------------------------------------------------------------------
+
+std::string const long_text = [] {
+    std::string text;
+    for (int i = 0; text.size() < 1'000'000; ++i) {
+        text += std::to_string(i) + ' ';
+    }
+    return text;
+}();
+
+TEST(SlowDescriptor, ThatDoesNotBlockIsWaitedFor)
+{
+    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
+        fcntl(STDERR_FILENO, F_SETFL, O_NONBLOCK);
+        line(std::cerr) << long_text;
+        report(std::cerr.good() ? "good" : "bad");
+    });
+    EXPECT_EQ(run.report, "good");
+    EXPECT_TRUE(run.err == long_text);
+}
+
+extern "C" void ignore(int) {}
+
+TEST(SlowDescriptor, MayBeInterruptedBySignals)
+{
+    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
+        struct sigaction action = {};
+        action.sa_handler = ignore; // without SA_RESTART
+        sigaction(SIGALRM, &action, nullptr);
+        itimerval const often = {.it_interval = {.tv_sec = 0, .tv_usec = 100},
+                                 .it_value = {.tv_sec = 0, .tv_usec = 100}};
+        setitimer(ITIMER_REAL, &often, nullptr);
+        for (int i = 0; i < 20; ++i) {
+            line(std::cerr) << long_text;
+        }
+        report(std::cerr.good() ? "good" : "bad");
+    });
+    EXPECT_EQ(run.report, "good");
+    std::string expected;
+    for (int i = 0; i < 20; ++i) {
+        expected += long_text;
+    }
+    EXPECT_TRUE(run.err == expected);
+}
+
+TEST(SlowDescriptor, KeepsALineWholeWhoseThreadIsCancelled)
+{
+    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
+        std::array<int, 2> ends = {};
+        if (pipe(ends.data()) != 0) {
+            return;
+        }
+        int const before = dup(STDERR_FILENO);
+        dup2(ends[1], STDERR_FILENO);
+        close(ends[1]);
+        std::thread writer([] { line(std::cerr) << long_text; });
+        std::string read_back(1, '\0');
+        static_cast<void>(read(ends[0], read_back.data(), 1)); // until the line is on its way
+        pthread_cancel(writer.native_handle());
+        while (read_back.size() < long_text.size()) {
+            std::array<char, 65536> piece;
+            ssize_t const n = read(ends[0], piece.data(), piece.size());
+            if (n <= 0) {
+                break;
+            }
+            read_back.append(piece.data(), static_cast<std::size_t>(n));
+        }
+        writer.join();
+        dup2(before, STDERR_FILENO);
+        report(read_back == long_text ? "whole" : "cut");
+    });
+    EXPECT_EQ(run.report, "whole");
+    EXPECT_EQ(run.status, 0);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Lines within lines
+// ---------------------------------------------------------------------------------------------
+
+char const* log_to(std::ostream& os)
+{
+    line(os) << "inner" << 1 << '\n';
+    return "after";
+}
+
+TEST(LineInALine, IsWrittenFirst)
+{
+    EXPECT_EQ(on_err([] { line(std::cerr) << "before " << log_to(std::cerr) << '\n'; }),
+              R"([inner1\n][before after\n])");
+    EXPECT_EQ(on_err([] { line(std::cerr) << "before " << log_to(std::clog) << '\n'; }),
+              R"([inner1\n][before after\n])");
+}
+
+TEST(LineInALine, OfTheSameExpressionLastsAsLong)
+{
+    EXPECT_EQ(on_err([] { line(std::cerr) << "1" << (line(std::cerr) << "2", "3"); }), "[23][1]");
+    EXPECT_EQ(on_err([] { line(std::cerr) << "1" << (line(std::clog) << "2", "3"); }), "[2][13]");
+}
+
+TEST(LineInALine, MayGoToTheOtherStream)
+{
+    std::string out;
+    std::string const err = on_err(
+        [&] { out = on_out([] { line(std::cerr) << "a " << log_to(std::cout) << (line(std::cout) << "b", " c"); }); });
+    EXPECT_EQ(out, R"([inner1\n][b])");
+    EXPECT_EQ(err, "[a after c]");
+}
+
+TEST(LineInALine, OnAnyStreamGoesFirstToo)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    line(os) << "before " << log_to(os);
+    EXPECT_EQ(readable(journal.text), R"([inner1\n][before after])");
+}
+
+TEST(LineInALine, FlushesWhatIsTiedToTheStream)
+{
+    Journal tied_journal;
+    std::ostream tied(&tied_journal);
+    Journal journal;
+    std::ostream os(&journal);
+    os.tie(&tied);
+    {
+        line outer(os);
+        line(os) << "inner";
+        EXPECT_EQ(tied_journal.text, "/");
+        EXPECT_EQ(os.tie(), nullptr);
+    }
+    EXPECT_EQ(tied_journal.text, "//");
+    EXPECT_EQ(os.tie(), &tied);
+}
+
+TEST(LineInALine, IsFlushedWhereTheStreamIsUnbuffered)
+{
+    Journal journal;
+    std::ostream os(&journal);
+    os << std::unitbuf;
+    {
+        line outer(os);
+        os << "outer";
+        line(os) << "inner";
+        EXPECT_EQ(journal.text, "[inner]/");
+    }
+    EXPECT_EQ(journal.text, "[inner]/[outer]/");
+    EXPECT_TRUE(os.flags() & ios_base::unitbuf);
+}
+
+TEST(LineInALine, MayEndAfterIt)
+{
+    Journal tied_journal;
+    std::ostream tied(&tied_journal);
+    Journal journal;
+    std::ostream os(&journal);
+    os.tie(&tied);
+    os << std::unitbuf;
+    auto first = std::make_unique<line>(os);
+    os << "1";
+    auto second = std::make_unique<line>(os);
+    os << "2";
+    auto third = std::make_unique<line>(os);
+    os << "3";
+    second.reset();
+    EXPECT_EQ(journal.text, "[2]/");
+    first.reset();
+    EXPECT_EQ(journal.text, "[2]/[1]/");
+    os << "4";
+    EXPECT_EQ(os.tie(), nullptr);
+    third.reset();
+    EXPECT_EQ(journal.text, "[2]/[1]/[34]/");
+    EXPECT_EQ(os.rdbuf(), &journal);
+    EXPECT_EQ(os.tie(), &tied);
+    EXPECT_TRUE(os.flags() & ios_base::unitbuf);
+}
+
+// ---------------------------------------------------------------------------------------------
+// The end of a program, and its children
+// ---------------------------------------------------------------------------------------------
+
+TEST(EndOfAProgram, InALineWritesWhatItHolds)
+{
+    auto const run = on_pipe([] {
+        line outer(std::cout);
+        outer << "outer";
+        line(std::cerr) << "accepted" << (std::exit(3), "not reached");
+    });
+    EXPECT_EQ(run.out, "outer");
+    EXPECT_EQ(run.err, "accepted");
+    EXPECT_EQ(run.status, 3);
+}
+
+struct SpeaksLast {
+    ~SpeaksLast()
+    {
+        if (speaks) {
+            line(std::cerr) << "last" << 1;
+        }
+    }
+    bool speaks = false;
+} speaks_last;
+
+TEST(EndOfAProgram, MayStillWriteLines)
+{
+    auto const run = on_pipe([] {
+        speaks_last.speaks = true;
+        static SpeaksLast later;
+        later.speaks = true;
+        std::exit(0);
+    });
+    EXPECT_EQ(run.err, "last1last1");
+}
+
+TEST(EndOfAProgram, WaitsForNoOtherThreadsLine)
+{
+#ifdef __SANITIZE_THREAD__
+    GTEST_SKIP() << "std::exit flushes the standard streams, which races with any thread that still inserts";
+#endif
+    auto const run = on_pipe([] {
+        std::array<int, 2> begun = {};
+        if (pipe(begun.data()) != 0) {
+            return;
+        }
+        std::thread([&] { line(std::cerr) << "lost" << (close(begun[1]), pause(), ""); }).detach();
+        char byte = 0;
+        static_cast<void>(read(begun[0], &byte, 1)); // until it has the lock
+        std::exit(4);
+    });
+    EXPECT_EQ(run.status, 4);
+    EXPECT_EQ(run.err, "");
+}
+
+TEST(Fork, FindsNoLineOfAnotherThread)
+{
+    auto const run = on_pipe([] {
+        std::thread busy([] {
+            for (int i = 0; i < 2000; ++i) {
+                line(std::cout) << "line" << i << '\n';
+            }
+        });
+        for (int i = 0; i < 20; ++i) {
+            pid_t const child = fork();
+            if (child == 0) {
+                alarm(10);
+                line(std::cerr) << "child" << ' ';
+                _exit(0);
+            }
+            waitpid(child, nullptr, 0);
+        }
+        busy.join();
+    });
+    std::string expected_out;
+    for (int i = 0; i < 2000; ++i) {
+        expected_out += "line" + std::to_string(i) + '\n';
+    }
+    std::string expected_err;
+    for (int i = 0; i < 20; ++i) {
+        expected_err += "child ";
+    }
+    EXPECT_EQ(run.out, expected_out);
+    EXPECT_EQ(run.err, expected_err);
+}
+
+TEST(Fork, LeavesWhatIsComposedToTheParent)
+{
+    auto const run = on_pipe([] {
+        line named(std::cerr);
+        named << "composed ";
+        pid_t const child = fork();
+        if (child == 0) {
+            named << "child ";
+            std::exit(0);
+        }
+        waitpid(child, nullptr, 0);
+        named << "parent";
+    });
+    EXPECT_EQ(run.err, "child composed parent");
+}
+
+// ---------------------------------------------------------------------------------------------
+// The cursor
+// ---------------------------------------------------------------------------------------------
+
+void on_all_streams()
+{
+    setenv("TERM", "xterm", 1);
+    std::cout << hide_cursor << "out" << show_cursor;
+    std::cerr << hide_cursor << "err";
+    std::clog << "log" << show_cursor;
+}
+
+TEST(Cursor, HidesAndShowsOnTerminals)
+{
+    auto const run = on_terminal(on_all_streams);
+    EXPECT_EQ(readable(run.out), R"(\e[?25lout\e[?25h)");
+    EXPECT_EQ(readable(run.err), R"(\e[?25lerrlog\e[?25h)");
+    EXPECT_TRUE(Screen(run.out).cursor_visible());
+    EXPECT_FALSE(Screen("\x1b[?25l").cursor_visible());
+}
+
+TEST(Cursor, IsLeftAloneElsewhere)
+{
+    auto const run = run_with({Sink::pipe, Sink::terminal}, on_all_streams);
+    EXPECT_EQ(run.out, "out");
+    EXPECT_EQ(readable(run.err), R"(\e[?25lerrlog\e[?25h)");
+
+    auto const other = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        std::ostringstream text;
+        text << hide_cursor << "x" << show_cursor;
+        std::ostream second(std::cout.rdbuf());
+        second << hide_cursor << "y" << show_cursor;
+        std::stringbuf redirected;
+        WithBuffer const with(std::cout, &redirected);
+        std::cout << hide_cursor << "z" << show_cursor;
+        hidden_cursor const hidden(std::cout);
+        report(text.str() + redirected.str());
+    });
+    EXPECT_EQ(other.report, "xz");
+    EXPECT_EQ(readable(other.out), "y");
+}
+
+TEST(Cursor, IsLeftAloneOnTerminalsWithoutSequences)
+{
+    for (char const* term : {"dumb", "", static_cast<char const*>(nullptr)}) {
+        auto const run = on_terminal([=] {
+            if (term != nullptr) {
+                setenv("TERM", term, 1);
+            } else {
+                unsetenv("TERM");
+            }
+            std::cout << hide_cursor << "x" << show_cursor;
+            hidden_cursor const hidden(std::cerr);
+        });
+        EXPECT_EQ(run.out, "x");
+        EXPECT_EQ(run.err, "");
+    }
+}
+
+TEST(Cursor, KeepsAPendingWidth)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        std::cout << std::setw(3) << hide_cursor << 1 << show_cursor;
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[?25l  1\e[?25h)");
+}
+
+TEST(Cursor, IsPartOfALine)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        line(std::cout) << "a" << hide_cursor << "b";
+    });
+    EXPECT_EQ(readable(run.out), R"(a\e[?25lb)");
+}
+
+TEST(HiddenCursor, ComesBackAtTheEndOfTheScope)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        try {
+            std::cout << "a";
+            hidden_cursor const hidden(std::cout);
+            std::cout << "b";
+            throw std::runtime_error("c");
+        } catch (std::runtime_error const& e) {
+            std::cout << e.what();
+        }
+    });
+    EXPECT_EQ(readable(run.out), R"(a\e[?25lb\e[?25hc)");
+}
+
+TEST(HiddenCursor, ComesBackThoughTheStreamHasFailed)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        hidden_cursor const hidden(std::cout);
+        std::cout.setstate(ios_base::badbit);
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[?25l\e[?25h)");
+}
+
+TEST(HiddenCursor, ComesBackWithTheLastOnItsDescriptor)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        hidden_cursor const on_cout(std::cout);
+        auto first = std::make_optional<hidden_cursor>(std::cerr);
+        auto second = std::make_optional<hidden_cursor>(std::clog);
+        first.reset();
+        std::cerr << "still hidden";
+        second.reset();
+        hidden_cursor const third(std::cerr);
+    });
+    EXPECT_EQ(readable(run.out), R"(\e[?25l\e[?25h)");
+    EXPECT_EQ(readable(run.err), R"(\e[?25lstill hidden\e[?25h\e[?25l\e[?25h)");
+}
+
+TEST(HiddenCursor, ComesBackWhenTheProgramExits)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        hidden_cursor const hidden(std::cerr);
+        std::exit(5);
+    });
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(readable(run.err), R"(\e[?25l\e[?25h)");
+    EXPECT_EQ(run.status, 5);
+}
+
+TEST(HiddenCursor, BelongsToTheParent)
+{
+    auto const run = on_terminal([] {
+        setenv("TERM", "xterm", 1);
+        std::optional<hidden_cursor> hidden(std::cerr);
+        pid_t const child = fork();
+        if (child == 0) {
+            hidden.reset();
+            std::exit(0);
+        }
+        waitpid(child, nullptr, 0);
+        std::cerr << "parent";
+    });
+    EXPECT_EQ(readable(run.err), R"(\e[?25lparent\e[?25h)");
+}
+
+} // namespace
