@@ -71,6 +71,7 @@ Workloads plain_dump();
 Workloads colored_dump();
 Workloads indicators();
 Workloads kit_line();
+Workloads kit_progress();
 Workloads growth();
 
 } // namespace hueline::bench

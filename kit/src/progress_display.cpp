@@ -4,6 +4,7 @@
 
 #include "output.hpp"
 #include "progress_numbers.hpp"
+#include "progress_signals.hpp"
 
 #include <algorithm>
 #include <csignal>
@@ -22,6 +23,8 @@ double constexpr period = 1.0 / 12;
 double constexpr turn_after = 0.1; // of the spinner
 double constexpr said_again_after = 10;
 double constexpr stopped_after = 1; // a thread that wakes so much too late was not running
+
+double constexpr turns_a_second = 10; // of a spinner
 
 std::size_t constexpr most_queued = 64 * 1024; // bytes, beyond which println waits for the terminal
 std::size_t constexpr cost_of_a_row = 64;      // bytes, of an ended bar in the queue
@@ -270,7 +273,7 @@ progress_facts progress_display::facts_of(progress_row const& row, double at) co
             .rate = row.estimate.rate(then),
             .left = row.estimate.left(then, position, row.length),
             .elapsed = row.estimate.elapsed(then),
-            .turn = static_cast<unsigned>(at / turn_after),
+            .turn = static_cast<unsigned>(at * turns_a_second + 1e-6),
             .state = row.state};
 }
 
@@ -347,7 +350,7 @@ std::vector<progress_text> progress_display::rows_for(progress_block::extent roo
 
 bool progress_display::draw_live(urgency how)
 {
-    if (how != urgency::at_last && !settings.target->takes_a_frame()) {
+    if (drawing_halted || (how != urgency::at_last && !settings.target->takes_a_frame())) {
         return true; // what waits goes on waiting
     }
     std::string bytes;
@@ -358,7 +361,7 @@ bool progress_display::draw_live(urgency how)
             return true;
         }
         bool const in_foreground = settings.target->in_foreground();
-        if (!in_foreground) {
+        if (!in_foreground || rows_were_wiped()) {
             block.forget();
         }
         sample(at);
@@ -372,7 +375,22 @@ bool progress_display::draw_live(urgency how)
             last_frame = at;
         }
     }
-    return bytes.empty() || settings.target->write(bytes);
+    return bytes.empty() || write_rows(bytes);
+}
+
+bool progress_display::write_rows(std::string_view frame)
+{
+    bool const written = settings.target->write(frame);
+    if (settings.descriptor >= 0) {
+        std::lock_guard const locked(mutex);
+        rows_on = block.is_drawn() ? settings.descriptor : -1;
+    }
+    return written;
+}
+
+bool progress_display::rows_were_wiped() const noexcept
+{
+    return settings.descriptor >= 0 && block.is_drawn() && rows_on != settings.descriptor;
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -479,7 +497,7 @@ void progress_display::suspend() noexcept
         bytes = block.wiped();
     }
     if (!bytes.empty()) {
-        settings.target->write(bytes);
+        write_rows(bytes);
     }
 }
 

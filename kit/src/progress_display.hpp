@@ -56,6 +56,7 @@ struct progress_settings {
     progress::drawing drawn_by = progress::drawing::thread;
     bool color = false;
     bool ascii = false;
+    int descriptor = -1; ///< Of a terminal; -1 of a target that is none.
 };
 
 /// Locks: the kit's output lock, under which everything is written, comes before this one's mutex, under which nothing is.
@@ -114,6 +115,9 @@ private:
     bool draw(urgency how) noexcept;
     bool draw_live(urgency how);
     bool draw_plain(urgency how);
+
+    bool write_rows(std::string_view frame);
+    bool rows_were_wiped() const noexcept;
 
     void start_thread() noexcept;
     void stop_thread() noexcept;

@@ -4,6 +4,7 @@
 
 #include "output.hpp"
 
+#include <atomic>
 #include <cerrno>
 #include <cstdlib>
 #include <utility>
@@ -104,7 +105,7 @@ registry& all_displays()
     return all;
 }
 
-// Registered after the first display was made, so it runs after the destructors of static objects that were made later.
+// Registered with the first display, so it runs after the destructors of static objects whose constructors use one.
 void close_all()
 {
     registry& all = all_displays();
@@ -150,7 +151,8 @@ progress_settings settings_for(int descriptor, progress::options const& how, pro
             .shown = shown,
             .drawn_by = how.drawn_by,
             .color = static_cast<bool>(color_policy::from_environment().of(descriptor)),
-            .ascii = how.ascii || locale_is_not_utf8()};
+            .ascii = how.ascii || locale_is_not_utf8(),
+            .descriptor = descriptor};
 }
 
 } // namespace
@@ -194,11 +196,17 @@ std::shared_ptr<progress_display> display_for(progress::options const& how, prog
 {
     if (how.target) {
         return std::make_shared<progress_display>(progress_settings{
-            .target = how.target, .shown = shown, .drawn_by = how.drawn_by, .color = how.color, .ascii = how.ascii});
+            .target = how.target, .shown = shown, .drawn_by = how.drawn_by, .color = how.color, .ascii = how.ascii,
+                                                                    .descriptor = -1});
     }
     registry& all = all_displays();
     if (all.process != ::getpid()) {
         return nullptr;
+    }
+    static std::atomic<bool> is_known = false;
+    if (!is_known.exchange(true)) { // before the lock: lines are offered under theirs
+        std::atexit(close_all);
+        offer_lines_to(write_above);
     }
     destination const where = destination_of(how.descriptor, shown);
     std::lock_guard const locked(all.mutex);
@@ -208,10 +216,6 @@ std::shared_ptr<progress_display> display_for(progress::options const& how, prog
         }
     }
     auto display = std::make_shared<progress_display>(settings_for(how.descriptor, how, shown));
-    if (all.displays.empty()) {
-        std::atexit(close_all);
-        offer_lines_to(write_above);
-    }
     all.displays.emplace_back(where, display);
     return display;
 }

@@ -239,6 +239,13 @@ private:
     mode how_shown = mode::off;
 };
 
+/// Wipes the rows before SIGHUP, SIGINT, SIGQUIT, SIGTERM or SIGTSTP ends or stops the process: no remains of bars stand
+/// below the next prompt. Without it they do, and nothing else is wrong with the terminal.
+///
+/// State    a handler for each of these signals whose action is the default one; others stay. It raises the signal again.
+/// Threads  one, before others.
+void wipe_on_signals() noexcept;
+
 /// A range whose elements are counted by a bar as a loop passes them. See track.
 template <typename Range>
 class tracked {
