@@ -106,7 +106,8 @@ std::uint64_t work(std::uint64_t seed)
 
 void loop_with_bar()
 {
-    for (std::uint64_t& step : progress::track(steps, "steps", {.drawn_by = progress::drawing::caller, .target = sink})) {
+    for (std::uint64_t& step :
+         progress::track(steps, "steps", {.drawn_by = progress::drawing::caller, .target = sink})) {
         step = work(step);
     }
 }

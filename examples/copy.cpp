@@ -42,7 +42,7 @@ void copy(fs::path const& source, fs::path const& target)
     std::ifstream input(source, std::ios_base::binary);
     check(input.is_open(), "cannot open the source");
     check((input.peek(), !input.bad()), "cannot read the source");
-    input.clear(); // an empty one is at its end
+    input.clear();                                                            // an empty one is at its end
     bool const replaces = !fs::exists(target) || fs::is_regular_file(target); // not a device, not a pipe
     std::string const written = replaces ? fs::weakly_canonical(target).string() + ".part" : target.string();
     std::ofstream output(written, std::ios_base::binary);

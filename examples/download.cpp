@@ -1,4 +1,4 @@
-// download: several downloads at once, each with a bar, and lines above them. The files are made up, no network is used.
+// download: several downloads at once, each with a bar, and lines above them. All of it is made up: no network.
 //
 //     download [MICROSECONDS]
 //

@@ -15,7 +15,7 @@ namespace kestry::kit::detail {
 /// A block of rows below the cursor.
 ///
 /// Between frames the cursor rests in a line of its own above the rows, and not in the rows or after them:
-///   - a terminal that reflows, and one that cuts, both keep the cursor with the line that it is in when they are resized, so
+///   - a terminal that reflows, and one that cuts, keep the cursor in its line when they are resized, so
 ///     the next frame knows without counting where its rows were, and all that is below may be erased;
 ///   - what others write is in nobody's way, and moves the block down by as many lines as it has. A frame leaves the
 ///     line and the cursor's column in it as they are, so half a line that others wrote can be continued.
@@ -41,6 +41,10 @@ public:
 
     /// Whether there are rows on the screen.
     bool is_drawn() const noexcept { return !drawn.empty(); }
+
+    /// Those rows, and the size of the screen that they were drawn for.
+    std::vector<progress_text> const& rows() const noexcept { return drawn; }
+    extent size() const noexcept { return drawn_in; }
 
 private:
     std::string changes(std::vector<progress_text> const& rows) const;

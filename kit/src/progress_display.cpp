@@ -357,7 +357,8 @@ bool progress_display::draw_live(urgency how)
     {
         std::lock_guard const locked(mutex);
         double const at = now();
-        if (how == urgency::when_due && !is_due(at)) {
+        bool const due = is_due(at);
+        if (how == urgency::when_due && !due) {
             return true;
         }
         bool const in_foreground = settings.target->in_foreground();
@@ -368,10 +369,18 @@ bool progress_display::draw_live(urgency how)
         bool const shows = in_foreground && suspensions == 0;
         bool const draws = shows && (block.is_drawn() || at >= first_frame);
         progress_block::extent const room = size();
+        // A line between two frames moves the rows, and does not draw them again.
+        bool const bars_ended =
+            std::any_of(queue.begin(), queue.end(), [](waiting const& w) { return w.row != nullptr; });
+        bool const as_they_are =
+            how == urgency::lines && !due && !bars_ended && block.is_drawn() && block.size() == room;
+        std::vector<progress_text> const texts = as_they_are ? block.rows()
+                                                 : draws     ? rows_for(room, at)
+                                                             : std::vector<progress_text>();
         take_lines(at, room.columns - 1, shows);
-        bytes = block.frame(lines, draws ? rows_for(room, at) : std::vector<progress_text>(), room, at);
+        bytes = block.frame(lines, texts, room, at);
         lines.clear();
-        if (draws && !bytes.empty()) {
+        if (draws && !as_they_are && !bytes.empty()) {
             last_frame = at;
         }
     }

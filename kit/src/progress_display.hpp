@@ -59,7 +59,7 @@ struct progress_settings {
     int descriptor = -1; ///< Of a terminal; -1 of a target that is none.
 };
 
-/// Locks: the kit's output lock, under which everything is written, comes before this one's mutex, under which nothing is.
+/// Locks: the kit's output lock, under which everything is written, comes before the mutex, under which nothing is.
 class progress_display : public std::enable_shared_from_this<progress_display> {
 public:
     explicit progress_display(progress_settings how);

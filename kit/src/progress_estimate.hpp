@@ -23,7 +23,7 @@ private:
     double twice_weight = 0;
 };
 
-/// Watches a position. Time is in seconds from anywhere, never goes back, and leaves out what the process was stopped for.
+/// Watches a position. Time is in seconds, never goes back, and leaves out what the process was stopped for.
 class progress_estimate {
 public:
     progress_estimate(double now, std::uint64_t position) noexcept;

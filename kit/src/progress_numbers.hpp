@@ -15,7 +15,7 @@ namespace kestry::kit::detail {
 /// `amount(1234, unit::items) == "1234"`, `amount(1234, unit::bytes) == "1.21 KiB"`
 std::string amount(std::uint64_t n, progress::unit counted);
 
-/// `speed(0.25, unit::items) == "0.25/s"`, `speed(56700, unit::items) == "56.7k/s"`, `speed({}, unit::bytes) == "--/s"`
+/// `speed(0.25, unit::items) == "0.25/s"`, `speed(56700, unit::items) == "56.7k/s"`, `speed({}, unit::items) == "--/s"`
 std::string speed(std::optional<double> per_second, progress::unit counted);
 
 /// `time_span(7) == "00:07"`, `time_span(3723) == "1:02:03"`, `time_span(93784) == "1d 02h"`, `time_span({}) == "--:--"`

@@ -130,7 +130,8 @@ bool write_above(int descriptor, std::string_view text) noexcept
 {
     registry& all = all_displays();
     struct stat found = {};
-    if (all.process != ::getpid() || text.back() != '\n' || ::fstat(descriptor, &found) != 0 || !S_ISCHR(found.st_mode)) {
+    if (all.process != ::getpid() || text.back() != '\n' || ::fstat(descriptor, &found) != 0 ||
+        !S_ISCHR(found.st_mode)) {
         return false;
     }
     std::shared_ptr<progress_display> display;
@@ -195,8 +196,11 @@ progress::mode usual_mode(int descriptor)
 std::shared_ptr<progress_display> display_for(progress::options const& how, progress::mode shown)
 {
     if (how.target) {
-        return std::make_shared<progress_display>(progress_settings{
-            .target = how.target, .shown = shown, .drawn_by = how.drawn_by, .color = how.color, .ascii = how.ascii,
+        return std::make_shared<progress_display>(progress_settings{.target = how.target,
+                                                                    .shown = shown,
+                                                                    .drawn_by = how.drawn_by,
+                                                                    .color = how.color,
+                                                                    .ascii = how.ascii,
                                                                     .descriptor = -1});
     }
     registry& all = all_displays();

@@ -161,9 +161,8 @@ TEST(ProgressTerminal, UsesUnicodeAndColourAsTheEnvironmentSays)
         char const* no_color;
         std::string row;
     };
-    for (Choice const& choice : {Choice{"C", "1", "[##>.]\n"},
-                                 {"C.UTF-8", "1", "[██  ]\n"},
-                                 {"C", "", "[\x1b[33m##>\x1b[0m.]\n"}}) {
+    for (Choice const& choice :
+         {Choice{"C", "1", "[##>.]\n"}, {"C.UTF-8", "1", "[██  ]\n"}, {"C", "", "[\x1b[33m##>\x1b[0m.]\n"}}) {
         Outcome const run = run_with(on_error_terminal, [&] {
             use_environment();
             ::setenv("LC_ALL", choice.locale, 1);
@@ -218,7 +217,8 @@ TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
         multi_progress group;
         bar const files = group.add(brief("files"));
         std::this_thread::sleep_for(300ms);
-        kestry::kit::line(std::cerr) << "a " << "line\n";
+        kestry::kit::line(std::cerr) << "a "
+                                     << "line\n";
         kestry::kit::line(std::cerr) << "half ";
         kestry::kit::line(std::cerr) << "another line\n";
         group.println("printed");
@@ -265,7 +265,8 @@ TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
                 ++printed;
                 int const t = line[7] - '0';
                 ASSERT_TRUE(t >= 0 && t < threads);
-                EXPECT_EQ(line, "thread " + std::to_string(t) + " line " + std::to_string(next[static_cast<std::size_t>(t)]++));
+                EXPECT_EQ(line, "thread " + std::to_string(t) + " line " +
+                                    std::to_string(next[static_cast<std::size_t>(t)]++));
             }
         }
         EXPECT_EQ(printed, threads * lines);
@@ -285,18 +286,44 @@ TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
                 bar mine = group.add("mine", 10);
                 for (int i = 0; i < 400; ++i) {
                     switch (random() % 12) {
-                    case 0: shared.set_message("shared " + std::to_string(i)); break;
-                    case 1: shared.set_length(random() % 2000); break;
-                    case 2: shared.reset(); break;
-                    case 3: shared.finish(); break;
-                    case 4: mine = group.add("mine", 10); break;
-                    case 5: mine = group.insert_before(shared, {.message = "before"}); break;
-                    case 6: group.println("line"); break;
-                    case 7: group.tick(); break;
-                    case 8: shared.abandon(); break;
-                    case 9: mine = shared; break;
-                    case 10: { suspension const quiet = group.suspend(); break; }
-                    default: shared.inc(); std::this_thread::sleep_for(1ms); break;
+                    case 0:
+                        shared.set_message("shared " + std::to_string(i));
+                        break;
+                    case 1:
+                        shared.set_length(random() % 2000);
+                        break;
+                    case 2:
+                        shared.reset();
+                        break;
+                    case 3:
+                        shared.finish();
+                        break;
+                    case 4:
+                        mine = group.add("mine", 10);
+                        break;
+                    case 5:
+                        mine = group.insert_before(shared, {.message = "before"});
+                        break;
+                    case 6:
+                        group.println("line");
+                        break;
+                    case 7:
+                        group.tick();
+                        break;
+                    case 8:
+                        shared.abandon();
+                        break;
+                    case 9:
+                        mine = shared;
+                        break;
+                    case 10: {
+                        suspension const quiet = group.suspend();
+                        break;
+                    }
+                    default:
+                        shared.inc();
+                        std::this_thread::sleep_for(1ms);
+                        break;
                     }
                 }
             });
@@ -449,7 +476,9 @@ TEST(ProgressFork, DoesNothingInTheChild)
                 if (group->println("child")) {
                     ::_exit(1);
                 }
-                { suspension const quiet = group->suspend(); }
+                {
+                    suspension const quiet = group->suspend();
+                }
                 group->tick();
                 bar const more = group->add("child", 10);
                 multi_progress another;

@@ -140,7 +140,8 @@ TEST_F(Progress, FollowsTheSizeOfTheTerminal)
     after(group, 200ms);
     EXPECT_EQ(rows(), Lines{"files   0%  0/10"});
     terminal->room = {0, 0};
-    EXPECT_NE(after(group, 100ms).find("files [..............................................]   0%"), std::string::npos);
+    EXPECT_NE(after(group, 100ms).find("files [..............................................]   0%"),
+              std::string::npos);
 }
 
 TEST_F(Progress, SurvivesTheSmallestSizes)
@@ -360,10 +361,7 @@ TEST_F(Progress, WritesTheLastRowsWhenTheGroupEnds)
     EXPECT_EQ(terminal->all, "a 10/10\n");
 }
 
-TEST_F(Progress, RefusesALayoutThatItDoesNotKnow)
-{
-    EXPECT_THROW(layout("{mgs}"), std::invalid_argument);
-}
+TEST_F(Progress, RefusesALayoutThatItDoesNotKnow) { EXPECT_THROW(layout("{mgs}"), std::invalid_argument); }
 
 // ---------------------------------------------------------------------------------------------
 // Estimates
@@ -564,8 +562,9 @@ TEST_F(Progress, WritesNoControlCharacterInLines)
     for (char const c : terminal->all) {
         EXPECT_TRUE(c == '\n' || (c >= ' ' && c <= '~')) << static_cast<int>(c);
     }
-    EXPECT_EQ(terminal->all.substr(terminal->all.find("0%, 0 of 100\n", 30)), "0%, 0 of 100\nstopped at 50%, 50 of 100\n"
-                                                                             "a\\x1b[1m\\x0d: done, 100 in 01:40\n");
+    EXPECT_EQ(terminal->all.substr(terminal->all.find("0%, 0 of 100\n", 30)),
+              "0%, 0 of 100\nstopped at 50%, 50 of 100\n"
+              "a\\x1b[1m\\x0d: done, 100 in 01:40\n");
 }
 
 TEST_F(Progress, IsSilentWhenItIsOff)

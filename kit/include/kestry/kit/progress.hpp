@@ -12,9 +12,9 @@
 /// \name On a terminal
 /// The bars stand below the cursor, which rests in a line of its own above them: what other code writes, what the user
 /// types and a child's message land there and are kept. One write(2) a frame, in synchronised output; only what
-/// changed in it; at most 12 frames a second, the first after 200 ms, none while nothing visible changes. The cursor is hidden
+/// changed in it; at most 12 a second, the first after 200 ms, none while nothing visible changes. The cursor is hidden
 /// inside of a frame only, so no end of the program leaves it hidden. The size is read at each frame; the last column
-/// and the topmost row stay free. Bars that do not fit are counted: "+3 more". An ended bar leaves its row as a line above.
+/// and the topmost row stay free. Bars that do not fit are counted: "+3 more". An ended bar leaves its row above.
 /// Nothing is drawn while the process is in the background, and what it was stopped for is no part of a rate.
 ///
 /// \name Elsewhere: in a pipe or a file, with TERM=dumb, with CI in the environment
@@ -86,11 +86,11 @@ inline constexpr std::uint64_t unknown = std::numeric_limits<std::uint64_t>::max
 
 /// What the row of a bar looks like: a text with {keys}, parsed once. Copies share the result.
 ///
-/// {msg}  the message       {pos} {len}  position and length, in the bar's unit     {percent}   "  7%"
-/// {rate} a second's worth  {elapsed}    time gone, "00:07"                         {eta}       time left, "--:--" in a stall
-/// {bar}  20 columns        {wide_bar}   the columns that nothing else takes        {spinner}   turns while the bar is active
+/// {msg}  the message       {pos} {len}  position and length, in the bar's unit {percent}  "  7%"
+/// {rate} a second's worth  {elapsed}    time gone, "00:07"                    {eta}       time left, "--:--" in a stall
+/// {bar}  20 columns        {wide_bar}   the columns that nothing else takes   {spinner}   turns while the bar is active
 ///
-/// A key takes a width in columns and a colour: {msg:20}, right-aligned {msg:>20}, {bar:30.green}, {eta:.dim}. The colours
+/// A key takes a width in columns and a colour: {msg:20}, {msg:>20} right-aligned, {bar:30.green}, {eta:.dim}. Colours
 /// are red, green, yellow, blue, magenta, cyan, and bold and dim beside them. "{{" and "}}" are braces.
 /// Where a row does not fit, {wide_bar} shrinks, then {msg}, and then keys leave from the right.
 ///
@@ -206,13 +206,13 @@ private:
 /// them, the last rows are written, and handles that live on do nothing.
 class multi_progress {
 public:
-    /// Cost: a few system calls; no thread yet.
+    /// Throws std::bad_alloc. Cost: a few system calls; no thread yet.
     explicit multi_progress(options const& how = {});
     ~multi_progress();
     multi_progress(multi_progress const&) = delete;
     multi_progress& operator=(multi_progress const&) = delete;
 
-    /// Adds a bar below the others. Throws std::bad_alloc. Cost: two allocations and a lock; the first one starts the thread.
+    /// Adds a bar below the others. Throws std::bad_alloc. Cost: some allocations, a lock; the first starts the thread.
     [[nodiscard]] bar add(std::string_view message, std::uint64_t length = unknown, unit counted = unit::items);
     [[nodiscard]] bar add(bar_options const& what);
 
@@ -221,7 +221,7 @@ public:
 
     /// Writes a text and a line end above the bars: whole, in order, once, whether bars show or not.
     ///
-    /// Returns  whether it was written, or will be with the next frame. Waits for a terminal only if 64 KiB wait already.
+    /// Returns  whether it was written, or waits for the next frame. Waits for a terminal only if 64 KiB do already.
     /// Throws   std::bad_alloc.
     bool println(std::string_view text);
 
@@ -242,7 +242,7 @@ private:
 /// Wipes the rows before SIGHUP, SIGINT, SIGQUIT, SIGTERM or SIGTSTP ends or stops the process: no remains of bars stand
 /// below the next prompt. Without it they do, and nothing else is wrong with the terminal.
 ///
-/// State    a handler for each of these signals whose action is the default one; others stay. It raises the signal again.
+/// State    a handler for each of these signals whose action is the default one. It raises the signal again.
 /// Threads  one, before others.
 void wipe_on_signals() noexcept;
 
