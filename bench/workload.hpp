@@ -73,6 +73,7 @@ Workloads indicators();
 Workloads kit_line();
 Workloads kit_style();
 Workloads kit_text();
+Workloads kit_progress();
 Workloads growth();
 
 } // namespace hueline::bench
