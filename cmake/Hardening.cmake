@@ -1,13 +1,15 @@
 # Hardened as Debian hardens its packages, with immediate binding.
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fstack-clash-protection HUELINE_HAS_STACK_CLASH_PROTECTION)
-check_cxx_compiler_flag(-fcf-protection HUELINE_HAS_CF_PROTECTION)
+check_cxx_compiler_flag(-fcf-protection HUELINE_HAS_CF_PROTECTION) # x86
+check_cxx_compiler_flag(-mbranch-protection=standard HUELINE_HAS_BRANCH_PROTECTION) # AArch64
 
 add_library(hueline_hardening INTERFACE)
 target_compile_options(hueline_hardening INTERFACE
     -fstack-protector-strong
     $<$<BOOL:${HUELINE_HAS_STACK_CLASH_PROTECTION}>:-fstack-clash-protection>
     $<$<BOOL:${HUELINE_HAS_CF_PROTECTION}>:-fcf-protection>
+    $<$<BOOL:${HUELINE_HAS_BRANCH_PROTECTION}>:-mbranch-protection=standard>
     -Wformat
     -Werror=format-security)
 

@@ -7,7 +7,11 @@ endif()
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
-install(TARGETS hueline EXPORT HuelineTargets
+set(libraries hueline)
+if(HUELINE_KIT)
+    list(APPEND libraries hueline_kit)
+endif()
+install(TARGETS ${libraries} EXPORT HuelineTargets
     LIBRARY COMPONENT Hueline_Runtime NAMELINK_COMPONENT Hueline_Development
     ARCHIVE COMPONENT Hueline_Development
     FILE_SET HEADERS COMPONENT Hueline_Development)
@@ -27,6 +31,9 @@ configure_package_config_file(cmake/HuelineConfig.cmake.in HuelineConfig.cmake
     INSTALL_DESTINATION ${package_dir}
     NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(HuelineConfigVersion.cmake COMPATIBILITY SameMinorVersion)
+if(HUELINE_KIT AND NOT BUILD_SHARED_LIBS)
+    install(FILES cmake/Utf8proc.cmake DESTINATION ${package_dir} COMPONENT Hueline_Development)
+endif()
 install(EXPORT HuelineTargets NAMESPACE kestry:: DESTINATION ${package_dir} COMPONENT Hueline_Development)
 install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/HuelineConfig.cmake
@@ -34,11 +41,17 @@ install(FILES
     DESTINATION ${package_dir} COMPONENT Hueline_Development)
 
 # pkg-config. Paths are relative to the file itself, except where a folder was given as an absolute path.
-set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
     BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig
     OUTPUT_VARIABLE prefix_from_pc)
 cmake_path(APPEND pc_libdir "\${prefix}" ${CMAKE_INSTALL_LIBDIR})
 cmake_path(APPEND pc_includedir "\${prefix}" ${CMAKE_INSTALL_INCLUDEDIR})
-configure_file(cmake/hueline.pc.in hueline.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/hueline.pc DESTINATION ${pkgconfig_dir} COMPONENT Hueline_Development)
+if(NOT BUILD_SHARED_LIBS)
+    set(pc_kit_requires_private libutf8proc) # a shared object brings it along
+endif()
+foreach(library IN LISTS libraries)
+    string(REPLACE _ - name ${library})
+    configure_file(cmake/${name}.pc.in ${name}.pc @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${name}.pc
+        DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Hueline_Development)
+endforeach()

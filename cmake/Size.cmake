@@ -1,10 +1,9 @@
 # What keeps the shared object small and quick to load. What the library refers to of its own is bound to it here: that saves
 # entries in the tables that the loader fills, and hosts do not replace single functions of it. What it calls of others is
 # called through these entries, without a stub in between.
-set(assigned ${PROJECT_SOURCE_DIR}/cmake/assigned.list)
 target_compile_options(hueline PRIVATE -fno-plt -fno-semantic-interposition -ffunction-sections $<$<CONFIG:Release>:-O2>)
-target_link_options(hueline PRIVATE LINKER:--dynamic-list=${assigned} LINKER:-O1 LINKER:--gc-sections)
-set_property(TARGET hueline APPEND PROPERTY LINK_DEPENDS ${assigned})
+target_link_options(hueline PRIVATE LINKER:-O1 LINKER:--gc-sections)
+hueline_linker_file(hueline --dynamic-list assigned.list)
 
 # Text that is built once in a while need not be built fast.
 set_source_files_properties(

@@ -2,8 +2,9 @@
 
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
-for_build=(g++ cmake ninja-build pkgconf libutf8proc-dev)
-for_tests=("${for_build[@]}" clang libclang-rt-dev binutils strace libgtest-dev libvterm-dev librapidcheck-dev unicode-data xxd bsdextrautils)
+for_build=(g++ cmake ninja-build libutf8proc-dev)
+for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev
+    libfmt-dev unicode-data xxd bsdextrautils)
 
 say() { printf '%s\n' "$*" >&2; }
 
@@ -28,9 +29,19 @@ quietly()
 
 is_installed() { dpkg-query --show --showformat='${db:Status-Status}\n' "$1" 2>/dev/null | grep -x installed >/dev/null; }
 
+# Runs a command that only root may run.
+as_root()
+{
+    if [ "$(id -u)" = 0 ]; then
+        "$@"
+    else
+        sudo -n "$@"
+    fi
+}
+
 apt_get()
 {
-    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    as_root env DEBIAN_FRONTEND=noninteractive \
         apt-get --yes --quiet -o DPkg::Lock::Timeout=300 "$@" >&2 </dev/null
 }
 
@@ -42,17 +53,14 @@ require()
         return
     fi
 
-    local package missing=() as_root=()
+    local package missing=()
     for package in "$@"; do
         is_installed "$package" || missing+=("$package")
     done
     [ ${#missing[@]} -gt 0 ] || return 0
 
-    if [ "$(id -u)" != 0 ]; then
-        sudo -n true 2>/dev/null </dev/null ||
-            die "Missing packages, which only root may install: ${missing[*]} (apt-get install ${missing[*]})"
-        as_root=(sudo -n)
-    fi
+    as_root true 2>/dev/null </dev/null ||
+        die "Missing packages, which only root may install: ${missing[*]} (apt-get install ${missing[*]})"
     say "Installing ${missing[*]}"
     # An update that fails for one of several sources need not stand in the way.
     apt_get update || say 'The lists of packages could not all be brought up to date.'

@@ -436,6 +436,19 @@ class Page:
 
     # All of it -------------------------------------------------------------------------------
 
+    def names(self):
+        """What apropos(1) and whatis(1) find the page by: its own name, and each public name that it explains."""
+        found = [self.topic.full_name]
+        parts = [(c.line, c.full_name) for c in self.classes.values()]
+        parts += [(m.line, m.full_name) for m in self.topic.members() if m.inserted() is None]
+        parts += [(m.line, m.full_name) for c in self.classes.values() if not c.is_value()
+                  for m in c.members() if m.is_documented() and m.inserted() is None]
+        for _, full_name in sorted(parts):
+            name = self.interface.short(full_name)
+            if not re.search(r"~|operator|\b(\w+)::\1$", name) and name not in found:
+                found.append(name)
+        return found
+
     def text(self, date, release, neighbours):
         title = self.topic.title
         others = [n for n in neighbours if n != self.topic.full_name]
@@ -445,7 +458,8 @@ class Page:
             ".nr HY 0", # names stay whole
             ".ad l",
             ".SH NAME",
-            f"{self.topic.full_name} \\- {title[:1].lower() + title[1:]}",
+            *textwrap.wrap(", ".join(self.names()), 100, break_on_hyphens=False),
+            f"\\- {title[:1].lower() + title[1:]}",
             ".SH LIBRARY",
             "Terminal colour library (libhueline, \\-lhueline)",
             ".SH SYNOPSIS",

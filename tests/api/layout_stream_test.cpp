@@ -17,7 +17,9 @@ using namespace kestry::Hueline;
 using hueline::test::offset;
 using hueline::test::value_at;
 
-constexpr std::size_t string_size = sizeof(std::string);
+constexpr int string_size = sizeof(std::string);
+constexpr int pointer = sizeof(void*);
+constexpr int after_three_ints = pointer == 8 ? 16 : 12; // where a reference has its place
 
 // ---------------------------------------------------------------------------------------------
 // Guards
@@ -83,13 +85,13 @@ static_assert(std::is_same_v<decltype(myfillandw::width), int> && offsetof(myfil
 // Activity indicators
 // ---------------------------------------------------------------------------------------------
 
-static_assert(std::is_aggregate_v<spinner> && sizeof(spinner) == 8 + string_size);
+static_assert(std::is_aggregate_v<spinner> && sizeof(spinner) == pointer + string_size);
 static_assert(std::is_same_v<decltype(spinner::frames), std::string const&>);
 
-static_assert(std::is_aggregate_v<status_line> && sizeof(status_line) == 24 + 5 * string_size);
+static_assert(std::is_aggregate_v<status_line> && sizeof(status_line) == after_three_ints + pointer + 5 * string_size);
 static_assert(std::is_same_v<decltype(status_line::done), std::string const&>);
 
-static_assert(std::is_aggregate_v<progress_meter> && sizeof(progress_meter) == 24 + 3 * string_size);
+static_assert(std::is_aggregate_v<progress_meter> && sizeof(progress_meter) == after_three_ints + pointer + 3 * string_size);
 static_assert(std::is_same_v<decltype(progress_meter::label), std::string const&>);
 
 TEST(Layout, SpinnerHoldsItsFieldsInOrder)
@@ -97,7 +99,7 @@ TEST(Layout, SpinnerHoldsItsFieldsInOrder)
     std::string const frames = "|/-\\";
     spinner const s{frames, "label"};
     EXPECT_EQ(value_at<std::string const*>(s, 0), &frames);
-    EXPECT_EQ(offset(s, s.label), 8);
+    EXPECT_EQ(offset(s, s.label), pointer);
 }
 
 TEST(Layout, StatusLineHoldsItsFieldsInOrder)
@@ -107,12 +109,12 @@ TEST(Layout, StatusLineHoldsItsFieldsInOrder)
     EXPECT_EQ(offset(s, s.position), 0);
     EXPECT_EQ(offset(s, s.start), 4);
     EXPECT_EQ(offset(s, s.end), 8);
-    EXPECT_EQ(value_at<std::string const*>(s, 16), &done);
-    EXPECT_EQ(offset(s, s.todo), 24);
-    EXPECT_EQ(offset(s, s.prefix), 56);
-    EXPECT_EQ(offset(s, s.suffix), 88);
-    EXPECT_EQ(offset(s, s.frames), 120);
-    EXPECT_EQ(offset(s, s.spin_label), 152);
+    EXPECT_EQ(value_at<std::string const*>(s, after_three_ints), &done);
+    EXPECT_EQ(offset(s, s.todo), after_three_ints + pointer);
+    EXPECT_EQ(offset(s, s.prefix), after_three_ints + pointer + string_size);
+    EXPECT_EQ(offset(s, s.suffix), after_three_ints + pointer + 2 * string_size);
+    EXPECT_EQ(offset(s, s.frames), after_three_ints + pointer + 3 * string_size);
+    EXPECT_EQ(offset(s, s.spin_label), after_three_ints + pointer + 4 * string_size);
 }
 
 TEST(Layout, ProgressMeterHoldsItsFieldsInOrder)
@@ -122,10 +124,10 @@ TEST(Layout, ProgressMeterHoldsItsFieldsInOrder)
     EXPECT_EQ(offset(m, m.position), 0);
     EXPECT_EQ(offset(m, m.start), 4);
     EXPECT_EQ(offset(m, m.end), 8);
-    EXPECT_EQ(value_at<std::string const*>(m, 16), &label);
-    EXPECT_EQ(offset(m, m.lead), 24);
-    EXPECT_EQ(offset(m, m.after), 56);
-    EXPECT_EQ(offset(m, m.before), 88);
+    EXPECT_EQ(value_at<std::string const*>(m, after_three_ints), &label);
+    EXPECT_EQ(offset(m, m.lead), after_three_ints + pointer);
+    EXPECT_EQ(offset(m, m.after), after_three_ints + pointer + string_size);
+    EXPECT_EQ(offset(m, m.before), after_three_ints + pointer + 2 * string_size);
 }
 
 // A constructor would end the temporary with the initialisation.
@@ -165,7 +167,7 @@ static_assert(holds_a_text<DataTheme::response_title>);
 
 static_assert(std::is_convertible_v<std::string, ColorTheme::path>);
 static_assert(std::is_convertible_v<std::uint32_t, ColorTheme::path>);
-static_assert(sizeof(ColorTheme::path) == 16 + string_size);
+static_assert(sizeof(ColorTheme::path) == 2 * pointer + string_size);
 
 static_assert(std::is_convertible_v<std::uint8_t, DataTheme::crc>);
 static_assert(std::is_convertible_v<std::uint16_t, DataTheme::crc>);
@@ -175,11 +177,11 @@ TEST(Layout, PathHoldsItsFieldsInOrder)
 {
     ColorTheme::path const text("text");
     EXPECT_TRUE(value_at<bool>(text, 0));
-    EXPECT_EQ(offset(text, text.text), 8);
+    EXPECT_EQ(offset(text, text.text), pointer);
 
     ColorTheme::path const number(std::uint32_t{0xfffefdfc});
     EXPECT_FALSE(value_at<bool>(number, 0));
-    EXPECT_EQ(value_at<std::uint32_t>(number, 40), 0xfffefdfc);
+    EXPECT_EQ(value_at<std::uint32_t>(number, pointer + string_size), 0xfffefdfc);
 }
 
 TEST(Layout, CrcHoldsItsFieldsInOrder)

@@ -1,11 +1,12 @@
 #!/bin/bash
-# Checks one property of the shared object: shared_object.sh <property> <libhueline.so.0.2.2>
+# Checks one property of a shared object: shared_object.sh <property> <lib....so.0.2.2>
 set -euo pipefail
 export LC_ALL=C
 
 property=$1
 library=$2
 here=$(dirname "$0")
+file=$(basename "$library")
 
 fail()
 {
@@ -25,6 +26,10 @@ exports)
         <(grep -v '^#' "$here/exports.txt" | awk '{ print $1 }') <(exported | awk '{ print $NF }' | sort) ||
         fail 'exports other symbols than tests/api/exports.txt lists (-: missing, +: not listed)'
     ;;
+exports-of-the-kit)
+    others=$(exported | awk '{ print $NF }' | c++filt | grep -vE '^((vtable|typeinfo|typeinfo name) for )?kestry::kit::' || true)
+    [ -z "$others" ] || fail "exports what is not the kit's:" "$others"
+    ;;
 list)
     grep -v '^#' "$here/exports.txt" | awk '{ print $1 }' | sort --check --unique ||
         fail 'tests/api/exports.txt is not sorted, or names a symbol twice'
@@ -36,20 +41,22 @@ clear-is-clr)
     ;;
 soname)
     soname=$(dynamic | sed -n 's/.*(SONAME).*\[\(.*\)\]/\1/p')
-    [ "$soname" = libhueline.so.0.2 ] || fail "is called '$soname', not libhueline.so.0.2"
+    [ "$soname" = "${file%.*}" ] || fail "is called '$soname', not ${file%.*}"
     ;;
 links)
     cd "$(dirname "$library")"
-    [ -f libhueline.so.0.2.2 ] && [ ! -L libhueline.so.0.2.2 ] || fail 'is not a file called libhueline.so.0.2.2'
-    for link in libhueline.so.0.2 libhueline.so; do
+    [ -f "$file" ] && [ ! -L "$file" ] && [[ $file == *.so.0.2.2 ]] || fail 'is not a file called .so.0.2.2'
+    for link in "${file%.*}" "${file%.so.*}.so"; do
         [ -L "$link" ] || fail "has no link $link"
-        [ "$(readlink --canonicalize "$link")" = "$PWD/libhueline.so.0.2.2" ] || fail "is not where $link leads"
+        [ "$(readlink --canonicalize "$link")" = "$PWD/$file" ] || fail "is not where $link leads"
     done
     ;;
 needed)
     needed=$(dynamic | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
     grep -x 'libc\.so\.6' <<<"$needed" >/dev/null || fail "needs no C library, but:" $needed
-    others=$(grep -vxE 'libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6' <<<"$needed" || true)
+    allowed='libstdc\+\+\.so\.6|libm\.so\.6|libgcc_s\.so\.1|libc\.so\.6'
+    [[ $file != libhueline-kit.* ]] || allowed+='|libhueline\.so\.0\.2|libutf8proc\.so\.[0-9]+'
+    others=$(grep -vxE "$allowed" <<<"$needed" || true)
     [ -z "$others" ] || fail 'needs more than the C and C++ runtime:' $others
     ;;
 immediate-binding)

@@ -14,13 +14,18 @@ compiler=${6-}
 files="bin/hueline-demo
 include/kestry/hueline_classic.hpp
 include/kestry/hueline_stream.hpp
+$(cd "$here/../../kit" && find include -name '*.hpp' | sort)
 $libdir/cmake/Hueline/HuelineConfig.cmake
 $libdir/cmake/Hueline/HuelineConfigVersion.cmake
 $libdir/cmake/Hueline/HuelineTargets-${configuration,,}.cmake
 $libdir/cmake/Hueline/HuelineTargets.cmake
+$libdir/libhueline-kit.so
+$libdir/libhueline-kit.so.0.2
+$libdir/libhueline-kit.so.0.2.2
 $libdir/libhueline.so
 $libdir/libhueline.so.0.2
 $libdir/libhueline.so.0.2.2
+$libdir/pkgconfig/hueline-kit.pc
 $libdir/pkgconfig/hueline.pc
 share/man/man1/hueline-demo.1
 share/man/man7/hueline.7"

@@ -19,6 +19,7 @@ expect() { [ "$2" = "$3" ] || fail "$1: expected '$2', got '$3'"; }
 
 # What the program writes. In a pipe the stream interface is plain, the string interface as its caller has switched it.
 text=$'failed\n\e[31mfailed\e[0m'
+kit_text='256 colours'
 
 # configure <project> <option of cmake>...
 configure()
@@ -29,8 +30,9 @@ configure()
 
 build_and_run()
 {
-    quietly cmake --build "$work/build" --target consumer --parallel 1
+    quietly cmake --build "$work/build" --target consumer kit_consumer --parallel 1
     expect "$1" "$text" "$("$work/build/consumer")"
+    expect "$1" "$kit_text" "$("$work/build/kit_consumer")"
 }
 
 find_package_in()
@@ -42,10 +44,17 @@ find_package_in()
 # pkg_config_in <prefix> [--static]
 pkg_config_in()
 {
-    local flags
+    local flags module
     export PKG_CONFIG_PATH=$1/$libdir/pkgconfig
-    expect "version by pkg-config in $1" 0.2.2 "$(pkg-config --modversion hueline)"
+    for module in hueline hueline-kit; do
+        expect "version of $module by pkg-config in $1" 0.2.2 "$(pkg-config --modversion $module)"
+    done
+
     flags=$(pkg-config "${@:2}" --cflags --libs hueline)
-    quietly "$compiler" -std=c++17 "$here"/program/*.cpp $flags -o "$work/consumer"
+    quietly "$compiler" -std=c++17 "$here"/program/{stream,classic}.cpp $flags -o "$work/consumer"
     expect "found by pkg-config in $1" "$text" "$(LD_LIBRARY_PATH=$1/$libdir "$work/consumer")"
+
+    flags=$(pkg-config "${@:2}" --cflags --libs hueline-kit)
+    quietly "$compiler" -std=c++20 "$here/program/kit.cpp" $flags -o "$work/kit_consumer"
+    expect "found by pkg-config in $1" "$kit_text" "$(LD_LIBRARY_PATH=$1/$libdir "$work/kit_consumer")"
 }

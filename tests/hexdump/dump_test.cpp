@@ -55,17 +55,23 @@ TEST(DumpShort, HasAPrefixAndFourDigits)
     EXPECT_EQ(dump_short(0xffff), "0xffff");
 }
 
-TEST(DumpWord, HasEightDigitsAndMoreWhereNeeded)
+TEST(DumpWord, HasEightDigits)
 {
     EXPECT_EQ(dump_word(0), "00000000");
     EXPECT_EQ(dump_word(0x1234), "00001234");
     EXPECT_EQ(dump_word(0xffffffff), "ffffffff");
+}
+
+#if ULONG_MAX > 0xffffffff
+TEST(DumpWord, HasMoreDigitsWhereNeeded)
+{
     EXPECT_EQ(dump_word(0x100000000), "100000000");
     EXPECT_EQ(dump_word(0xfffffffff), "fffffffff");
     EXPECT_EQ(dump_word(0x1000000000), "1000000000");
     EXPECT_EQ(dump_word(0x0fffffffffffffff), "fffffffffffffff");
     EXPECT_EQ(dump_word(0xfedcba9876543210), "fedcba9876543210");
 }
+#endif
 
 TEST(DumpWords, HasEightDigitsAndABlankForEach)
 {
