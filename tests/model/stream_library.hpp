@@ -36,6 +36,7 @@ public:
     Facts perform(StreamOperation const& operation, Step const& step)
     {
         program.os = &stream(step.on);
+        program.returned = nullptr;
         program.result = "";
         isatty_calls = 0;
         clock_readings = 0;
@@ -57,6 +58,8 @@ public:
         facts.push_back({"received by the string stream", received.text});
         facts.push_back({"thrown", thrown});
         facts.push_back({"returned", program.result});
+        bool const is_its_stream = program.returned == nullptr || program.returned == program.os;
+        facts.push_back({"returned stream", is_its_stream ? "its own" : "another"});
         facts.push_back({"isatty called", std::to_string(isatty_calls)});
         facts.push_back({"clock read", std::to_string(clock_readings)});
         facts.push_back({"errno", errno_kept ? "kept" : "changed"});

@@ -211,6 +211,7 @@ Seen StreamModel::perform(Step const& step)
     facts.push_back({"received by the string stream", memory.take_received()});
     facts.push_back({"thrown", thrown});
     facts.push_back({"returned", result});
+    facts.push_back({"returned stream", "its own"});
     facts.push_back({"isatty called", is_composed(step.operation) ? any_value : decimal(terminal_questions)});
     facts.push_back({"clock read", decimal(clock_readings)});
     std::array const used = {out.take_used(), err.take_used(), memory.take_used(), host_operation(step) != nullptr};
