@@ -20,7 +20,6 @@ set_source_files_properties(
 # The strong kind, which the hardening asks for, guards the stack of each function that returns a string: half of the
 # instructions of a theme's function. This kind guards those that have an array, and they are all there is to guard here.
 set_property(SOURCE
-    src/sgr.cpp
     src/classic/codes.cpp
     src/classic/theme_strings.cpp
     APPEND PROPERTY COMPILE_OPTIONS -fstack-protector)

@@ -10,7 +10,7 @@
 // The exit status is 0 if the file was copied, 1 if it was not, and 2 for a wrong command line.
 #include <kestry/hueline_stream.hpp>
 
-#include "colour_policy.hpp"
+#include <kestry/kit/policy.hpp>
 
 #include <algorithm>
 #include <cerrno>
@@ -30,6 +30,7 @@
 namespace {
 
 using namespace kestry::Hueline;
+using namespace kestry::kit;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
@@ -85,9 +86,10 @@ int columns()
 
 class Progress {
 public:
-    explicit Progress(std::uintmax_t bytes_in_all)
-        : size(bytes_in_all), on_terminal(::isatty(STDERR_FILENO) != 0 && colour_policy::variable("TERM") != "dumb"),
-          in_colour(colour_policy::is_wanted(STDERR_FILENO))
+    explicit Progress(std::uintmax_t bytes_in_all,
+                      color_environment const& surroundings = color_environment::of_process())
+        : size(bytes_in_all), on_terminal(surroundings.err_is_terminal && surroundings.term != "dumb"),
+          in_colour(color_policy({}, surroundings).err())
     {
         if (on_terminal) {
             tidy_on_signals();
@@ -130,8 +132,8 @@ private:
         int constexpr steps = 1000;
         std::cerr << csi::cr;
         if (cells > 0) {
-            std::string const start = in_colour ? csi::color(32) + "[" : "[";
-            std::string const end = in_colour ? "]" + csi::color(0) : "]";
+            std::string const start = (in_colour ? csi::color(32) : "") + '[';
+            std::string const end = ']' + (in_colour ? csi::color(0) : "");
             std::cerr << status_line{static_cast<int>(part * cells), 0, cells, done, ".", start, end, "|/-\\", ""};
         }
         std::cerr << progress_meter{static_cast<int>(part * steps), 0, steps, no_label, "", "", ""}

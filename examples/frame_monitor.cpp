@@ -13,7 +13,7 @@
 // is 0 if there were none, 1 if there were some, and 2 if the capture could not be read or shown.
 #include <kestry/hueline_stream.hpp>
 
-#include "colour_policy.hpp"
+#include <kestry/kit/policy.hpp>
 
 #include <fstream>
 #include <iostream>
@@ -143,7 +143,7 @@ int main(int argc, char* argv[])
         return trouble("cannot read the capture");
     }
 
-    std::cout << (colour_policy::is_wanted(STDOUT_FILENO) ? colorize : nocolorize);
+    kestry::kit::use_in_streams(kestry::kit::color_policy::from_environment());
     bool const is_sound = show_capture(capture);
     if (!std::cout.flush()) {
         return trouble("cannot write");

@@ -6,7 +6,7 @@
 // wrong command line.
 #include <kestry/hueline_stream.hpp>
 
-#include "colour_policy.hpp"
+#include <kestry/kit/policy.hpp>
 
 #include <fstream>
 #include <iostream>
@@ -70,7 +70,7 @@ int main(int argc, char* argv[])
         std::cerr << "usage: hexview [FILE]\n";
         return 2;
     }
-    std::cout << (colour_policy::is_wanted(STDOUT_FILENO) ? colorize : nocolorize);
+    kestry::kit::use_in_streams(kestry::kit::color_policy::from_environment());
     std::ifstream file;
     if (argc == 2) {
         file.open(argv[1], std::ios_base::binary);

@@ -7,7 +7,7 @@
 // interface or localtime(3).
 #include <kestry/hueline_classic.hpp>
 
-#include "colour_policy.hpp"
+#include <kestry/kit/policy.hpp>
 
 #include <iostream>
 #include <mutex>
@@ -89,7 +89,7 @@ Level take_level(std::string& line)
 int main()
 {
     // The string interface asks no terminal: that is for the caller to do.
-    Log log(std::cerr, colour_policy::is_wanted(STDERR_FILENO));
+    Log log(std::cerr, static_cast<bool>(kestry::kit::color_policy::from_environment().err()));
     for (std::string line; std::getline(std::cin, line);) {
         Level const level = take_level(line);
         log.write(level, line);

@@ -3,6 +3,8 @@
 #include "console.hpp"
 #include "dump.hpp"
 
+#include <kestry/kit/policy.hpp>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
@@ -40,10 +42,8 @@ std::optional<std::uint64_t> bytes_ahead(int file)
 class Progress {
 public:
     explicit Progress(std::optional<std::uint64_t> bytes_in_all)
-        : size(bytes_in_all), wanted(::isatty(STDERR_FILENO) != 0 && !_getNoFrillsMode())
-    {
-        std::cerr << colorize; // wiping asks for it
-    }
+        : size(bytes_in_all), wanted(may_be_wiped() && !_getNoFrillsMode())
+    {}
     ~Progress() { wipe(); }
     Progress(Progress const&) = delete;
     Progress& operator=(Progress const&) = delete;
@@ -72,6 +72,12 @@ public:
     }
 
 private:
+    // Wiping asks the gate, and the gate asks for a terminal that is to have colour.
+    static bool may_be_wiped()
+    {
+        return ::isatty(STDERR_FILENO) != 0 && kestry::kit::depth_of(std::cerr) != kestry::kit::color_depth::none;
+    }
+
     void draw(std::uint64_t bytes_done) const
     {
         std::cerr << csi::cr;

@@ -11,7 +11,7 @@ namespace demo {
 /// Each starts on a line of its own. "-" is standard input, and so is an empty list.
 ///
 /// A file of any size takes the same memory. While one of more than a mebibyte is dumped, standard
-/// error shows how far it is, if it is a terminal and no-frills mode is off.
+/// error shows how far it is, if it is a terminal that gets colour and no-frills mode is off.
 ///
 /// A file that cannot be read, or not to its end, is named in one line on standard error; the others
 /// are dumped all the same. Returns whether all of them were read.

@@ -4,12 +4,15 @@
 #include "dump.hpp"
 #include "themes.hpp"
 
+#include <kestry/kit/policy.hpp>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <getopt.h>
 #include <iostream>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -20,6 +23,7 @@ namespace demo {
 namespace {
 
 using namespace kestry::Hueline;
+namespace kit = kestry::kit;
 
 int constexpr status_of_failure = 1;
 int constexpr status_of_misuse = 2;
@@ -93,17 +97,21 @@ enum class Task { demonstrate, help, version, list };
 struct Request {
     Task task = Task::demonstrate;
     bool no_frills = false;
+    kit::color_option color;
     std::vector<Demonstration const*> shows;
     std::vector<std::string> files; // for dump
 };
 
+int constexpr color_value = 256; // no character: the option has no short form
+
 // clang-format off
 option const options[] = {
-    {"help",      no_argument, nullptr, 'h'},
-    {"version",   no_argument, nullptr, 'V'},
-    {"list",      no_argument, nullptr, 'l'},
-    {"no-frills", no_argument, nullptr, 'n'},
-    {nullptr,     0,           nullptr, 0},
+    {"help",      no_argument,       nullptr, 'h'},
+    {"version",   no_argument,       nullptr, 'V'},
+    {"list",      no_argument,       nullptr, 'l'},
+    {"no-frills", no_argument,       nullptr, 'n'},
+    {"color",     optional_argument, nullptr, color_value},
+    {nullptr,     0,                 nullptr, 0},
 };
 // clang-format on
 
@@ -111,7 +119,7 @@ option const options[] = {
 // an argument.
 Misuse refused_option(char* const* argv)
 {
-    std::string const possible = ": the options are --help, --version, --list and --no-frills";
+    std::string const possible = ": the options are --help, --version, --list, --no-frills and --color";
     for (option const* known = options; known->name != nullptr; ++known) {
         if (known->val == optopt) {
             return Misuse("option '--" + std::string(known->name) + "' takes no argument" + possible);
@@ -129,6 +137,17 @@ Demonstration const& find(std::string_view name)
         }
     }
     throw Misuse("unknown demonstration " + quoted(name) + ": the names are " + all_names());
+}
+
+kit::color_option read_color(char const* when)
+{
+    std::string_view const word = when != nullptr ? when : "always";
+    std::optional<kit::color_option> const known = kit::parse_color_option(word);
+    if (!known) {
+        throw Misuse("unknown WHEN " + quoted(word) +
+                     " of option '--color': it is one of auto, always, never, 16, 256, 24bit");
+    }
+    return *known;
 }
 
 // The first option that asks for a text decides: what follows it is not looked at.
@@ -151,6 +170,9 @@ Request read_options(int argc, char* const* argv)
             return request;
         case 'n':
             request.no_frills = true;
+            break;
+        case color_value:
+            request.color = read_color(optarg);
             break;
         default:
             throw refused_option(argv);
@@ -190,11 +212,16 @@ void write_help()
        hueline-demo [OPTION]... [NAME]... dump [FILE]...
 Shows what libhueline writes: in colour on a terminal, as plain text elsewhere.
 
-  -h, --help       show this text
-  -V, --version    show the version
-  -l, --list       show the names of the demonstrations
-  -n, --no-frills  no-frills mode: no progress line, no cursor control, and no
-                   colour but what the library writes in that mode too
+  -h, --help          show this text
+  -V, --version       show the version
+  -l, --list          show the names of the demonstrations
+  -n, --no-frills     no-frills mode: no progress line, no cursor control, and
+                      no colour but what the library writes in that mode too
+      --color[=WHEN]  auto, the default, always or never; 16, 256 and 24bit are
+                      as always; never is no-frills mode on a terminal
+
+With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
+and each of the two streams whether it is a terminal.
 
 Each NAME is a demonstration; they are shown in the order given. Without a NAME
 the banner is shown.
@@ -224,7 +251,7 @@ void tidy_up_after(Demonstration const& shown)
         return;
     }
     UseFrillsMode const frills;
-    std::cout << reset;
+    std::cout << colorize << reset; // as its colours, past the policy
     if (shown.leaves == Leaves::open_line && output_is_terminal()) {
         std::cout << '\n';
     }
@@ -239,10 +266,17 @@ void finish_output()
     }
 }
 
+// The patterns colorize the stream that they are shown on, whatever it was told: on a terminal that shall have no colour,
+// no-frills mode takes it. A pipe needs no such thing, and would have other words.
+void use(kit::color_policy const& policy, bool no_frills)
+{
+    kit::use_in_streams(policy);
+    _setNoFrillsMode(no_frills || (output_is_terminal() && !policy.out()));
+}
+
 int demonstrate(Request const& request)
 {
-    _setNoFrillsMode(request.no_frills);
-    std::cout << colorize;
+    use(kit::color_policy(request.color), request.no_frills);
     bool all_read = true;
     for (Demonstration const* const shown : request.shows) {
         if (shown->name == dump_name) {

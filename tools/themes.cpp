@@ -2,6 +2,8 @@
 
 #include "themes.hpp"
 
+#include <kestry/kit/policy.hpp>
+
 #include <cstddef>
 #include <ostream>
 
@@ -96,7 +98,7 @@ void write_stream_form(std::ostream& os, Role const& role)
 std::ostream& themes(std::ostream& os)
 {
     os << reset;
-    bool const in_colour = _isUsingColor(); // reset has just asked
+    bool const in_colour = kestry::kit::depth_of(os) != kestry::kit::color_depth::none && !_getNoFrillsMode();
 
     std::string const heading = "string form";
     write_name(os, "role");

@@ -10,7 +10,8 @@
 
 namespace demo {
 
-/// Writes a table of the roles: the name, the string form and the stream form of each.
+/// Writes a table of the roles: the name, the string form and the stream form of each. The string form has colour where
+/// os has a depth, the stream form where the gate lets it.
 std::ostream& themes(std::ostream& os);
 
 /// A text decorated by the class-based string interface.

@@ -18,6 +18,7 @@ using test::Launch;
 using test::Outcome;
 using test::Sink;
 using test::Sinks;
+using test::sixteen_colours;
 
 Sinks constexpr terminals = {Sink::terminal, Sink::terminal};
 Sinks constexpr pipes = {Sink::pipe, Sink::pipe};
@@ -121,7 +122,7 @@ std::vector<Program> programs(Folder const& folder)
     std::string const examples = EXAMPLES;
     return {
         {.name = "example-colour-policy",
-         .title = "Two lines for each standard stream, in green",
+         .title = "What was decided for each standard stream, and why, in green",
          .argv = {examples + "/colour_policy"},
          .command = "colour_policy"},
         {.name = "example-copy",
@@ -154,10 +155,8 @@ std::vector<Program> programs(Folder const& folder)
 void record(std::vector<Program> const& listed, std::vector<Recording>& recordings)
 {
     for (Program const& program : listed) {
-        Launch const launch = {
-            .input = program.input,
-            .environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm", "LC_ALL=C", "LD_PRELOAD=" CLOCKS},
-        };
+        Launch launch = {.input = program.input, .environment = sixteen_colours};
+        launch.environment.insert(launch.environment.end(), {"LC_ALL=C", "LD_PRELOAD=" CLOCKS});
         auto const output_on = [&](Sinks sinks) {
             return all_output(program.name, run_program(sinks, program.argv, launch), program.status);
         };

@@ -1,5 +1,5 @@
 /// \file
-/// Colour and decoration as strings: the class-based string interface of libhueline.
+/// Colour and decoration as strings: the string interface of libhueline.
 ///
 ///     kestry::Hueline colour;
 ///     colour.useColor(true);
@@ -22,21 +22,20 @@
 #elif !defined(KESTRY_HUELINE_CLASSIC_HPP)
 #define KESTRY_HUELINE_CLASSIC_HPP
 
+#include <exception>
 #include <iosfwd>
-#include <new> // std::exception, the base of what it declares: <exception> would bring 350 lines more
 #include <string>
 #include <vector>
+
+#if defined(__GLIBCXX__) && !_GLIBCXX_USE_CXX11_ABI
+#error "libhueline passes strings of the C++11 layout: compile without _GLIBCXX_USE_CXX11_ABI=0"
+#endif
 
 #pragma GCC visibility push(default)
 
 namespace kestry {
 
-// ---------------------------------------------------------------------------------------------
-// Codes and exceptions
-// ---------------------------------------------------------------------------------------------
-
-/// \addtogroup hueline_strings
-/// \{
+/// \addtogroup hueline_strings \{
 
 /// SGR codes. Any other int is a valid code too: static_cast<HexColor>(40) is a black background.
 enum class HexColor : int {
@@ -74,8 +73,7 @@ enum class HexColor_VGA : int {
 
 /// \}
 
-/// \addtogroup hueline_errors
-/// \{
+/// \addtogroup hueline_errors \{
 
 /// What the exceptions of this interface have in common.
 class HuelineExceptionInterface : public std::exception {
@@ -95,11 +93,7 @@ public:
 
 /// \}
 
-// ---------------------------------------------------------------------------------------------
-// Switches, sequences and decorated text
-// ---------------------------------------------------------------------------------------------
-/// \addtogroup hueline_strings
-/// \{
+/// \addtogroup hueline_strings \{
 
 /// The colour switch, a scope guard for it, and the functions that it governs.
 ///
@@ -141,6 +135,9 @@ public:
 
     /// \name Switches
     /// \{
+    static bool _useColor;     ///< The colour switch itself: plain data, assigned by useColor.
+    static bool _noFrillsMode; ///< No-frills mode itself: plain data, assigned by setNoFrillsMode.
+
     void useColor(bool on);               ///< Sets the colour switch of the process. It is off at load.
     static bool isUsingColor();           ///< Whether the colour switch is on and no-frills mode off.
     static void setNoFrillsMode(bool on); ///< Turns no-frills mode on or off. It is off at load.
@@ -181,8 +178,7 @@ public:
     static std::string bright_color(HexColor const& code, std::string const& s);
     /// \}
 
-    /// \addtogroup hueline_time
-    /// \{
+    /// \addtogroup hueline_time \{
     /// \name Time stamps
     /// In cyan, which stays in force after them.
     /// \{
@@ -200,11 +196,6 @@ public:
     friend std::ostream& operator<<(std::ostream& os, Hueline const& h);
 
 private:
-    // The host sees the switches through the functions above; hidden, they are no part of the
-    // binary interface.
-    [[gnu::visibility("hidden")]] static bool _useColor;
-    [[gnu::visibility("hidden")]] static bool _noFrillsMode;
-
     bool _flipped;      // flipColor has run on this object
     bool _savedColor;   // isUsingColor() at the last flipColor
     bool _initialColor; // _useColor at construction
@@ -219,16 +210,11 @@ std::ostream& operator<<(std::ostream& os, Hueline const& h);
 
 /// \}
 
-// ---------------------------------------------------------------------------------------------
-// Themes
-// ---------------------------------------------------------------------------------------------
-
 /// Texts by their role in a user interface. Only commandLine(text) ends its colour.
 ///
 /// While colour is not in use, the text alone or an empty string.
 namespace ColorTheme {
-/// \addtogroup hueline_string_themes
-/// \{
+/// \addtogroup hueline_string_themes \{
 
 std::string app_title(std::string const& text);    ///< "\x1b[32m" text: green.
 std::string alert(std::string const& text);        ///< "\x1b[1m\x1b[31m" text "\x1b[2m": bright red.
@@ -256,8 +242,7 @@ std::string status();                              ///< "\x1b[35m": magenta.
 ///
 /// While colour is not in use, the digits or the text alone.
 namespace DataTheme {
-/// \addtogroup hueline_string_themes
-/// \{
+/// \addtogroup hueline_string_themes \{
 
 std::string immediate_destination(unsigned char address); ///< "\x1b[36m" and two digits: cyan.
 std::string total_count(unsigned char count);             ///< "\x1b[1m\x1b[34m", two digits, "\x1b[2m": bright blue.
@@ -267,19 +252,12 @@ std::string response_title(std::string const& text);      ///< "\x1b[35m" text: 
 /// \}
 } // namespace DataTheme
 
-// ---------------------------------------------------------------------------------------------
-// Hex dumps
-// ---------------------------------------------------------------------------------------------
-
-/// \addtogroup hueline_string_dump
-/// \{
+/// \addtogroup hueline_string_dump \{
 
 /// A hex dump, rendered when it is constructed: std::cout << kestry::HexDump(frame).
 ///
 /// Bytes are green while colour is in use at that moment; words never have a colour. Digits are lower
 /// case. A dump is a Hueline: it puts the colour switch back when it is destroyed.
-/// A text of 32 MiB or more has the kernel hand out its memory at once: one madvise, whose answer changes
-/// nothing.
 ///
 /// Throws  std::bad_alloc while the text is built, and nothing else.
 class HexDump : public Hueline {
@@ -289,21 +267,21 @@ public:
     static bool _longDumps;
     static bool isLongDumps(); ///< Whether dumps of bytes are written in full.
 
-    explicit HexDump(char b);           ///< "\x1b[32m" and two digits: the byte, taken as unsigned.
-    explicit HexDump(unsigned char b);  ///< "\x1b[32m" and two digits.
-    explicit HexDump(unsigned short u); ///< "0x" and four digits.
-    explicit HexDump(unsigned long w);  ///< At least eight digits, no prefix.
+    HexDump(char b);           ///< "\x1b[32m" and two digits: the byte, taken as unsigned.
+    HexDump(unsigned char b);  ///< "\x1b[32m" and two digits.
+    HexDump(unsigned short u); ///< "0x" and four digits.
+    HexDump(unsigned long w);  ///< At least eight digits, no prefix.
 
     /// Eight digits and a blank for each word, never cut.
-    explicit HexDump(std::vector<unsigned int> const& v);
+    HexDump(std::vector<unsigned int> const& v);
 
     /// "\x1b[32m", two digits and the separator for each byte, the last one included, and "\x1b[0m" at
-    /// the end. Unless _longDumps, more than 19 bytes are cut after the nineteenth, with
-    /// " ... \x1b[33m(\x1b[36mN bytes\x1b[33m) " behind it, N being the size of v. No bytes, no text.
+    /// the end. Unless _longDumps, more than 19 bytes are cut after the nineteenth, and
+    /// " ... \x1b[33m(\x1b[36mN bytes\x1b[33m) " follows, N being the size of v. No bytes, no text.
     HexDump(std::vector<unsigned char> const& v, std::string const& separator);
 
-    explicit HexDump(std::vector<unsigned char> const& v); ///< With a blank as the separator.
-    explicit HexDump(std::string const& s);                ///< The bytes of s, with a blank as the separator.
+    HexDump(std::vector<unsigned char> const& v); ///< With a blank as the separator.
+    HexDump(std::string const& s);                ///< The bytes of s, with a blank as the separator.
 
     HexDump(HexDump const&) = default;            ///< The same text.
     HexDump& operator=(HexDump const&) = default; ///< Takes over the text.

@@ -35,17 +35,18 @@
 #include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <utility>
 #include <vector>
+
+#if defined(__GLIBCXX__) && !_GLIBCXX_USE_CXX11_ABI
+#error "libhueline passes strings of the C++11 layout: compile without _GLIBCXX_USE_CXX11_ABI=0"
+#endif
 
 #pragma GCC visibility push(default)
 
 namespace kestry::Hueline {
 
-// ---------------------------------------------------------------------------------------------
-// Mode switches
-// ---------------------------------------------------------------------------------------------
-/// \addtogroup hueline_switches
-/// \{
+/// \addtogroup hueline_switches \{
 
 /// Lets os have colour: any other condition of the gate still has to hold.
 ///
@@ -150,11 +151,7 @@ private:
 
 /// \}
 
-// ---------------------------------------------------------------------------------------------
-// Composition
-// ---------------------------------------------------------------------------------------------
-/// \addtogroup hueline_style
-/// \{
+/// \addtogroup hueline_style \{
 
 /// Writes the record: the rendition that all styling manipulators share.
 ///
@@ -199,10 +196,6 @@ std::ostream& normal(std::ostream& os);
 /// State   the record as at load; the saved record is not touched.
 std::ostream& reset(std::ostream& os);
 
-// ---------------------------------------------------------------------------------------------
-// Named manipulators
-// ---------------------------------------------------------------------------------------------
-
 /// \name Weight
 /// Change the record, then write it as adjust does.
 ///
@@ -243,8 +236,7 @@ std::ostream& crossed(std::ostream& os);   ///< Crossed out: SGR 9, "\x1b[9m".
 
 /// \}
 
-/// \addtogroup hueline_color
-/// \{
+/// \addtogroup hueline_color \{
 
 /// \name Foreground colours
 /// Store the colour in the record, then write the record as adjust does.
@@ -278,13 +270,6 @@ std::ostream& on_white(std::ostream& os);   ///< Background white: SGR 47, "\x1b
 std::ostream& on_black(std::ostream& os);   ///< Another name for on_grey.
 /// \}
 
-// ---------------------------------------------------------------------------------------------
-// Colour by number, and cells of text
-// ---------------------------------------------------------------------------------------------
-
-/// \name Colour by number, and cells of text
-/// \{
-
 /// Applies one of the eight named colours: 0 grey, 1 red, 2 green, 3 yellow, 4 blue, 5 magenta,
 /// 6 cyan, and white for any other number, a negative one included.
 ///
@@ -295,66 +280,58 @@ std::ostream& next(std::ostream& os, int index, bool background);
 /// Lays a label out as a cell: its first 10 bytes, filled with blanks up to 10 bytes. A label in UTF-8
 /// may be cut inside a character.
 std::string col(std::string const& name);
-/// \}
 
 /// \}
 
-/// \addtogroup hueline_palette
-/// \{
-
-/// A foreground colour of the 256-colour palette: SGR 38;5 (ITU-T T.416).
-struct color {
-    int code; ///< 0 to 255 on a common terminal; any int is written as it is.
-};
-
-/// A background colour of the 256-colour palette: SGR 48;5 (ITU-T T.416).
-struct on_color {
-    int code; ///< 0 to 255 on a common terminal; any int is written as it is.
-};
-
-/// A 24-bit foreground colour: SGR 38;2 (ITU-T T.416).
-struct rgb {
-    int r; ///< 0 to 255 on a common terminal; any int is written as it is.
-    int g; ///< As r.
-    int b; ///< As r.
-};
-
-/// A 24-bit background colour: SGR 48;2 (ITU-T T.416).
-struct on_rgb {
-    int r; ///< 0 to 255 on a common terminal; any int is written as it is.
-    int g; ///< As r.
-    int b; ///< As r.
-};
+/// \addtogroup hueline_palette \{
 
 /// \name Palette and true colour
 /// Store the sequence in the record, in place of the named colour, then write the record as adjust
 /// does. The numbers are plain decimal whatever the stream's number format.
 ///
 /// Gate    refused: writes nothing and changes nothing.
+/// Units   0 to 255 on a common terminal; any int is written as it is.
 /// Throws  std::bad_alloc; the record is unchanged then.
 /// \{
-std::ostream& operator<<(std::ostream& os, color const& c);    ///< "\x1b[38;5;" code "m"
+
+/// A foreground colour of the 256-colour palette: SGR 38;5 (ITU-T T.416).
+struct color {
+    int code; ///< The palette's index.
+};
+std::ostream& operator<<(std::ostream& os, color const& c); ///< "\x1b[38;5;" code "m"
+
+/// A background colour of the 256-colour palette: SGR 48;5.
+struct on_color {
+    int code; ///< The palette's index.
+};
 std::ostream& operator<<(std::ostream& os, on_color const& c); ///< "\x1b[48;5;" code "m"
-std::ostream& operator<<(std::ostream& os, rgb const& c);      ///< "\x1b[38;2;" r ";" g ";" b "m"
-std::ostream& operator<<(std::ostream& os, on_rgb const& c);   ///< "\x1b[48;2;" r ";" g ";" b "m"
-/// \}
+
+/// A 24-bit foreground colour: SGR 38;2 (ITU-T T.416).
+struct rgb {
+    int r; ///< Red.
+    int g; ///< Green.
+    int b; ///< Blue.
+};
+std::ostream& operator<<(std::ostream& os, rgb const& c); ///< "\x1b[38;2;" r ";" g ";" b "m"
+
+/// A 24-bit background colour: SGR 48;2.
+struct on_rgb {
+    int r; ///< Red.
+    int g; ///< Green.
+    int b; ///< Blue.
+};
+std::ostream& operator<<(std::ostream& os, on_rgb const& c); ///< "\x1b[48;2;" r ";" g ";" b "m"
 
 /// \}
 
-// ---------------------------------------------------------------------------------------------
-// Control sequences
-// ---------------------------------------------------------------------------------------------
+/// \}
 
 /// Control sequences of ECMA-48, each named by its mnemonic in lower case.
 ///
 /// Nothing here is checked against a range or flushed. The fixed sequences, all but that of cls, are
 /// unformatted output: a pending width stays pending.
 namespace csi {
-/// \addtogroup hueline_cursor
-/// \{
-
-/// \name Cursor, report and line controls
-/// \{
+/// \addtogroup hueline_cursor \{
 
 /// Shows the cursor: SM (ECMA-48 8.3.125) of mode 25, without the "?" of the common private mode.
 ///
@@ -369,11 +346,14 @@ std::ostream& show(std::ostream& os);
 /// Gate    refused: writes nothing.
 std::ostream& hide(std::ostream& os);
 
-std::ostream& cr(std::ostream& os);    ///< Carriage return: "\r", unformatted. Not gated.
-std::ostream& lf(std::ostream& os);    ///< Line feed: "\n", unformatted, no flush. Not gated.
-std::ostream& cls(std::ostream& os);   ///< Erases the display: what csi::ed{2} writes. Gated.
-std::ostream& clr(std::ostream& os);   ///< Another name for cls.
-std::ostream& clear(std::ostream& os); ///< The same function as clr: both names have one address.
+std::ostream& cr(std::ostream& os);  ///< Carriage return: "\r", unformatted. Not gated.
+std::ostream& lf(std::ostream& os);  ///< Line feed: "\n", unformatted, no flush. Not gated.
+std::ostream& cls(std::ostream& os); ///< Erases the display: what csi::ed{2} writes. Gated.
+std::ostream& clr(std::ostream& os); ///< Another name for cls.
+
+/// The same function as clr, by reference: both names have one address in every program. Declared as a
+/// function, a compiler would take it for another one.
+inline constexpr std::ostream& (&clear)(std::ostream&) = clr;
 
 /// Asks for the cursor position: DSR (ECMA-48 8.3.35), "\x1b[6n". Gated. The answer arrives as input.
 std::ostream& dsr(std::ostream& os);
@@ -381,132 +361,117 @@ std::ostream& dsr(std::ostream& os);
 std::ostream& scp(std::ostream& os);
 /// Restores the cursor position: "\x1b[u". Gated. No ECMA-48 function, but widely known.
 std::ostream& rcp(std::ostream& os);
-/// \}
 
-/// What to erase in the display.
+/// \name Controls with numbers
+/// Each is inserted as a value: csi::cup{3, 7} writes "\x1b[3;7H", csi::el{0} writes "\x1b[0K". The
+/// introducer "\x1b[" is unformatted.
+///
+/// Gate    refused: writes nothing.
+/// Stream  the numbers are ordinary int insertions: the stream's base, sign and grouping show in them,
+///         and a pending width pads the first and is spent. Insert std::dec first where that matters.
+/// \{
+
+/// Erases in the display: ED (ECMA-48 8.3.39).
 struct ed {
     int n; ///< 0 from the cursor to the end, 1 from the start to the cursor, 2 all.
 };
+std::ostream& operator<<(std::ostream& os, ed const& p); ///< "\x1b[" n "J"
 
-/// What to erase in the line.
+/// Erases in the line: EL (8.3.41).
 struct el {
     int n; ///< 0 from the cursor to the end, 1 from the start to the cursor, 2 all.
 };
+std::ostream& operator<<(std::ostream& os, el const& p); ///< "\x1b[" n "K"
 
-/// How far up.
+/// Moves the cursor up: CUU (8.3.22).
 struct cuu {
     int n; ///< Cells.
 };
+std::ostream& operator<<(std::ostream& os, cuu const& p); ///< "\x1b[" n "A"
 
-/// How far down.
+/// Moves the cursor down: CUD (8.3.19).
 struct cud {
     int n; ///< Cells.
 };
+std::ostream& operator<<(std::ostream& os, cud const& p); ///< "\x1b[" n "B"
 
-/// How far forward, to the right.
+/// Moves the cursor forward, to the right: CUF (8.3.20).
 struct cuf {
     int n; ///< Cells.
 };
+std::ostream& operator<<(std::ostream& os, cuf const& p); ///< "\x1b[" n "C"
 
-/// How far back, to the left.
+/// Moves the cursor back, to the left: CUB (8.3.18).
 struct cub {
     int n; ///< Cells.
 };
+std::ostream& operator<<(std::ostream& os, cub const& p); ///< "\x1b[" n "D"
 
-/// How many lines down, to the start of the line.
+/// Moves to the start of a line below: CNL (8.3.12).
 struct cnl {
     int n; ///< Lines.
 };
+std::ostream& operator<<(std::ostream& os, cnl const& p); ///< "\x1b[" n "E"
 
-/// How many lines up, to the start of the line.
+/// Moves to the start of a line above: CPL (8.3.13).
 struct cpl {
     int n; ///< Lines.
 };
+std::ostream& operator<<(std::ostream& os, cpl const& p); ///< "\x1b[" n "F"
 
-/// Which column of the line.
+/// Moves within the line: CHA (8.3.9).
 struct cha {
-    int n; ///< Counted from 1.
+    int n; ///< The column, counted from 1.
 };
+std::ostream& operator<<(std::ostream& os, cha const& p); ///< "\x1b[" n "G"
 
-/// How far the text moves up.
+/// Scrolls up: SU (8.3.147).
 struct su {
     int n; ///< Lines.
 };
+std::ostream& operator<<(std::ostream& os, su const& p); ///< "\x1b[" n "S"
 
-/// How far the text moves down.
+/// Scrolls down: SD (8.3.113).
 struct sd {
     int n; ///< Lines.
 };
+std::ostream& operator<<(std::ostream& os, sd const& p); ///< "\x1b[" n "T"
 
-/// Where to move the cursor.
+/// Selects one rendition, past the record: SGR (8.3.117).
+struct sgr {
+    int n; ///< 31 for red, 91 for bright red, 0 for the default rendition, ...
+};
+std::ostream& operator<<(std::ostream& os, sgr const& p); ///< "\x1b[" n "m"
+
+/// Moves the cursor: CUP (8.3.21).
 struct cup {
     int row; ///< Counted from 1.
     int col; ///< Counted from 1.
 };
+std::ostream& operator<<(std::ostream& os, cup const& p); ///< "\x1b[" row ";" col "H"
 
-/// Where to move the cursor, as a format effector.
+/// Moves the cursor, as a format effector: HVP (8.3.63).
 struct hvp {
     int row; ///< Counted from 1.
     int col; ///< Counted from 1.
 };
+std::ostream& operator<<(std::ostream& os, hvp const& p); ///< "\x1b[" row ";" col "f"
 
-/// One SGR code, past the record.
-struct sgr {
-    int n; ///< 31 for red, 91 for bright red, 0 for the default rendition, ...
-};
-
-/// How long to wait.
-struct delay {
-    int ms; ///< Milliseconds; 0 or less does not wait.
-};
-
-/// \name Controls with a number
-/// Write "\x1b[" (unformatted), the number, and the final byte of the function.
-///
-/// Gate    refused: writes nothing.
-/// Stream  the number is an ordinary int insertion: the stream's base, sign and grouping show in it,
-///         and a pending width pads it and is spent. Insert std::dec first where that matters.
-/// \{
-std::ostream& operator<<(std::ostream& os, const ed& p);  ///< Erases in the display: ED (ECMA-48 8.3.39), "J".
-std::ostream& operator<<(std::ostream& os, const el& p);  ///< Erases in the line: EL (8.3.41), "K".
-std::ostream& operator<<(std::ostream& os, const cuu& p); ///< Moves the cursor up: CUU (8.3.22), "A".
-std::ostream& operator<<(std::ostream& os, const cud& p); ///< Moves the cursor down: CUD (8.3.19), "B".
-std::ostream& operator<<(std::ostream& os, const cuf& p); ///< Moves the cursor right: CUF (8.3.20), "C".
-std::ostream& operator<<(std::ostream& os, const cub& p); ///< Moves the cursor left: CUB (8.3.18), "D".
-std::ostream& operator<<(std::ostream& os, const cnl& p); ///< Moves to the start of a line below: CNL (8.3.12), "E".
-std::ostream& operator<<(std::ostream& os, const cpl& p); ///< Moves to the start of a line above: CPL (8.3.13), "F".
-std::ostream& operator<<(std::ostream& os, const cha& p); ///< Moves within the line: CHA (8.3.9), "G".
-std::ostream& operator<<(std::ostream& os, const su& p);  ///< Scrolls up: SU (8.3.147), "S".
-std::ostream& operator<<(std::ostream& os, const sd& p);  ///< Scrolls down: SD (8.3.113), "T".
-std::ostream& operator<<(std::ostream& os, const sgr& p); ///< Selects one rendition: SGR (8.3.117), "m".
 /// \}
-
-/// \name Controls with a position
-/// Write "\x1b[" (unformatted), row, ";", col and the final byte: csi::cup{3, 7} gives "\x1b[3;7H".
-///
-/// Gate    refused: writes nothing.
-/// Stream  both numbers are ordinary int insertions: the stream's base shows in both, a pending
-///         width pads the row and is spent.
-/// \{
-std::ostream& operator<<(std::ostream& os, const cup& p); ///< Moves the cursor: CUP (ECMA-48 8.3.21), "H".
-std::ostream& operator<<(std::ostream& os, const hvp& p); ///< Moves the cursor: HVP (8.3.63), "f".
-/// \}
-
-/// \name Waiting
-/// \{
 
 /// Waits: a busy loop on the system clock, which occupies a processor until it ends.
+struct delay {
+    int ms; ///< Milliseconds of wall-clock time: setting the clock shortens or lengthens the wait. 0 or less is none.
+};
+/// Waits where the gate passes, so that an animation costs no time where nobody sees it.
 ///
 /// Writes  nothing, and does not flush.
-/// Gate    refused: does not wait, so that an animation costs no time where nobody sees it.
-/// Units   milliseconds of wall-clock time: setting the clock shortens or lengthens the wait.
-std::ostream& operator<<(std::ostream& os, const delay& p);
-/// \}
+/// Gate    refused: does not wait.
+std::ostream& operator<<(std::ostream& os, delay const& p);
 
 /// \}
 
-/// \addtogroup hueline_palette
-/// \{
+/// \addtogroup hueline_palette \{
 
 /// \name Sequences as strings
 /// For callers who build their text themselves: no stream, no gate, no record.
@@ -522,19 +487,27 @@ std::string on_rgb(int r, int g, int b); ///< 24-bit background: "\x1b[48;2;" r 
 /// \}
 } // namespace csi
 
-// ---------------------------------------------------------------------------------------------
-// Activity indicators
-// ---------------------------------------------------------------------------------------------
-/// \addtogroup hueline_indicators
+/// \addtogroup hueline_indicators \{
+
+/// \name Activity indicators
+/// Draw one frame where the cursor is: the caller returns the cursor (csi::cr), flushes and waits
+/// (csi::delay). All texts are unformatted output, without a flush; a frame without any text is one empty
+/// insertion.
+///
+/// Gate    not asked: a pipe receives the same text. The texts may carry sequences of csi::color.
 /// \{
 
 /// One frame of a spinner.
-///
-/// The frame is one byte of frames, not one character: ASCII only.
 struct spinner {
-    std::string const& frames; ///< One frame a byte, "|/-\\" for example; must outlive the insertion.
+    std::string const& frames; ///< One frame a byte, "|/-\\" for example: ASCII only. Must outlive the insertion.
     std::string label;         ///< Written before the frame.
 };
+/// Writes label and the next frame.
+///
+/// State   one counter turns every spinner of the process, and is advanced before the frame is
+///         taken: the first frame drawn is the one at index 1. An empty frames draws no frame and
+///         still advances the counter.
+std::ostream& operator<<(std::ostream& os, spinner const& s);
 
 /// One frame of a bar of cells.
 struct status_line {
@@ -548,6 +521,14 @@ struct status_line {
     std::string frames;      ///< The spinner at the head of the bar.
     std::string spin_label;  ///< Written before the spinner's frame.
 };
+/// Writes prefix, the cells and suffix.
+///
+/// At start and before it there are only todo cells, end - position of them. Between start and end:
+/// position - start done cells, a spinner frame, and todo cells up to end. From end on: position -
+/// start done cells, which may be more than the bar is wide.
+///
+/// State   a frame between start and end advances the spinners' counter.
+std::ostream& operator<<(std::ostream& os, status_line const& s);
 
 /// One frame of a percentage.
 struct progress_meter {
@@ -559,30 +540,6 @@ struct progress_meter {
     std::string after;        ///< Written last, after the percent sign.
     std::string before;       ///< Written before the number.
 };
-
-/// \name Activity indicators
-/// Draw one frame where the cursor is: the caller returns the cursor (csi::cr), flushes and waits
-/// (csi::delay). All texts are unformatted output, without a flush.
-///
-/// Gate    not asked: a pipe receives the same text. The texts may carry sequences of csi::color.
-/// \{
-
-/// Writes label and the next frame.
-///
-/// State   one counter turns every spinner of the process, and is advanced before the frame is
-///         taken: the first frame drawn is the one at index 1. An empty frames draws no frame and
-///         still advances the counter.
-std::ostream& operator<<(std::ostream& os, spinner const& s);
-
-/// Writes prefix, the cells and suffix.
-///
-/// At start and before it there are only todo cells, end - position of them. Between start and end:
-/// position - start done cells, a spinner frame, and todo cells up to end. From end on: position -
-/// start done cells, which may be more than the bar is wide.
-///
-/// State   a frame between start and end advances the spinners' counter.
-std::ostream& operator<<(std::ostream& os, status_line const& s);
-
 /// Writes lead, label, a blank, before, the percentage, "%" and after.
 ///
 /// The percentage is position / (end - start) * 100 in float, cut towards zero. It is the position
@@ -591,28 +548,24 @@ std::ostream& operator<<(std::ostream& os, status_line const& s);
 ///
 /// Stream  decimal afterwards. The number is an ordinary int insertion: a pending width pads it.
 std::ostream& operator<<(std::ostream& os, progress_meter const& m);
+
 /// \}
 
 /// \}
 } // namespace kestry::Hueline
 
-// ---------------------------------------------------------------------------------------------
-// Themes
-// ---------------------------------------------------------------------------------------------
-
 namespace kestry::detail {
 
 /// What a theme type that decorates a text holds.
 struct ThemedText {
-    /// Decorates the text given.
-    explicit ThemedText(std::string given) : text(static_cast<std::string&&>(given)) {} // moved without <utility>
-    std::string text;                                                                   ///< The text.
+    ThemedText(std::string given) : text(std::move(given)) {} ///< Decorates the text given.
+    std::string text;                                         ///< The text.
 };
 
 /// What a theme type that decorates a byte holds.
 struct ThemedByte {
-    explicit ThemedByte(std::uint8_t given) : byte(given) {} ///< Decorates the byte given.
-    std::uint8_t byte;                                       ///< The byte.
+    ThemedByte(std::uint8_t given) : byte(given) {} ///< Decorates the byte given.
+    std::uint8_t byte;                              ///< The byte.
 };
 
 } // namespace kestry::detail
@@ -622,8 +575,7 @@ struct ThemedByte {
 /// The decoration is that of the named manipulators, with their gate and their record. Only
 /// commandLine ends its decoration; after alert, cursor and name the record stays bold and dark.
 namespace kestry::Hueline::ColorTheme {
-/// \addtogroup hueline_themes
-/// \{
+/// \addtogroup hueline_themes \{
 
 // clang-format off
 struct app_title    : detail::ThemedText { using ThemedText::ThemedText; }; ///< The title of a program.
@@ -641,15 +593,11 @@ struct name         : detail::ThemedText { using ThemedText::ThemedText; }; ///<
 
 /// A path, given as text or as a number.
 struct path {
-    /// A path given as text.
-    explicit path(std::string given) : is_text(true), text(static_cast<std::string&&>(given)), number(0) {}
-    /// A path given as a number.
-    template <class = void> // compiled only where it is used: the empty text is most of what a path would cost
-    explicit path(std::uint32_t given) : is_text(false), number(given)
-    {}
-    bool is_text;         ///< Whether the path is text.
-    std::string text;     ///< The path when it is text.
-    std::uint32_t number; ///< The path when it is a number.
+    path(std::string given) : is_text(true), text(std::move(given)), number(0) {} ///< A path given as text.
+    path(std::uint32_t given) : is_text(false), number(given) {}                  ///< A path given as a number.
+    bool is_text;                                                                 ///< Whether the path is text.
+    std::string text;                                                             ///< The path when it is text.
+    std::uint32_t number;                                                         ///< The path when it is a number.
 };
 
 /// \name Texts by role
@@ -693,8 +641,7 @@ std::ostream& _status(std::ostream& os);       ///< magenta
 /// The decoration is that of the named manipulators, with their gate and their record. None of them
 /// ends its decoration.
 namespace kestry::Hueline::DataTheme {
-/// \addtogroup hueline_themes
-/// \{
+/// \addtogroup hueline_themes \{
 
 // clang-format off
 struct immediate_destination : detail::ThemedByte { using ThemedByte::ThemedByte; }; ///< The address byte.
@@ -705,13 +652,11 @@ struct response_title        : detail::ThemedText { using ThemedText::ThemedText
 
 /// A checksum of one byte or of two.
 struct crc {
-    /// A checksum of one byte.
-    explicit crc(std::uint8_t given) : is_wide(false), narrow(given), wide(0) {}
-    /// A checksum of two bytes.
-    explicit crc(std::uint16_t given) : is_wide(true), narrow(0), wide(given) {}
-    bool is_wide;        ///< Whether it has two bytes.
-    std::uint8_t narrow; ///< The checksum of one byte.
-    std::uint16_t wide;  ///< The checksum of two bytes.
+    crc(std::uint8_t given) : is_wide(false), narrow(given), wide(0) {} ///< A checksum of one byte.
+    crc(std::uint16_t given) : is_wide(true), narrow(0), wide(given) {} ///< A checksum of two bytes.
+    bool is_wide;                                                       ///< Whether it has two bytes.
+    std::uint8_t narrow;                                                ///< The checksum of one byte.
+    std::uint16_t wide;                                                 ///< The checksum of two bytes.
 };
 
 /// \name Fields of a frame
@@ -731,21 +676,14 @@ std::ostream& operator<<(std::ostream& os, response_title const& t);        ///<
 /// \}
 } // namespace kestry::Hueline::DataTheme
 
-// ---------------------------------------------------------------------------------------------
-// Hex dumps
-// ---------------------------------------------------------------------------------------------
-
 namespace kestry::Hueline {
 
-/// \addtogroup hueline_dump
-/// \{
+/// \addtogroup hueline_dump \{
 
 /// A hex dump, rendered when it is constructed: std::cout << HexDump(frame).
 ///
 /// Digits are lower case. No escape sequence, no gate: the text takes the colours that are current
 /// on the terminal.
-/// A text of 32 MiB or more has the kernel hand out its memory at once: one madvise, whose answer changes
-/// nothing.
 ///
 /// Throws  std::bad_alloc while the text is built, and nothing else.
 class HexDump {
@@ -754,21 +692,20 @@ public:
     /// when a dump is constructed; plain data, assign to it.
     static bool _longDumps;
 
-    explicit HexDump(char b);           ///< Two digits: the byte, taken as unsigned.
-    explicit HexDump(unsigned char b);  ///< Two digits.
-    explicit HexDump(unsigned short u); ///< "0x" and four digits.
-    explicit HexDump(unsigned long w);  ///< At least eight digits, no prefix.
+    HexDump(char b);           ///< Two digits: the byte, taken as unsigned.
+    HexDump(unsigned char b);  ///< Two digits.
+    HexDump(unsigned short u); ///< "0x" and four digits.
+    HexDump(unsigned long w);  ///< At least eight digits, no prefix.
 
     /// Eight digits and a blank for each word, never cut.
-    explicit HexDump(std::vector<unsigned int> const& v);
+    HexDump(std::vector<unsigned int> const& v);
 
     /// Two digits and the separator for each byte, the last one included. Unless _longDumps, more
-    /// than 19 bytes are cut after the nineteenth, with " ... (N bytes) " behind it, N being the size
-    /// of v.
+    /// than 19 bytes are cut after the nineteenth, and " ... (N bytes) " follows, N being the size of v.
     HexDump(std::vector<unsigned char> const& v, std::string const& separator);
 
-    explicit HexDump(std::vector<unsigned char> const& v); ///< With a blank as the separator.
-    explicit HexDump(std::string const& s);                ///< The bytes of s, with a blank as the separator.
+    HexDump(std::vector<unsigned char> const& v); ///< With a blank as the separator.
+    HexDump(std::string const& s);                ///< The bytes of s, with a blank as the separator.
 
     static std::string raw_data_byte(unsigned char b);                ///< The text of HexDump(b).
     static std::string raw_data(unsigned short u);                    ///< The text of HexDump(u).
@@ -786,8 +723,7 @@ std::ostream& operator<<(std::ostream& os, HexDump const& d);
 /// \}
 } // namespace kestry::Hueline
 
-/// \addtogroup hueline_dump
-/// \{
+/// \addtogroup hueline_dump \{
 
 /// Sets a stream's fill character and width at once: std::cout << myfillandw{'.', 8} << 42.
 ///
@@ -802,14 +738,9 @@ std::ostream& operator<<(std::ostream& os, myfillandw const& m);
 
 /// \}
 
-// ---------------------------------------------------------------------------------------------
-// Demonstrations
-// ---------------------------------------------------------------------------------------------
-
 namespace kestry::Hueline {
 
-/// \addtogroup hueline_patterns
-/// \{
+/// \addtogroup hueline_patterns \{
 
 /// One SGR sequence, written in the stream's own format.
 struct parameters_template {
@@ -888,8 +819,7 @@ std::ostream& test_pattern_progress_line(std::ostream& os);
 
 /// \}
 
-/// \addtogroup hueline_banner
-/// \{
+/// \addtogroup hueline_banner \{
 
 /// Writes the version tag, "Hueline ver. ", white and the release. No line end. White stays in the
 /// record.

@@ -1,7 +1,8 @@
-#include "classic/codes.hpp"
+#include "kestry/hueline_classic.hpp"
 
-#include "hexdump/digits.hpp"
-#include "sgr.hpp"
+#include "text/digits.hpp"
+#include "text/make_string.hpp"
+#include "text/sgr.hpp"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,80 +39,35 @@ Rgb constexpr vga[] = {
     {255, 255, 255}, // white
 };
 
-// The two digits of a byte as a text.
-std::string_view digits(unsigned char x) { return {hex_pairs[x].data(), hex_pairs[x].size()}; }
+SgrSequence sequence(HexColor code) { return SgrSequence("\x1b[", static_cast<int>(code)); }
 
-// The text behind its colour; a bright one between bright and dim, which is faint and not a reset, and
-// in the ordinary colour, not in the bright code. Out of line, so that a text without colour does not
-// pay for it.
-[[gnu::noinline]] std::string in_color(HexColor code, std::string_view text, bool bright)
+std::string colored(HexColor code, std::string_view text) { return concatenate({sequence(code), text}); }
+
+// Between bright and dim, which is faint and no reset, and in the ordinary colour, not in the bright
+// code.
+std::string bright_colored(HexColor code, std::string_view text)
 {
-    auto const number = static_cast<int>(code);
-    return make_string((bright ? 8 : 0) + 3 + decimal_size(number) + text.size(), [=](char* out) {
-        if (bright) {
-            out = put_text(out, "\x1b[1m");
-        }
-        out = put_text(put_sgr(out, "\x1b[", number), text);
-        if (bright) {
-            put_text(out, "\x1b[2m");
-        }
-    });
+    return concatenate({"\x1b[1m", sequence(code), text, "\x1b[2m"});
 }
 
 } // namespace
 
-// Here and not with the switches, so that the functions below have it inline.
-bool Hueline::isUsingColor() { return _useColor && !_noFrillsMode; }
-
-std::string detail::colored(HexColor code, std::string const& text)
-{
-    return Hueline::isUsingColor() ? in_color(code, text, false) : text;
-}
-
-std::string detail::bright_colored(HexColor code, std::string const& text)
-{
-    return Hueline::isUsingColor() ? in_color(code, text, true) : text;
-}
-
-std::string detail::colored(HexColor code, unsigned char byte)
-{
-    return Hueline::isUsingColor() ? in_color(code, digits(byte), false) : std::string{digits(byte)};
-}
-
-std::string detail::bright_colored(HexColor code, unsigned char byte)
-{
-    return Hueline::isUsingColor() ? in_color(code, digits(byte), true) : std::string{digits(byte)};
-}
-
-std::string Hueline::color(HexColor const& code)
-{
-    return isUsingColor() ? sgr_string(static_cast<int>(code)) : std::string{};
-}
+std::string Hueline::color(HexColor const& code) { return isUsingColor() ? sequence(code).str() : std::string{}; }
 
 std::string Hueline::bright_color(HexColor const& code)
 {
     // 64 bits: the sum is a number for every code.
-    return isUsingColor() ? sgr_string(static_cast<std::int64_t>(code) + 60) : std::string{};
+    return isUsingColor() ? SgrSequence("\x1b[", static_cast<std::int64_t>(code) + 60).str() : std::string{};
 }
 
 std::string Hueline::color(int a, int r, int g, int b)
 {
-    if (!isUsingColor()) {
-        return {};
-    }
-    char sequence[2 + 5 * (longest_decimal + 1)];
-    return {sequence, put_sgr(sequence, "\x1b[", a, 2, r, g, b)};
+    return isUsingColor() ? SgrSequence("\x1b[", a, 2, r, g, b).str() : std::string{};
 }
 
-std::string Hueline::color(int r, int g, int b)
-{
-    return isUsingColor() ? true_color_string("\x1b[38;2;", r, g, b) : std::string{};
-}
+std::string Hueline::color(int r, int g, int b) { return color(38, r, g, b); }
 
-std::string Hueline::color_bg(int r, int g, int b)
-{
-    return isUsingColor() ? true_color_string("\x1b[48;2;", r, g, b) : std::string{};
-}
+std::string Hueline::color_bg(int r, int g, int b) { return color(48, r, g, b); }
 
 std::string Hueline::color(HexColor_VGA const& v)
 {
@@ -123,11 +79,21 @@ std::string Hueline::color(HexColor_VGA const& v)
     return color_bg(vga[index].r, vga[index].g, vga[index].b);
 }
 
-// clang-format off
-std::string Hueline::color       (HexColor const& code, unsigned char x)      { return colored(code, x); }
-std::string Hueline::color       (HexColor const& code, std::string const& s) { return colored(code, s); }
-std::string Hueline::bright_color(HexColor const& code, unsigned char x)      { return bright_colored(code, x); }
-std::string Hueline::bright_color(HexColor const& code, std::string const& s) { return bright_colored(code, s); }
-// clang-format on
+std::string Hueline::color(HexColor const& code, unsigned char x)
+{
+    return isUsingColor() ? colored(code, hex_digits(x)) : std::string{hex_digits(x)};
+}
+
+std::string Hueline::bright_color(HexColor const& code, unsigned char x)
+{
+    return isUsingColor() ? bright_colored(code, hex_digits(x)) : std::string{hex_digits(x)};
+}
+
+std::string Hueline::color(HexColor const& code, std::string const& s) { return isUsingColor() ? colored(code, s) : s; }
+
+std::string Hueline::bright_color(HexColor const& code, std::string const& s)
+{
+    return isUsingColor() ? bright_colored(code, s) : s;
+}
 
 } // namespace kestry

@@ -31,6 +31,8 @@ void Hueline::unflipColor()
 // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void Hueline::useColor(bool on) { _useColor = on; }
 
+bool Hueline::isUsingColor() { return _useColor && !_noFrillsMode; }
+
 void Hueline::setNoFrillsMode(bool on) { _noFrillsMode = on; }
 
 bool Hueline::getNoFrillsMode() { return _noFrillsMode; }

@@ -1,6 +1,6 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "hexdump/digits.hpp"
+#include "hexdump/dump.hpp"
 
 #include <algorithm>
 #include <cctype>
@@ -14,7 +14,8 @@ namespace {
 std::string colored_dump(std::span<unsigned char const> bytes, std::string_view separator)
 {
     DumpColors const colored{"\x1b[32m", "\x1b[33m", "\x1b[36m", "\x1b[0m"}; // green, yellow, cyan, reset
-    return dump_bytes(bytes, separator, Hueline::isUsingColor() ? colored : plain, HexDump::isLongDumps());
+    return dump_bytes(bytes, separator, Hueline::isUsingColor() ? colored : plain,
+                      HexDump::isLongDumps() ? Length::whole : Length::cut);
 }
 
 // How much of text is left without the white space at its end.

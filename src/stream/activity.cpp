@@ -4,10 +4,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <limits>
 #include <ostream>
 #include <string_view>
+#include <utility>
 
 namespace kestry::Hueline {
 
@@ -25,7 +25,7 @@ std::string_view next_frame(std::string const& frames)
 }
 
 // Collects the text of a frame, so that a stream without a buffer gets it in one write. A frame that
-// is longer than the buffer goes out in pieces.
+// is longer than the buffer goes out in pieces. Unformatted: a width that is pending stays so.
 class Frame {
 public:
     // The buffer is not filled: no more is read from it than was put there.
@@ -34,11 +34,11 @@ public:
 
     void add(std::string_view text)
     {
-        if (text.size() > capacity - size) {
+        if (text.size() > sizeof buffer - size) {
             flush();
         }
-        if (text.size() > capacity) {
-            write(text);
+        if (text.size() > sizeof buffer) {
+            insert(text);
             return;
         }
         size += text.copy(buffer + size, text.size());
@@ -49,47 +49,38 @@ public:
         if (text.empty()) {
             return;
         }
-        if (text.size() > block_size) {
-            for (; times > 0; --times) {
-                add(text);
-            }
-            return;
-        }
-        // Each as a whole block, whose end the next one, or the next text, overwrites.
-        char block[block_size] = {};
-        text.copy(block, text.size());
-        std::size_t end = size;
         for (; times > 0; --times) {
-            if (text.size() > capacity - end) {
-                size = end;
-                flush();
-                end = 0;
-            }
-            std::memcpy(buffer + end, block, block_size);
-            end += text.size();
+            add(text);
         }
-        size = end;
     }
 
-    // Unformatted: a width that is pending stays so.
     void flush()
     {
         if (size != 0) {
-            std::size_t const full = size;
-            size = 0;
-            write({buffer, full});
+            insert({buffer, std::exchange(size, 0)});
+        }
+    }
+
+    // A frame without any text is an empty insertion: as any other, it flushes a tied stream.
+    void finish()
+    {
+        flush();
+        if (!inserted) {
+            insert({});
         }
     }
 
 private:
-    void write(std::string_view text) { os.write(text.data(), static_cast<std::streamsize>(text.size())); }
-
-    static constexpr std::size_t capacity = 8192;
-    static constexpr std::size_t block_size = 16;
+    void insert(std::string_view text)
+    {
+        inserted = true;
+        os.write(text.data(), static_cast<std::streamsize>(text.size()));
+    }
 
     std::ostream& os;
+    bool inserted = false;
     std::size_t size = 0;
-    char buffer[capacity + block_size];
+    char buffer[8192];
 };
 
 int percentage(progress_meter const& m)
@@ -115,7 +106,7 @@ std::ostream& operator<<(std::ostream& os, spinner const& s)
     Frame frame{os};
     frame.add(s.label);
     frame.add(due);
-    frame.flush();
+    frame.finish();
     return os;
 }
 
@@ -134,7 +125,7 @@ std::ostream& operator<<(std::ostream& os, status_line const& s)
     }
     frame.add(s.todo, todo);
     frame.add(s.suffix);
-    frame.flush();
+    frame.finish();
     return os;
 }
 

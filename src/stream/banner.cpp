@@ -6,7 +6,7 @@ namespace kestry::Hueline {
 
 namespace {
 
-char const* const release = "0.2.2-r0";
+char const* const release = HUELINE_RELEASE;
 
 // Wipes the line that an animation leaves behind.
 std::ostream& wipe_line(std::ostream& os) { return os << csi::cr << csi::el{0}; }

@@ -12,6 +12,7 @@ namespace kestry::detail {
 std::ostream& compose(std::ostream& os)
 {
     AttributeState const& now = _currentAttributes;
+    ColorState const& colors = _currentColors;
     os << "\x1b[00m"sv;
     if (now.bold) {
         os << "\x1b[1m"sv;
@@ -31,18 +32,21 @@ std::ostream& compose(std::ostream& os)
     if (now.reverse) {
         os << "\x1b[7m"sv;
     }
-    if (!now.foreground.empty()) {
-        os << now.foreground;
+    if (!colors.foreground.empty()) {
+        os << colors.foreground;
     }
-    if (!now.background.empty()) {
-        os << now.background;
+    if (!colors.background.empty()) {
+        os << colors.background;
     }
     return os;
 }
 
-std::ostream& recompose(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
+std::ostream& paint(std::ostream& os, std::string ColorState::*slot, std::string_view sequence)
 {
-    _currentAttributes.*slot = sequence;
+    if (!allowColor(os)) {
+        return os;
+    }
+    _currentColors.*slot = sequence;
     return compose(os);
 }
 
@@ -52,34 +56,15 @@ namespace kestry::Hueline {
 
 using namespace detail;
 
-namespace {
-
-// Makes room for the strings first: after that nothing can fail, and a record is copied whole or not
-// at all.
-void assign(AttributeState& to, AttributeState const& from, std::string const& background)
-{
-    to.foreground.reserve(from.foreground.size());
-    to.background.reserve(background.size());
-    to.bold = from.bold;
-    to.lite = from.lite;
-    to.italic = from.italic;
-    to.underline = from.underline;
-    to.blink = from.blink;
-    to.reverse = from.reverse;
-    to.foreground = from.foreground;
-    to.background = background;
-}
-
-} // namespace
-
-std::ostream& adjust(std::ostream& os) { return is_shut_out(os) ? os : compose_on_standard(os); }
+std::ostream& adjust(std::ostream& os) { return allowColor(os) ? compose(os) : os; }
 
 std::ostream& push(std::ostream& os)
 {
     if (allowColor(os)) {
         // The foreground in both slots: a pair of push and pull loses the background, and callers
         // rely on it.
-        assign(_savedAttributes, _currentAttributes, _currentAttributes.foreground);
+        _savedColors = ColorState{_currentColors.foreground, _currentColors.foreground};
+        _savedAttributes = _currentAttributes;
     }
     return os;
 }
@@ -87,7 +72,8 @@ std::ostream& push(std::ostream& os)
 std::ostream& pull(std::ostream& os)
 {
     if (allowColor(os)) {
-        assign(_currentAttributes, _savedAttributes, _savedAttributes.background);
+        _currentColors = ColorState{_savedColors}; // copied as a whole first: memory may run out
+        _currentAttributes = _savedAttributes;
     }
     return os;
 }
@@ -104,7 +90,8 @@ std::ostream& normal(std::ostream& os)
 std::ostream& reset(std::ostream& os)
 {
     normal(os);
-    assign(_currentAttributes, AttributeState{}, std::string{});
+    _currentAttributes = {};
+    _currentColors = {};
     return os;
 }
 

@@ -12,14 +12,14 @@ namespace kestry::detail {
 namespace {
 
 // A width that is pending stays so.
-std::ostream& write(std::ostream& os, std::string_view bytes)
+std::ostream& unformatted(std::ostream& os, std::string_view bytes)
 {
     return os.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 } // namespace
 
-std::ostream& show_cursor(std::ostream& os) { return write(os, "\x1b[25h"); }
+std::ostream& show_cursor(std::ostream& os) { return unformatted(os, "\x1b[25h"); }
 
 } // namespace kestry::detail
 
@@ -29,7 +29,10 @@ using namespace detail;
 
 namespace {
 
-std::ostream& fixed(std::ostream& os, std::string_view sequence) { return allowColor(os) ? write(os, sequence) : os; }
+std::ostream& fixed(std::ostream& os, std::string_view sequence)
+{
+    return allowColor(os) ? unformatted(os, sequence) : os;
+}
 
 // The numbers are the caller's stream's own insertions: its base and width show.
 std::ostream& control(std::ostream& os, int n, char final_byte)
@@ -37,7 +40,7 @@ std::ostream& control(std::ostream& os, int n, char final_byte)
     if (!allowColor(os)) {
         return os;
     }
-    write(os, "\x1b[");
+    unformatted(os, "\x1b[");
     os << n;
     return os.put(final_byte);
 }
@@ -47,7 +50,7 @@ std::ostream& position(std::ostream& os, int row, int col, char final_byte)
     if (!allowColor(os)) {
         return os;
     }
-    write(os, "\x1b[");
+    unformatted(os, "\x1b[");
     os << row << ';' << col;
     return os.put(final_byte);
 }
@@ -57,31 +60,31 @@ std::ostream& position(std::ostream& os, int row, int col, char final_byte)
 // clang-format off
 std::ostream& show(std::ostream& os) { return allowColor(os) ? show_cursor(os) : os; } // SM 25, ECMA-48 8.3.125
 std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // an MC 25 by its final byte
-std::ostream& cr  (std::ostream& os) { return write(os, "\r"); }
-std::ostream& lf  (std::ostream& os) { return write(os, "\n"); }
+std::ostream& cr  (std::ostream& os) { return unformatted(os, "\r"); }
+std::ostream& lf  (std::ostream& os) { return unformatted(os, "\n"); }
 std::ostream& cls (std::ostream& os) { return os << ed{2}; }
 std::ostream& clr (std::ostream& os) { return cls(os); }
 std::ostream& dsr (std::ostream& os) { return fixed(os, "\x1b[6n"); }                  // DSR, ECMA-48 8.3.35
 std::ostream& scp (std::ostream& os) { return fixed(os, "\x1b[s"); }                   // no ECMA-48 function
 std::ostream& rcp (std::ostream& os) { return fixed(os, "\x1b[u"); }                   // no ECMA-48 function
 
-std::ostream& operator<<(std::ostream& os, const ed& p)  { return control(os, p.n, 'J'); } // ED,  ECMA-48 8.3.39
-std::ostream& operator<<(std::ostream& os, const el& p)  { return control(os, p.n, 'K'); } // EL,  ECMA-48 8.3.41
-std::ostream& operator<<(std::ostream& os, const cuu& p) { return control(os, p.n, 'A'); } // CUU, ECMA-48 8.3.22
-std::ostream& operator<<(std::ostream& os, const cud& p) { return control(os, p.n, 'B'); } // CUD, ECMA-48 8.3.19
-std::ostream& operator<<(std::ostream& os, const cuf& p) { return control(os, p.n, 'C'); } // CUF, ECMA-48 8.3.20
-std::ostream& operator<<(std::ostream& os, const cub& p) { return control(os, p.n, 'D'); } // CUB, ECMA-48 8.3.18
-std::ostream& operator<<(std::ostream& os, const cnl& p) { return control(os, p.n, 'E'); } // CNL, ECMA-48 8.3.12
-std::ostream& operator<<(std::ostream& os, const cpl& p) { return control(os, p.n, 'F'); } // CPL, ECMA-48 8.3.13
-std::ostream& operator<<(std::ostream& os, const cha& p) { return control(os, p.n, 'G'); } // CHA, ECMA-48 8.3.9
-std::ostream& operator<<(std::ostream& os, const su& p)  { return control(os, p.n, 'S'); } // SU,  ECMA-48 8.3.147
-std::ostream& operator<<(std::ostream& os, const sd& p)  { return control(os, p.n, 'T'); } // SD,  ECMA-48 8.3.113
-std::ostream& operator<<(std::ostream& os, const sgr& p) { return control(os, p.n, 'm'); } // SGR, ECMA-48 8.3.117
-std::ostream& operator<<(std::ostream& os, const cup& p) { return position(os, p.row, p.col, 'H'); } // CUP, 8.3.21
-std::ostream& operator<<(std::ostream& os, const hvp& p) { return position(os, p.row, p.col, 'f'); } // HVP, 8.3.63
+std::ostream& operator<<(std::ostream& os, ed const& p)  { return control(os, p.n, 'J'); } // ED,  ECMA-48 8.3.39
+std::ostream& operator<<(std::ostream& os, el const& p)  { return control(os, p.n, 'K'); } // EL,  ECMA-48 8.3.41
+std::ostream& operator<<(std::ostream& os, cuu const& p) { return control(os, p.n, 'A'); } // CUU, ECMA-48 8.3.22
+std::ostream& operator<<(std::ostream& os, cud const& p) { return control(os, p.n, 'B'); } // CUD, ECMA-48 8.3.19
+std::ostream& operator<<(std::ostream& os, cuf const& p) { return control(os, p.n, 'C'); } // CUF, ECMA-48 8.3.20
+std::ostream& operator<<(std::ostream& os, cub const& p) { return control(os, p.n, 'D'); } // CUB, ECMA-48 8.3.18
+std::ostream& operator<<(std::ostream& os, cnl const& p) { return control(os, p.n, 'E'); } // CNL, ECMA-48 8.3.12
+std::ostream& operator<<(std::ostream& os, cpl const& p) { return control(os, p.n, 'F'); } // CPL, ECMA-48 8.3.13
+std::ostream& operator<<(std::ostream& os, cha const& p) { return control(os, p.n, 'G'); } // CHA, ECMA-48 8.3.9
+std::ostream& operator<<(std::ostream& os, su const& p)  { return control(os, p.n, 'S'); } // SU,  ECMA-48 8.3.147
+std::ostream& operator<<(std::ostream& os, sd const& p)  { return control(os, p.n, 'T'); } // SD,  ECMA-48 8.3.113
+std::ostream& operator<<(std::ostream& os, sgr const& p) { return control(os, p.n, 'm'); } // SGR, ECMA-48 8.3.117
+std::ostream& operator<<(std::ostream& os, cup const& p) { return position(os, p.row, p.col, 'H'); } // CUP, 8.3.21
+std::ostream& operator<<(std::ostream& os, hvp const& p) { return position(os, p.row, p.col, 'f'); } // HVP, 8.3.63
 // clang-format on
 
-std::ostream& operator<<(std::ostream& os, const delay& p)
+std::ostream& operator<<(std::ostream& os, delay const& p)
 {
     using std::chrono::system_clock;
     using Milliseconds = std::chrono::duration<double, std::milli>;
@@ -96,7 +99,10 @@ std::ostream& operator<<(std::ostream& os, const delay& p)
     return os;
 }
 
-// clr by another name, not a function that calls it: both names have one address.
-[[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo")]] std::ostream& clear(std::ostream& os);
+#ifdef __GLIBCXX__ // the streams of another library have other mangled names
+// For programs with declarations of their own, in which clear is a function.
+extern "C" [[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo"), gnu::visibility("default")]] std::ostream&
+clear_as_a_function(std::ostream& os) __asm__("_ZN6kestry7Hueline3csi5clearERSo");
+#endif
 
 } // namespace kestry::Hueline::csi

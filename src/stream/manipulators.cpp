@@ -11,49 +11,46 @@ using namespace detail;
 
 namespace {
 
+bool constexpr on = true;
+bool constexpr off = false;
+
 // Remembered even where it cannot be seen: it shows in the next rendition, on any stream.
-std::ostream& remember(std::ostream& os, bool AttributeState::*flag, bool on)
+std::ostream& remember(std::ostream& os, bool AttributeState::*flag, bool value)
 {
-    _currentAttributes.*flag = on;
-    return is_shut_out(os) ? os : compose_on_standard(os);
+    _currentAttributes.*flag = value;
+    return adjust(os);
 }
 
 // Changed only where it shows.
-std::ostream& set(std::ostream& os, bool AttributeState::*flag, bool on)
+std::ostream& set(std::ostream& os, bool AttributeState::*flag, bool value)
 {
     if (!allowColor(os)) {
         return os;
     }
-    _currentAttributes.*flag = on;
+    _currentAttributes.*flag = value;
     return compose(os);
 }
 
-// A colour, changed only where it shows.
-std::ostream& paint(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
-{
-    return is_shut_out(os) ? os : recompose_on_standard(os, slot, sequence);
-}
-
 // Past the record: the reset that opens the next rendition ends it.
-std::ostream& write(std::ostream& os, std::string_view sequence) { return allowColor(os) ? os << sequence : os; }
+std::ostream& once(std::ostream& os, std::string_view sequence) { return allowColor(os) ? os << sequence : os; }
 
 } // namespace
 
 // clang-format off
-std::ostream& bold       (std::ostream& os) { return remember(os, &AttributeState::bold,      true);  }
-std::ostream& thin       (std::ostream& os) { return remember(os, &AttributeState::bold,      false); }
-std::ostream& dark       (std::ostream& os) { return remember(os, &AttributeState::lite,      false); }
-std::ostream& lite       (std::ostream& os) { return remember(os, &AttributeState::lite,      true);  }
+std::ostream& bold       (std::ostream& os) { return remember(os, &AttributeState::bold,      on);  }
+std::ostream& thin       (std::ostream& os) { return remember(os, &AttributeState::bold,      off); }
+std::ostream& dark       (std::ostream& os) { return remember(os, &AttributeState::lite,      off); }
+std::ostream& lite       (std::ostream& os) { return remember(os, &AttributeState::lite,      on);  }
 std::ostream& bright     (std::ostream& os) { return lite    (os); }
 
-std::ostream& italic     (std::ostream& os) { return set     (os, &AttributeState::italic,    true);  }
-std::ostream& noitalic   (std::ostream& os) { return set     (os, &AttributeState::italic,    false); }
-std::ostream& underline  (std::ostream& os) { return set     (os, &AttributeState::underline, true);  }
-std::ostream& nounderline(std::ostream& os) { return set     (os, &AttributeState::underline, false); }
-std::ostream& blink      (std::ostream& os) { return set     (os, &AttributeState::blink,     true);  }
-std::ostream& noblink    (std::ostream& os) { return set     (os, &AttributeState::blink,     false); }
-std::ostream& reverse    (std::ostream& os) { return set     (os, &AttributeState::reverse,   true);  }
-std::ostream& noreverse  (std::ostream& os) { return set     (os, &AttributeState::reverse,   false); }
+std::ostream& italic     (std::ostream& os) { return set     (os, &AttributeState::italic,    on);  }
+std::ostream& noitalic   (std::ostream& os) { return set     (os, &AttributeState::italic,    off); }
+std::ostream& underline  (std::ostream& os) { return set     (os, &AttributeState::underline, on);  }
+std::ostream& nounderline(std::ostream& os) { return set     (os, &AttributeState::underline, off); }
+std::ostream& blink      (std::ostream& os) { return set     (os, &AttributeState::blink,     on);  }
+std::ostream& noblink    (std::ostream& os) { return set     (os, &AttributeState::blink,     off); }
+std::ostream& reverse    (std::ostream& os) { return set     (os, &AttributeState::reverse,   on);  }
+std::ostream& noreverse  (std::ostream& os) { return set     (os, &AttributeState::reverse,   off); }
 
 std::ostream& grey       (std::ostream& os) { return paint   (os, foreground, "\x1b[30m"); }
 std::ostream& red        (std::ostream& os) { return paint   (os, foreground, "\x1b[31m"); }
@@ -75,8 +72,8 @@ std::ostream& on_cyan    (std::ostream& os) { return paint   (os, background, "\
 std::ostream& on_white   (std::ostream& os) { return paint   (os, background, "\x1b[47m"); }
 std::ostream& on_black   (std::ostream& os) { return on_grey (os); }
 
-std::ostream& concealed  (std::ostream& os) { return write   (os, "\x1b[8m"); }
-std::ostream& crossed    (std::ostream& os) { return write   (os, "\x1b[9m"); }
+std::ostream& concealed  (std::ostream& os) { return once    (os, "\x1b[8m"); }
+std::ostream& crossed    (std::ostream& os) { return once    (os, "\x1b[9m"); }
 // clang-format on
 
 } // namespace kestry::Hueline

@@ -4,41 +4,51 @@
 
 #include <cerrno>
 #include <cstdio>
-#include <iostream> // its std::ios_base::Init is the first thing constructed at load
+#include <iostream>
 #include <sstream>
 
 #include <unistd.h>
 
 namespace kestry::detail {
 
+// Built in this order, and before the static objects of a program: in a static library, the order of
+// the object files would decide otherwise.
+#define AT_LOAD [[gnu::init_priority(200)]]
+
 namespace {
 
-// The index of the colorize word in every stream's iword array. A word other than 0 wants colour.
-int const _colorizeIndex = std::ios_base::xalloc();
-
+// Whether the gate found a terminal last, or what a colour guard said since.
+bool _colorActive = false;
 bool _noFrills = false;
 bool _forcedColor = false; // a UseColorMode was constructed, and no NoColorMode since
 
-} // namespace
+AT_LOAD std::ios_base::Init const _standardStreams;
 
-std::ostream* const standard_out = &std::cout;
-std::ostream* const standard_err = &std::cerr;
-std::ostream* const standard_log = &std::clog;
-
-bool _colorActive = false;
-
-AttributeState _currentAttributes;
-
-namespace {
-
-// Built between the two records and destroyed between them; nothing reads or writes it.
-std::stringstream _scratchStream;
+// The index of the colorize word in every stream's iword array. A word other than 0 wants colour.
+struct ColorizeIndex {
+    int const value = std::ios_base::xalloc();
+};
+AT_LOAD ColorizeIndex const _colorizeIndex;
 
 } // namespace
 
-AttributeState _savedAttributes;
+constinit AttributeState _currentAttributes;
+constinit AttributeState _savedAttributes;
+
+AT_LOAD ColorState _currentColors;
 
 namespace {
+
+// Built between the two and destroyed between them; nothing reads or writes it.
+AT_LOAD std::stringstream _scratchStream;
+
+} // namespace
+
+AT_LOAD ColorState _savedColors;
+
+namespace {
+
+long& colorize_word(std::ostream& os) { return os.iword(_colorizeIndex.value); }
 
 bool is_terminal(std::FILE* file)
 {
@@ -51,22 +61,22 @@ bool is_terminal(std::FILE* file)
     return answer;
 }
 
-// The gate, for a standard stream.
-inline bool passes(std::ostream& os)
+// The stdio stream of a standard stream, told by its address: another stream that shares std::cout's
+// buffer has none.
+std::FILE* stdio_of(std::ostream const& os)
 {
-    _colorActive = is_terminal(&os == standard_out ? stdout : stderr);
-    return _colorActive && !_noFrills && os.iword(_colorizeIndex) != 0;
+    if (&os == &std::cout) {
+        return stdout;
+    }
+    return &os == &std::cerr || &os == &std::clog ? stderr : nullptr;
 }
 
 } // namespace
 
-bool allow_color_on_standard(std::ostream& os) { return passes(os); }
-
-std::ostream& compose_on_standard(std::ostream& os) { return passes(os) ? compose(os) : os; }
-
-std::ostream& recompose_on_standard(std::ostream& os, std::string AttributeState::*slot, std::string_view sequence)
+bool allowColor(std::ostream& os)
 {
-    return passes(os) ? recompose(os, slot, sequence) : os;
+    _colorActive = is_terminal(stdio_of(os));
+    return _colorActive && !_noFrills && colorize_word(os) != 0;
 }
 
 } // namespace kestry::detail
@@ -77,13 +87,13 @@ using namespace detail;
 
 std::ostream& colorize(std::ostream& os)
 {
-    os.iword(_colorizeIndex) = 1;
+    colorize_word(os) = 1;
     return os;
 }
 
 std::ostream& nocolorize(std::ostream& os)
 {
-    os.iword(_colorizeIndex) = 0;
+    colorize_word(os) = 0;
     return os;
 }
 
@@ -112,13 +122,13 @@ UseColorMode::UseColorMode()
 {
     _forcedColor = true;
     _colorActive = true;
-    colorize(*standard_out);
+    colorize(std::cout);
 }
 
 UseColorMode::~UseColorMode()
 {
     if (_colorActive) {
-        nocolorize(*standard_out);
+        nocolorize(std::cout);
     }
 }
 
@@ -126,13 +136,13 @@ NoColorMode::NoColorMode()
 {
     _forcedColor = false;
     _colorActive = false;
-    nocolorize(*standard_out);
+    nocolorize(std::cout);
 }
 
 NoColorMode::~NoColorMode()
 {
     if (_colorActive) {
-        colorize(*standard_out);
+        colorize(std::cout);
     }
 }
 

@@ -37,6 +37,8 @@ public:
     virtual ~Hueline();
 
     void useColor(bool on);
+    static bool _useColor;
+    static bool _noFrillsMode;
     static bool isUsingColor();
     static void setNoFrillsMode(bool on);
     static bool getNoFrillsMode();
@@ -105,14 +107,14 @@ class HexDump : public Hueline {
 public:
     static bool _longDumps;
     static bool isLongDumps();
-    explicit HexDump(char b);
-    explicit HexDump(unsigned char b);
-    explicit HexDump(unsigned short u);
-    explicit HexDump(unsigned long w);
-    explicit HexDump(std::vector<unsigned int> const& v);
+    HexDump(char b);
+    HexDump(unsigned char b);
+    HexDump(unsigned short u);
+    HexDump(unsigned long w);
+    HexDump(std::vector<unsigned int> const& v);
     HexDump(std::vector<unsigned char> const& v, std::string const& separator);
-    explicit HexDump(std::vector<unsigned char> const& v);
-    explicit HexDump(std::string const& s);
+    HexDump(std::vector<unsigned char> const& v);
+    HexDump(std::string const& s);
     ~HexDump() override;
     static std::string raw_data_byte(unsigned char b);
     static std::string raw_data(unsigned short u);
@@ -311,6 +313,18 @@ TEST(ForeignClassic, TheSwitchOfLongDumpsIsShared)
     HexDump::_longDumps = true;
     EXPECT_TRUE(HexDump::isLongDumps());
     EXPECT_EQ(text_of(HexDump(bytes, "")), "0000000000000000000000000000000000000000");
+}
+
+TEST(ForeignClassic, TheSwitchesAreShared)
+{
+    Hueline const putting_back;
+    Hueline::_useColor = true;
+    EXPECT_TRUE(Hueline::isUsingColor());
+    Hueline::_noFrillsMode = true;
+    EXPECT_FALSE(Hueline::isUsingColor());
+    EXPECT_TRUE(Hueline::getNoFrillsMode());
+    Hueline::_noFrillsMode = false;
+    EXPECT_TRUE(Hueline::isUsingColor());
 }
 
 TEST(ForeignClassic, WhiteSpaceIsTrimmed) { EXPECT_EQ(rtrim("ab \t\n"), "ab"); }

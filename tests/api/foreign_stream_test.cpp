@@ -198,14 +198,14 @@ std::ostream& operator<<(std::ostream& os, response_title const& t);
 class HexDump {
 public:
     static bool _longDumps;
-    explicit HexDump(char b);
-    explicit HexDump(unsigned char b);
-    explicit HexDump(unsigned short u);
-    explicit HexDump(unsigned long w);
-    explicit HexDump(std::vector<unsigned int> const& v);
+    HexDump(char b);
+    HexDump(unsigned char b);
+    HexDump(unsigned short u);
+    HexDump(unsigned long w);
+    HexDump(std::vector<unsigned int> const& v);
     HexDump(std::vector<unsigned char> const& v, std::string const& separator);
-    explicit HexDump(std::vector<unsigned char> const& v);
-    explicit HexDump(std::string const& s);
+    HexDump(std::vector<unsigned char> const& v);
+    HexDump(std::string const& s);
     static std::string raw_data_byte(unsigned char b);
     static std::string raw_data(unsigned short u);
     static std::string raw_data(std::vector<unsigned char> const& v);

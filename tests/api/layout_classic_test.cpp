@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <exception>
+#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -183,15 +184,27 @@ static_assert(std::is_convertible_v<HexDump*, Hueline*>);
 static_assert(sizeof(HexDump) == sizeof(Hueline));
 static_assert(std::is_same_v<decltype(HexDump::_longDumps), bool>);
 
-template <class Value>
-constexpr bool dumps_explicitly = std::is_constructible_v<HexDump, Value> && !std::is_convertible_v<Value, HexDump>;
+static_assert(std::is_convertible_v<char, HexDump>);
+static_assert(std::is_convertible_v<unsigned char, HexDump>);
+static_assert(std::is_convertible_v<unsigned short, HexDump>);
+static_assert(std::is_convertible_v<unsigned long, HexDump>);
+static_assert(std::is_convertible_v<std::vector<unsigned int>, HexDump>);
+static_assert(std::is_convertible_v<std::vector<unsigned char>, HexDump>);
+static_assert(std::is_convertible_v<std::string, HexDump>);
 
-static_assert(dumps_explicitly<char>);
-static_assert(dumps_explicitly<unsigned char>);
-static_assert(dumps_explicitly<unsigned short>);
-static_assert(dumps_explicitly<unsigned long>);
-static_assert(dumps_explicitly<std::vector<unsigned int>>);
-static_assert(dumps_explicitly<std::vector<unsigned char>>);
-static_assert(dumps_explicitly<std::string>);
+TEST(Constructors, TakeWhatADumpShows)
+{
+    auto const text_of = [](HexDump const& dump) {
+        std::ostringstream os;
+        os << dump;
+        return os.str();
+    };
+    std::vector<unsigned char> const bytes{0x01, 0xff};
+    HexDump const dump = bytes;
+    EXPECT_EQ(text_of(dump), "01 ff ");
+    EXPECT_EQ(text_of('A'), "41");
+    EXPECT_EQ(text_of({"AB"}), "41 42 ");
+    EXPECT_EQ(text_of({bytes, ":"}), "01:ff:");
+}
 
 } // namespace

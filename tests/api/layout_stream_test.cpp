@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <sstream>
 #include <type_traits>
 #include <vector>
 
@@ -138,15 +139,12 @@ TEST(Layout, ATemporaryInBracesLivesAsLongAsTheIndicator)
 // Themes
 // ---------------------------------------------------------------------------------------------
 
-template <class Theme, class Held>
-constexpr bool is_made_explicitly_from = std::is_constructible_v<Theme, Held> && !std::is_convertible_v<Held, Theme>;
-
 template <class Theme>
-constexpr bool holds_a_text = is_made_explicitly_from<Theme, std::string> && sizeof(Theme) == string_size &&
+constexpr bool holds_a_text = std::is_convertible_v<std::string, Theme> && sizeof(Theme) == string_size &&
                               !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::text), std::string>;
 
 template <class Theme>
-constexpr bool holds_a_byte = is_made_explicitly_from<Theme, std::uint8_t> && sizeof(Theme) == 1 &&
+constexpr bool holds_a_byte = std::is_convertible_v<std::uint8_t, Theme> && sizeof(Theme) == 1 &&
                               !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::byte), std::uint8_t>;
 
 static_assert(holds_a_text<ColorTheme::app_title>);
@@ -165,12 +163,12 @@ static_assert(holds_a_byte<DataTheme::total_count>);
 static_assert(holds_a_text<DataTheme::request_title>);
 static_assert(holds_a_text<DataTheme::response_title>);
 
-static_assert(is_made_explicitly_from<ColorTheme::path, std::string>);
-static_assert(is_made_explicitly_from<ColorTheme::path, std::uint32_t>);
+static_assert(std::is_convertible_v<std::string, ColorTheme::path>);
+static_assert(std::is_convertible_v<std::uint32_t, ColorTheme::path>);
 static_assert(sizeof(ColorTheme::path) == 16 + string_size);
 
-static_assert(is_made_explicitly_from<DataTheme::crc, std::uint8_t>);
-static_assert(is_made_explicitly_from<DataTheme::crc, std::uint16_t>);
+static_assert(std::is_convertible_v<std::uint8_t, DataTheme::crc>);
+static_assert(std::is_convertible_v<std::uint16_t, DataTheme::crc>);
 static_assert(sizeof(DataTheme::crc) == 4);
 
 TEST(Layout, PathHoldsItsFieldsInOrder)
@@ -203,13 +201,40 @@ static_assert(sizeof(HexDump) == string_size && !std::is_polymorphic_v<HexDump>)
 static_assert(std::is_copy_constructible_v<HexDump> && std::is_copy_assignable_v<HexDump>);
 static_assert(std::is_same_v<decltype(HexDump::_longDumps), bool>);
 
-static_assert(is_made_explicitly_from<HexDump, char>);
-static_assert(is_made_explicitly_from<HexDump, unsigned char>);
-static_assert(is_made_explicitly_from<HexDump, unsigned short>);
-static_assert(is_made_explicitly_from<HexDump, unsigned long>);
-static_assert(is_made_explicitly_from<HexDump, std::vector<unsigned int>>);
-static_assert(is_made_explicitly_from<HexDump, std::vector<unsigned char>>);
-static_assert(is_made_explicitly_from<HexDump, std::string>);
+static_assert(std::is_convertible_v<char, HexDump>);
+static_assert(std::is_convertible_v<unsigned char, HexDump>);
+static_assert(std::is_convertible_v<unsigned short, HexDump>);
+static_assert(std::is_convertible_v<unsigned long, HexDump>);
+static_assert(std::is_convertible_v<std::vector<unsigned int>, HexDump>);
+static_assert(std::is_convertible_v<std::vector<unsigned char>, HexDump>);
+static_assert(std::is_convertible_v<std::string, HexDump>);
+
+std::string text_of(HexDump const& dump)
+{
+    std::ostringstream os;
+    os << dump;
+    return os.str();
+}
+
+std::string text_of(ColorTheme::alert const& alert) { return alert.text; }
+
+TEST(Constructors, TakeWhatTheyHoldWhereADumpOrAThemeIsWanted)
+{
+    std::vector<unsigned char> const bytes{0x01, 0xff};
+    HexDump const dump = bytes;
+    EXPECT_EQ(text_of(dump), "01 ff ");
+    EXPECT_EQ(text_of(std::vector<unsigned int>{1}), "00000001 ");
+    EXPECT_EQ(text_of('A'), "41");
+    EXPECT_EQ(text_of({bytes, ":"}), "01:ff:");
+
+    auto const dumped = [](HexDump const& d) { return text_of(d); };
+    EXPECT_EQ(dumped({"AB"}), "41 42 ");
+    EXPECT_EQ(dumped(static_cast<unsigned char>(5)), "05");
+
+    auto const alarmed = [](ColorTheme::alert const& a) { return text_of(a); };
+    EXPECT_EQ(alarmed({"x"}), "x");
+    EXPECT_EQ(alarmed(std::string("y")), "y");
+}
 
 TEST(Layout, HexDumpIsItsText)
 {

@@ -24,7 +24,6 @@ using Clock = std::chrono::steady_clock;
 
 Sinks const on_pipes = {Sink::pipe, Sink::pipe};
 Sinks const on_terminals = {Sink::terminal, Sink::terminal};
-std::vector<std::string> const colourful = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm"};
 
 std::string const tidy = R"(\r\e[K\e[0m\e[?25h)"; // what the terminal is left with
 
@@ -49,7 +48,7 @@ protected:
     std::string read(std::string const& name) const { return contents_of(path(name).string()); }
 
     Outcome copy(Sinks sinks, std::string const& from, std::string const& to,
-                 std::vector<std::string> const& environment = colourful) const
+                 std::vector<std::string> const& environment = sixteen_colours) const
     {
         return run_program(sinks, {EXAMPLE, path(from), path(to)}, {.environment = environment});
     }
@@ -57,7 +56,7 @@ protected:
     // Runs a shell command in which "$0" is the program, "$1" the source and "$2" the target.
     Outcome shell(Sinks sinks, std::string const& command, Launch launch = {}) const
     {
-        launch.environment = colourful;
+        launch.environment = sixteen_colours;
         return run_program(sinks, {"/bin/sh", "-c", command, EXAMPLE, path(source), path(target)}, launch);
     }
 

@@ -32,7 +32,7 @@ TEST(FrameMonitor, ShowsTheSampleCapture)
 
 TEST(FrameMonitor, ShowsTheSampleCaptureInColour)
 {
-    Launch const launch = {.environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm"}};
+    Launch const launch = {.environment = sixteen_colours};
     Outcome const run = run_program(on_terminals, {EXAMPLE, capture}, launch);
     EXPECT_EQ(readable_lines(run.out), contents_of("frame_monitor.terminal.expected"));
 }

@@ -26,7 +26,7 @@ TEST(Hexview, ShowsTheSample)
 
 TEST(Hexview, ShowsTheSampleInColour)
 {
-    Launch const launch = {.environment = {"NO_COLOR", "CLICOLOR", "CLICOLOR_FORCE", "TERM=xterm"}};
+    Launch const launch = {.environment = sixteen_colours};
     Outcome const run = run_program(on_terminals, {EXAMPLE, sample}, launch);
     EXPECT_EQ(readable_lines(run.out), contents_of("hexview.terminal.expected"));
     // The columns stand where they do without colour, in the short last line too.

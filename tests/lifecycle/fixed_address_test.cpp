@@ -32,6 +32,20 @@ TEST(FixedAddress, WhatTheProgramAssignsIsWhatTheLibraryReads)
     EXPECT_EQ(dump_of_twenty(), nineteen + " ... (20 bytes) ");
 }
 
+TEST(FixedAddress, TheSwitchesOfTheProgramAreThoseOfTheLibrary)
+{
+    Hueline putting_back;
+    EXPECT_FALSE(Hueline::_useColor);
+    putting_back.useColor(true);
+    EXPECT_TRUE(Hueline::_useColor);
+    Hueline::_noFrillsMode = true;
+    EXPECT_EQ(Hueline::color(kestry::HexColor::red), "");
+    Hueline::_noFrillsMode = false;
+    EXPECT_EQ(Hueline::color(kestry::HexColor::red), "\x1b[31m");
+    Hueline::_useColor = false;
+    EXPECT_FALSE(Hueline::isUsingColor());
+}
+
 TEST(FixedAddress, ExceptionsAreCaughtByTheirTypes)
 {
     auto const wrong_code = [] { return Hueline::color(static_cast<kestry::HexColor_VGA>(99)); };

@@ -22,8 +22,6 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-#ifdef HUELINE_PROGRAM
-
 // ---------------------------------------------------------------------------------------------
 // A program from its first constructor to its last exit handler
 // ---------------------------------------------------------------------------------------------
@@ -40,9 +38,16 @@ std::string const after_main = R"(\e[00m\e[1m\e[3m\e[4m\e[35mat exit\n)"
                                R"(first's end, without colour: the guard in second.cpp took it\n)"
                                R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)";
 
-Outcome program_that_ends_by(std::string const& ending) { return run_program({}, {HUELINE_PROGRAM, ending}); }
+// Linked with the shared object, and with a static library.
+class StaticObjects : public testing::TestWithParam<char const*> {
+protected:
+    static Outcome program_that_ends_by(std::string const& ending) { return run_program({}, {GetParam(), ending}); }
+};
 
-TEST(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructors)
+INSTANTIATE_TEST_SUITE_P(Programs, StaticObjects, testing::Values(HUELINE_PROGRAMS),
+                         [](auto const& program) { return program.index == 0 ? "Shared" : "Static"; });
+
+TEST_P(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructors)
 {
     for (char const* const ending : {"return", "exit"}) {
         auto const run = program_that_ends_by(ending);
@@ -52,24 +57,24 @@ TEST(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructors)
     }
 }
 
-TEST(StaticObjects, WriteTheirTextAloneToAPipe)
+TEST_P(StaticObjects, WriteTheirTextAloneToAPipe)
 {
-    auto const run = run_program({Sink::pipe, Sink::pipe}, {HUELINE_PROGRAM});
-    // What the class-based interface colours does not depend on the stream.
+    auto const run = run_program({Sink::pipe, Sink::pipe}, {GetParam()});
+    // What the string interface colours does not depend on the stream.
     EXPECT_EQ(readable(run.out), R"(first\n41 42 second\n\e[34mthird\n\e[32m43 \e[0m\nmain\nat exit\n)"
                                  R"(\e[32m43 \e[0mdump's end\n\e[33mthird's end\n41 42 second's end\n)"
                                  R"(first's end, without colour: the guard in second.cpp took it\nthe last words\n)");
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(StaticObjects, MayBeLeftUndestroyed)
+TEST_P(StaticObjects, MayBeLeftUndestroyed)
 {
     auto const run = program_that_ends_by("quick_exit");
     EXPECT_EQ(readable(run.out), constructed + in_main + R"(\e[00m\e[1m\e[3m\e[4m\e[35mat quick exit\n)");
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(StaticObjects, MayOutliveStandardOutput)
+TEST_P(StaticObjects, MayOutliveStandardOutput)
 {
     auto const run = program_that_ends_by("fclose");
     EXPECT_EQ(readable(run.out), constructed + in_main);
@@ -77,7 +82,7 @@ TEST(StaticObjects, MayOutliveStandardOutput)
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(StaticObjects, AreDestroyedInAForkedChildToo)
+TEST_P(StaticObjects, AreDestroyedInAForkedChildToo)
 {
     auto const run = program_that_ends_by("fork");
     EXPECT_EQ(readable(run.out), constructed + in_main +
@@ -95,8 +100,6 @@ TEST(StaticObjects, AreDestroyedInAForkedChildToo)
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
 }
-
-#endif
 
 // ---------------------------------------------------------------------------------------------
 // Children of a process

@@ -1,5 +1,5 @@
 # Makes an older libhueline of tests/api/exports.txt, in assembly: everything that is exported, with its kind and its
-# size, and nothing behind it. What is linked with it has to run with the library as it is now.
+# size, and nothing in it. What is linked with it has to run with the library as it is now.
 
 function defined(symbol, kind, size)
 {
@@ -28,7 +28,8 @@ $1 ~ /^_ZTI/ { data($1, ($1 ~ /7HuelineE$/ ? 2 : 3) * word); next }
 # The name of a type, and a NUL.
 $1 ~ /^_ZTS/ { data($1, length($1) - length("_ZTS") + 1); next }
 
-$1 ~ /10_longDumpsE$/ { data($1, 1); next }
+# A switch.
+$1 ~ /(_longDumps|_useColor|_noFrillsMode)E$/ { data($1, 1); next }
 
 {
     print ".text"

@@ -335,9 +335,7 @@ int run_body(std::function<void()> const& body)
 
 int become_program(std::vector<std::string> const& argv, std::vector<std::string> const& environment)
 {
-    for (std::string const& change : environment) {
-        putenv(const_cast<char*>(change.c_str())); // removes a name without "="
-    }
+    change_environment(environment);
     std::vector<char*> arguments;
     for (std::string const& argument : argv) {
         arguments.push_back(const_cast<char*>(argument.c_str()));
@@ -367,6 +365,13 @@ void report(std::string_view text)
             throw std::system_error(errno, std::generic_category(), "report");
         }
         text.remove_prefix(static_cast<std::size_t>(n < 0 ? 0 : n));
+    }
+}
+
+void change_environment(std::vector<std::string> const& changes)
+{
+    for (std::string const& change : changes) {
+        putenv(const_cast<char*>(change.c_str())); // removes a name without "="
     }
 }
 

@@ -53,6 +53,15 @@ Outcome on_pipe(std::function<void()> const& body);
 /// In a body: adds text to the report, past standard output and standard error.
 void report(std::string_view text);
 
+/// In a body: changes the environment. "NAME=value" sets a variable, "NAME" removes it; the texts are used as they are, so
+/// they have to live on.
+void change_environment(std::vector<std::string> const& changes);
+
+/// Changes of the environment after which a terminal has 16 colours and nobody has wished for anything else.
+inline std::vector<std::string> const sixteen_colours = {
+    "NO_COLOR",     "FORCE_COLOR",          "CLICOLOR_FORCE", "CLICOLOR",  "COLORTERM",
+    "TERM_PROGRAM", "TERM_PROGRAM_VERSION", "WT_SESSION",     "TERM=xterm"};
+
 /// A signal for a program that is at work.
 struct Interrupt {
     int signal;
@@ -62,7 +71,7 @@ struct Interrupt {
 
 struct Launch {
     std::string input = {};                    ///< What the program reads on standard input.
-    std::vector<std::string> environment = {}; ///< "NAME=value" sets a variable, "NAME" removes it.
+    std::vector<std::string> environment = {}; ///< As change_environment takes it.
     std::optional<Interrupt> interrupt = {};
     std::chrono::milliseconds time_allowed = std::chrono::seconds(30);
 };

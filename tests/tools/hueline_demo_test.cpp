@@ -44,12 +44,19 @@ std::size_t constexpr mebibyte = 1024 * 1024;
 
 using Arguments = std::vector<std::string>;
 
+// Adds what is set before each run: the changes of the launch come after it.
+Launch in_known_environment(Launch launch)
+{
+    launch.environment.insert(launch.environment.begin(), sixteen_colours.begin(), sixteen_colours.end());
+    return launch;
+}
+
 // Runs the tool.
 Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
 {
     Arguments argv = {tool};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    return run_program(sinks, argv, launch);
+    return run_program(sinks, argv, in_known_environment(launch));
 }
 
 // Where the waits of the animations are not what a test is about.
@@ -60,7 +67,7 @@ Outcome shell(Sinks sinks, std::string const& command, Arguments const& argument
 {
     Arguments argv = {"/bin/sh", "-c", command, tool};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    return run_program(sinks, argv, launch);
+    return run_program(sinks, argv, in_known_environment(launch));
 }
 
 // In a child: becomes the tool.
@@ -71,6 +78,7 @@ void become_demo(Arguments const& arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     }
     argv.push_back(nullptr);
+    change_environment(sixteen_colours);
     execv(argv[0], argv.data());
     report(std::string("cannot run the tool: ") + std::strerror(errno));
 }
@@ -153,11 +161,16 @@ std::string const help_text = R"(Usage: hueline-demo [OPTION]... [NAME]...
        hueline-demo [OPTION]... [NAME]... dump [FILE]...
 Shows what libhueline writes: in colour on a terminal, as plain text elsewhere.
 
-  -h, --help       show this text
-  -V, --version    show the version
-  -l, --list       show the names of the demonstrations
-  -n, --no-frills  no-frills mode: no progress line, no cursor control, and no
-                   colour but what the library writes in that mode too
+  -h, --help          show this text
+  -V, --version       show the version
+  -l, --list          show the names of the demonstrations
+  -n, --no-frills     no-frills mode: no progress line, no cursor control, and
+                      no colour but what the library writes in that mode too
+      --color[=WHEN]  auto, the default, always or never; 16, 256 and 24bit are
+                      as always; never is no-frills mode on a terminal
+
+With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
+and each of the two streams whether it is a terminal.
 
 Each NAME is a demonstration; they are shown in the order given. Without a NAME
 the banner is shown.
@@ -220,7 +233,7 @@ void expect_misuse(Arguments const& arguments, std::string const& message)
 
 TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
 {
-    std::string const possible = ": the options are --help, --version, --list and --no-frills";
+    std::string const possible = ": the options are --help, --version, --list, --no-frills and --color";
     expect_misuse({"--frills"}, "unknown option '--frills'" + possible);
     expect_misuse({"--frills=3"}, "unknown option '--frills=3'" + possible);
     expect_misuse({"-x"}, "unknown option '-x'" + possible);
@@ -230,7 +243,7 @@ TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
 
 TEST(Misuse, OptionWithAnArgumentIsNamed)
 {
-    std::string const rest = " takes no argument: the options are --help, --version, --list and --no-frills";
+    std::string const rest = " takes no argument: the options are --help, --version, --list, --no-frills and --color";
     expect_misuse({"--help=x"}, "option '--help'" + rest);
     expect_misuse({"--version=2"}, "option '--version'" + rest);
     expect_misuse({"--list="}, "option '--list'" + rest);
@@ -419,6 +432,101 @@ TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
     EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))),
               readable(without_frills({"test_pattern_matrix"})));
 }
+
+// ---------------------------------------------------------------------------------------------
+// Colour by the command line and the environment
+// ---------------------------------------------------------------------------------------------
+
+// What "matrix" writes to a terminal that has colour, to one that has none, and to a pipe.
+struct Matrix {
+    std::string coloured;
+    std::string without_frills;
+    std::string piped;
+};
+
+Matrix matrix()
+{
+    Demonstration coloured;
+    coloured.matrix();
+    coloured.reset();
+    Demonstration without_frills({.no_frills = true});
+    without_frills.matrix();
+    Demonstration piped = plain();
+    piped.matrix();
+    return {coloured.bytes(), without_frills.bytes(), piped.bytes()};
+}
+
+TEST(Color, IsTakenFromATerminalByNoFrillsMode)
+{
+    std::string const expected = matrix().without_frills;
+    EXPECT_EQ(difference(expected, demo(on_terminals, {"--color=never", "matrix"}).out), "");
+    for (char const* const variable : {"NO_COLOR=1", "FORCE_COLOR=0", "CLICOLOR=0", "TERM=dumb", "TERM"}) {
+        SCOPED_TRACE(variable);
+        EXPECT_EQ(difference(expected, demo(on_terminals, {"matrix"}, {.environment = {variable}}).out), "");
+    }
+}
+
+TEST(Color, IsGivenByTheOptionWhateverTheEnvironmentSays)
+{
+    std::string const expected = matrix().coloured;
+    Launch const refusing = {.environment = {"NO_COLOR=1", "TERM=dumb"}};
+    for (char const* const option : {"--color", "--color=always", "--color=16", "--color=256", "--color=24bit"}) {
+        SCOPED_TRACE(option);
+        EXPECT_EQ(difference(expected, demo(on_terminals, {option, "matrix"}, refusing).out), "");
+        EXPECT_EQ(difference(expected, demo(on_terminals, {"matrix", option}, refusing).out), "");
+    }
+}
+
+TEST(Color, TheLastOptionCounts)
+{
+    Matrix const expected = matrix();
+    EXPECT_EQ(demo(on_terminals, {"--color=never", "--color=auto", "matrix"}).out, expected.coloured);
+    EXPECT_EQ(demo(on_terminals, {"--color", "--color=never", "matrix"}).out, expected.without_frills);
+    EXPECT_EQ(demo(on_terminals, {"--no-frills", "--color", "matrix"}).out, expected.without_frills);
+}
+
+TEST(Color, OfAPipeIsRefusedByTheGate)
+{
+    Matrix const expected = matrix();
+    for (char const* const option : {"--color=always", "--color=never"}) {
+        SCOPED_TRACE(option);
+        EXPECT_EQ(demo(on_pipes, {option, "matrix"}).out, expected.piped);
+        EXPECT_EQ(demo({Sink::pipe, Sink::terminal}, {option, "matrix"}).out, expected.piped);
+    }
+    EXPECT_EQ(demo(on_pipes, {"matrix"}, {.environment = {"FORCE_COLOR=3"}}).out, expected.piped);
+}
+
+TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
+{
+    std::string const heading_and_first = "role                          string form         stream form\n"
+                                          "app_title                     \x1b[32mKestry Hueline\x1b[0m      "
+                                          "Kestry Hueline\n";
+    std::string const out = demo(on_pipes, {"--color=always", "themes"}).out;
+    EXPECT_EQ(readable(out.substr(0, heading_and_first.size())), readable(heading_and_first));
+    EXPECT_FALSE(has_sequences(demo(on_pipes, {"--color=always", "--no-frills", "themes"}).out));
+    EXPECT_FALSE(has_sequences(demo(on_terminals, {"--color=never", "themes"}).out));
+}
+
+TEST(Color, OfTheIndicatorsIsEndedWhereColourIsNotWanted)
+{
+    Demonstration status({.no_frills = true});
+    status.status_line();
+    Outcome const run = demo(on_terminals, {"--color=never", "status"}, without_waits);
+    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    expect_default_rendition_behind(run.out);
+}
+
+TEST(Color, OfUnknownKindIsMisuse)
+{
+    std::string const rest = " of option '--color': it is one of auto, always, never, 16, 256, 24bit";
+    expect_misuse({"--color=maybe"}, "unknown WHEN 'maybe'" + rest);
+    expect_misuse({"matrix", "--color="}, "unknown WHEN ''" + rest);
+    expect_misuse({"--color=a\x1b[31m"}, "unknown WHEN 'a?[31m'" + rest);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Templates and themes
+// ---------------------------------------------------------------------------------------------
 
 std::string const plain_templates = "this is a cross platform template\n"
                                     "there is no need to sudivide this section\n"
@@ -1029,6 +1137,20 @@ TEST(Progress, IsAFrill)
     Folder const folder;
     std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
     EXPECT_EQ(demo(pipe_and_terminal, {"--no-frills", "dump", file}).err, "");
+}
+
+TEST(Progress, IsForATerminalThatHasColour)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
+    EXPECT_EQ(demo(pipe_and_terminal, {"--color=never", "dump", file}).err, "");
+    for (char const* const variable : {"NO_COLOR=1", "CLICOLOR=0", "TERM=dumb"}) {
+        SCOPED_TRACE(variable);
+        EXPECT_EQ(demo(pipe_and_terminal, {"dump", file}, {.environment = {variable}}).err, "");
+    }
+    EXPECT_TRUE(
+        ends_with(demo(pipe_and_terminal, {"--color", "dump", file}, {.environment = {"TERM=dumb"}}).err, wiped));
+    EXPECT_EQ(demo(on_pipes, {"--color=always", "dump", file}).err, "");
 }
 
 TEST(Progress, StandsBelowTheDumpOnOneTerminal)

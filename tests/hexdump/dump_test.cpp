@@ -1,19 +1,15 @@
-#include "hexdump/digits.hpp"
+#include "hexdump/dump.hpp"
 
 #include "hexdump/allocations.hpp"
 #include "hexdump/cells.hpp"
 #include "hexdump/formula.hpp"
-#include "support/grouping.hpp"
+#include "hexdump/vector_cells.hpp"
 
 #include <algorithm>
-#include <cerrno>
 #include <climits>
 #include <cstdint>
-#include <cstring>
-#include <fstream>
 #include <new>
 #include <span>
-#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,122 +25,26 @@ using namespace kestry::detail;
 
 DumpColors const colors{.byte = "<byte>", .parenthesis = "<parenthesis>", .count = "<count>", .reset = "<reset>"};
 
-std::string decimal(std::int64_t value)
-{
-    char text[longest_decimal];
-    return {text, put_decimal(text, value)};
-}
-
-template <class Unsigned>
-std::string hex(Unsigned value)
-{
-    char text[2 * sizeof value];
-    return {text, put_hex(text, value)};
-}
-
 std::string whole(Bytes const& bytes, std::string_view separator, DumpColors const& c = plain)
 {
-    return dump_bytes(bytes, separator, c, true);
+    return dump_bytes(bytes, separator, c, Length::whole);
 }
 
 std::string cut(Bytes const& bytes, std::string_view separator, DumpColors const& c = plain)
 {
-    return dump_bytes(bytes, separator, c, false);
+    return dump_bytes(bytes, separator, c, Length::cut);
 }
 
-TEST(MakeString, HasTheSizeAndWhatWasWritten)
-{
-    for (std::size_t const size : {0u, 1u, 15u, 16u, 17u, 1000u}) {
-        int calls = 0;
-        std::string const text = make_string(size, [&](char* out) {
-            ++calls;
-            std::memset(out, 'x', size);
-        });
-        EXPECT_EQ(text, std::string(size, 'x'));
-        EXPECT_EQ(text.c_str()[size], '\0');
-        EXPECT_EQ(calls, 1);
-    }
-}
-
-TEST(PutText, WritesTheTextAndReturnsThePlaceBehindIt)
-{
-    using namespace std::string_view_literals;
-    char room[8] = {'.', '.', '.', '.', '.', '.', '.', '.'};
-    EXPECT_EQ(put_text(room, "a\0c"sv), room + 3);
-    EXPECT_EQ(put_text(room + 3, ""), room + 3);
-    EXPECT_EQ(put_text(room + 3, std::string_view{}), room + 3);
-    EXPECT_EQ(std::string_view(room, sizeof room), "a\0c....."sv);
-}
-
-TEST(Decimal, IsPlainDigits)
-{
-    EXPECT_EQ(decimal(0), "0");
-    EXPECT_EQ(decimal(1), "1");
-    EXPECT_EQ(decimal(-1), "-1");
-    EXPECT_EQ(decimal(9), "9");
-    EXPECT_EQ(decimal(10), "10");
-    EXPECT_EQ(decimal(-10), "-10");
-    EXPECT_EQ(decimal(99), "99");
-    EXPECT_EQ(decimal(100), "100");
-    EXPECT_EQ(decimal(INT_MAX), "2147483647");
-    EXPECT_EQ(decimal(INT_MIN), "-2147483648");
-    EXPECT_EQ(decimal(UINT_MAX), "4294967295");
-    EXPECT_EQ(decimal(INT64_MAX), "9223372036854775807");
-    EXPECT_EQ(decimal(INT64_MIN), "-9223372036854775808");
-    static_assert(longest_decimal == 20); // of the last one
-}
-
-// The small ones come from a table.
-TEST(Decimal, IsPlainDigitsOnBothSidesOfTheTable)
-{
-    for (int value = -300; value <= 300; ++value) {
-        std::string const digits = std::to_string(value);
-        EXPECT_EQ(decimal(value), digits);
-        EXPECT_EQ(decimal_size(value), digits.size());
-    }
-    EXPECT_EQ(decimal_size(INT64_MAX), 19u);
-    EXPECT_EQ(decimal_size(INT64_MIN), 20u);
-}
-
-TEST(Decimal, WritesNoMoreThanThreeCharactersOfASmallNumber)
-{
-    char text[5] = "....";
-    EXPECT_EQ(put_decimal(text, 7), text + 1);
-    EXPECT_EQ(text[0], '7');
-    EXPECT_EQ(text[3], '.');
-}
-
-TEST(Decimal, HasNoGroupsWhateverTheGlobalLocale)
-{
-    GroupedDigits const grouped;
-    EXPECT_EQ(decimal(-1234567), "-1234567");
-}
-
-TEST(Hex, HasTwoDigitsForEachByteValue)
+TEST(DumpByte, HasTwoDigitsForEachByteValue)
 {
     for (unsigned value = 0; value < 256; ++value) {
         auto const b = static_cast<unsigned char>(value);
-        char room[3] = {'.', '.', '.'};
-        EXPECT_EQ(put_byte(room, b), room + 2);
-        EXPECT_EQ(std::string(room, 3), two_digits(b) + ".");
         EXPECT_EQ(dump_byte(b), two_digits(b));
     }
     EXPECT_EQ(dump_byte(0x00), "00");
     EXPECT_EQ(dump_byte(0x0a), "0a");
     EXPECT_EQ(dump_byte(0xa0), "a0");
     EXPECT_EQ(dump_byte(0xff), "ff");
-}
-
-TEST(Hex, HasTwoDigitsForEachByteOfANumber)
-{
-    EXPECT_EQ(hex(std::uint8_t{0x0f}), "0f");
-    EXPECT_EQ(hex(std::uint16_t{0x1234}), "1234");
-    EXPECT_EQ(hex(std::uint16_t{0xfedc}), "fedc");
-    EXPECT_EQ(hex(std::uint32_t{0x12345678}), "12345678");
-    EXPECT_EQ(hex(std::uint32_t{0x1}), "00000001");
-    EXPECT_EQ(hex(std::uint64_t{0x123456789abcdef0}), "123456789abcdef0");
-    EXPECT_EQ(hex(std::uint64_t{0xffffffffffffffff}), "ffffffffffffffff");
-    EXPECT_EQ(hex(std::uint64_t{0}), "0000000000000000");
 }
 
 TEST(DumpShort, HasAPrefixAndFourDigits)
@@ -225,51 +125,56 @@ TEST(DumpBytes, IsTheFormulaForEveryCellAndSize)
     EXPECT_EQ(allocations.overruns, 0u);
 }
 
-// What a processor without the vectors does, whatever this one has. Room that does not end with the
-// cells shows what is stored past them.
-TEST(TableCells, AreThoseOfTheVectorsAndEndAtTheLimit)
+// Room that does not end with the cells shows what is stored past them.
+TEST(Cells, EndAtTheLimit)
 {
-    std::string const behind(32, '.');
+    std::string const beyond(40, '.');
     for (std::string const before : {"", "\x1b[32m", "before, of 17 c."}) {
         for (std::string const after : {"", " ", "::"}) {
             for (std::size_t size = 0; size <= 300; ++size) {
                 Bytes const bytes = mixed(size);
                 std::string const expected = cells(bytes, before, after);
-                std::string text = std::string(expected.size(), '.') + behind;
+                std::string text = std::string(expected.size(), '.') + beyond;
                 char* const limit = text.data() + expected.size();
-                EXPECT_EQ(put_table_cells(text.data(), limit, bytes, before, after), limit);
-                ASSERT_TRUE(text == expected + behind) << size << " bytes";
-                text.assign(text.size(), '.');
                 EXPECT_EQ(put_cells(text.data(), limit, bytes, before, after), limit);
-                ASSERT_TRUE(text == expected + behind) << size << " bytes";
+                ASSERT_TRUE(text == expected + beyond) << size << " bytes";
             }
         }
     }
 }
 
-TEST(VectorCells, AreTheTwoCommonOnesOf16BytesOrMoreWhereTheProcessorHasAvx2)
+bool has_vectors()
 {
-    std::stringstream processor;
-    processor << std::ifstream("/proc/cpuinfo").rdbuf();
-    bool const here = processor.str().find(" avx2 ") != std::string::npos;
+#if defined(__aarch64__)
+    return true;
+#elif defined(__x86_64__)
+    return __builtin_cpu_supports("avx2") != 0;
+#else
+    return false;
+#endif
+}
 
+TEST(VectorCells, AreTheTwoCommonOnesOfABlockOrMoreWhereTheProcessorHasVectors)
+{
     auto const could = [](std::size_t size, std::string const& before, std::string const& after) {
         std::string text(size * (before.size() + 2 + after.size()), '.');
         bool const done = put_vector_cells(text.data(), mixed(size), before, after);
         EXPECT_EQ(text, done ? cells(mixed(size), before, after) : std::string(text.size(), '.'));
         return done;
     };
-    EXPECT_EQ(could(16, "", " "), here);
-    EXPECT_EQ(could(1000, "", ":"), here);
-    EXPECT_EQ(could(16, "\x1b[32m", " "), here);
-    EXPECT_EQ(could(1000, "12345", ":"), here);
-    EXPECT_FALSE(could(15, "", " "));
-    EXPECT_FALSE(could(15, "\x1b[32m", " "));
-    EXPECT_FALSE(could(16, "", ""));
-    EXPECT_FALSE(could(16, "", "::"));
-    EXPECT_FALSE(could(16, "\x1b[32m", ""));
-    EXPECT_FALSE(could(16, "\x1b[0m", " "));
-    EXPECT_FALSE(could(16, "\x1b[132m", " "));
+    for (std::size_t const size : {32u, 33u, 63u, 64u, 65u, 1000u}) {
+        EXPECT_EQ(could(size, "", " "), has_vectors());
+        EXPECT_EQ(could(size, "", "\xff"), has_vectors());
+        EXPECT_EQ(could(size, "\x1b[32m", " "), has_vectors());
+        EXPECT_EQ(could(size, "12345", ":"), has_vectors());
+    }
+    for (std::string const before : {"", "\x1b[32m"}) {
+        EXPECT_FALSE(could(15, before, " "));
+        EXPECT_FALSE(could(32, before, ""));
+        EXPECT_FALSE(could(32, before, "::"));
+    }
+    EXPECT_FALSE(could(32, "\x1b[0m", " "));
+    EXPECT_FALSE(could(32, "\x1b[132m", " "));
 }
 
 TEST(DumpBytes, IsTheFormulaForLongTextsAroundTheDigits)
@@ -287,7 +192,7 @@ TEST(DumpBytes, IsTheFormulaForLongTextsAroundTheDigits)
     EXPECT_EQ(allocations.overruns, 0u);
 }
 
-TEST(DumpBytes, ReadsNothingBeforeOrBehindTheBytes)
+TEST(DumpBytes, ReadsNothingBeforeOrAfterTheBytes)
 {
     DumpColors const green{.byte = "\x1b[32m", .parenthesis = "", .count = "", .reset = ""};
     // Two pages, and no access to what surrounds them.
@@ -299,21 +204,21 @@ TEST(DumpBytes, ReadsNothingBeforeOrBehindTheBytes)
     unsigned char* const end = first + 2 * page;
     ASSERT_EQ(mprotect(first, 2 * page, PROT_READ | PROT_WRITE), 0);
     for (std::size_t size = 1; size <= 70; ++size) {
-        EXPECT_EQ(dump_bytes({first, size}, " ", plain, true).size(), 3 * size);
-        EXPECT_EQ(dump_bytes({end - size, size}, " ", plain, true).size(), 3 * size);
-        EXPECT_EQ(dump_bytes({first, size}, " ", green, true).size(), 8 * size);
-        EXPECT_EQ(dump_bytes({end - size, size}, " ", green, true).size(), 8 * size);
+        EXPECT_EQ(dump_bytes({first, size}, " ", plain, Length::whole).size(), 3 * size);
+        EXPECT_EQ(dump_bytes({end - size, size}, " ", plain, Length::whole).size(), 3 * size);
+        EXPECT_EQ(dump_bytes({first, size}, " ", green, Length::whole).size(), 8 * size);
+        EXPECT_EQ(dump_bytes({end - size, size}, " ", green, Length::whole).size(), 8 * size);
     }
     munmap(all, 4 * page);
 }
 
 TEST(DumpBytes, CountsMoreBytesThanAnyIntHolds)
 {
-    // Nothing is behind the addresses but zeros, and only the first 19 are looked at.
+    // There is nothing at the addresses but zeros, and only the first 19 are looked at.
     std::size_t const size = 5'000'000'000;
     void* const zeros = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     ASSERT_NE(zeros, MAP_FAILED);
-    std::string const text = dump_bytes({static_cast<unsigned char const*>(zeros), size}, ".", plain, false);
+    std::string const text = dump_bytes({static_cast<unsigned char const*>(zeros), size}, ".", plain, Length::cut);
     EXPECT_EQ(text, "00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.00. ... (5000000000 bytes) ");
     munmap(zeros, size);
 }
@@ -322,7 +227,7 @@ TEST(DumpBytes, HasRoomForTheLongestCount)
 {
     unsigned char const bytes[19] = {};
     std::span<unsigned char const> const huge{bytes, SIZE_MAX / 2}; // only the first 19 are looked at
-    EXPECT_EQ(dump_bytes(huge, "", colors, false),
+    EXPECT_EQ(dump_bytes(huge, "", colors, Length::cut),
               "<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00"
               "<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00<byte>00"
               " ... <parenthesis>(<count>9223372036854775807 bytes<parenthesis>) <reset>");
@@ -333,7 +238,7 @@ TEST(DumpBytes, OfMoreThanAnyStringHoldsIsOutOfMemory)
     unsigned char const byte = 0;
     std::size_t const most = std::string{}.max_size();
     auto const dump = [&](std::size_t size, std::string_view separator, DumpColors const& c) {
-        return dump_bytes(std::span<unsigned char const>{&byte, size}, separator, c, true);
+        return dump_bytes(std::span<unsigned char const>{&byte, size}, separator, c, Length::whole);
     };
     EXPECT_THROW(dump(SIZE_MAX / 2, "", plain), std::bad_alloc);
     EXPECT_THROW(dump(most / 2 + 1, "", plain), std::bad_alloc);
@@ -361,80 +266,6 @@ TEST(DumpBytes, AllocatesItsTextOnceAndNothingElse)
             EXPECT_EQ(made.bytes, text.size() + 1);
         }
     }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Fresh memory
-// ---------------------------------------------------------------------------------------------
-
-// What the kernel was asked last; it refuses all of it.
-struct Advice {
-    int times = 0;
-    char const* start = nullptr;
-    std::size_t size = 0;
-    int what = -1;
-};
-
-Advice given;
-
-} // namespace
-
-extern "C" int madvise(void* start, std::size_t size, int what) noexcept
-{
-    given = {given.times + 1, static_cast<char const*>(start), size, what};
-    errno = EINVAL;
-    return -1;
-}
-
-namespace {
-
-std::size_t constexpr MiB = 1024 * 1024;
-
-TEST(FreshMemory, IsAskedForFrom32MegabytesOn)
-{
-    Bytes const bytes(32 * MiB / 3 + 1);
-    given = {};
-    EXPECT_EQ(dump_bytes(std::span{bytes}.first(bytes.size() - 1), " ", plain, true).size(), 32 * MiB - 2);
-    EXPECT_EQ(given.times, 0);
-    EXPECT_EQ(dump_bytes(bytes, " ", plain, true).size(), 32 * MiB + 1);
-    EXPECT_EQ(given.times, 1);
-    EXPECT_EQ(dump_bytes(std::span{bytes}.first(bytes.size() - 1), " ", {"", "", "", ".."}, true).size(), 32 * MiB);
-    EXPECT_EQ(given.times, 2);
-}
-
-TEST(FreshMemory, IsAskedForForWordsToo)
-{
-    std::vector<unsigned int> const words(32 * MiB / 9 + 1);
-    given = {};
-    EXPECT_EQ(dump_words(words).size(), 32 * MiB + 7);
-    EXPECT_EQ(given.times, 1);
-}
-
-TEST(FreshMemory, IsThatOfTheTextFromItsFirstWholePageOn)
-{
-    std::size_t const page = 64 * 1024;
-    Bytes const bytes(11 * MiB + page);
-    std::vector<std::string> texts; // kept, so that each lies elsewhere in its first page
-    for (std::size_t i = 0; i != 4; ++i) {
-        given = {};
-        texts.push_back(dump_bytes(std::span{bytes}.first(11 * MiB + i * page / 6), " ", plain, true));
-        std::string const& text = texts.back();
-        EXPECT_EQ(given.what, MADV_POPULATE_WRITE);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(given.start) % page, 0u);
-        EXPECT_GE(given.start, text.data());
-        EXPECT_LT(given.start, text.data() + page);
-        EXPECT_EQ(given.start + given.size, text.data() + text.size());
-    }
-}
-
-TEST(FreshMemory, ThatTheKernelRefusesLeavesErrnoAlone)
-{
-    Bytes const bytes(11 * MiB);
-    given = {};
-    errno = ENOTTY;
-    std::string const text = whole(bytes, " ");
-    EXPECT_EQ(errno, ENOTTY);
-    EXPECT_EQ(given.times, 1);
 }
 
 TEST(BytesOf, AreThoseOfTheText)
