@@ -219,6 +219,8 @@ std::vector<std::string> symbols_of_string_interface()
 {
     std::vector<std::string> others = {scope + "Hueline::isUsingColor()",
                                        scope + "Hueline::getNoFrillsMode()",
+                                       scope + "Hueline::_useColor",
+                                       scope + "Hueline::_noFrillsMode",
                                        scope + "HexDump::isLongDumps()",
                                        scope + "HuelineExceptionInterface::~HuelineExceptionInterface()",
                                        scope + "UnknownCodeException::~UnknownCodeException()",

@@ -7,6 +7,7 @@
 #include "classic/modes.hpp"
 #include "support/readable.hpp"
 
+#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -15,6 +16,16 @@ namespace {
 
 using namespace hueline::test;
 using kestry::Hueline;
+
+TEST(TableOfTheStringInterface, GivesEachANumberAndANameOfItsOwn)
+{
+    std::set<int> numbers;
+    std::set<std::string> names;
+    for (ClassicOperation const& each : classic_operations()) {
+        EXPECT_TRUE(numbers.insert(each.number).second && names.insert(each.name).second) << each.name;
+        EXPECT_LT(each.number, 200) << each.name << ": the standard library's operations are from there on";
+    }
+}
 
 TEST(OperationsOfTheStringInterface, ReturnWhatTheirRowsSay)
 {

@@ -10,6 +10,7 @@
 
 #include <iostream>
 #include <sstream>
+#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -18,6 +19,16 @@ namespace {
 
 using namespace hueline::test;
 using namespace kestry::Hueline;
+
+TEST(TableOfTheStreamInterface, GivesEachANumberAndANameOfItsOwn)
+{
+    std::set<int> numbers;
+    std::set<std::string> names;
+    for (StreamOperation const& each : stream_operations()) {
+        EXPECT_TRUE(numbers.insert(each.number).second && names.insert(each.name).second) << each.name;
+        EXPECT_LT(each.number, 200) << each.name << ": the standard library's operations are from there on";
+    }
+}
 
 struct Place {
     std::string name;

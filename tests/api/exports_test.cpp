@@ -1,4 +1,4 @@
-// The table of operations and the list of exported symbols name the same, and no number or name is given twice.
+// The table of operations and the list of exported symbols name the same.
 
 #include "operations.hpp"
 

@@ -25,14 +25,6 @@ void write(ModelStream& s, std::string const& text)
     s.os.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
-// A frame of an indicator, at once. An empty one leaves the stream alone, even a bad one that throws.
-void draw(ModelStream& s, std::string const& frame)
-{
-    if (!frame.empty()) {
-        write(s, frame);
-    }
-}
-
 void end_line(ModelStream& s)
 {
     s.os.put(s.os.widen('\n'));
@@ -709,7 +701,7 @@ std::string StreamModel::spinner_frame(std::string const& frames, std::string co
 
 void StreamModel::spinner(ModelStream& s, std::string const& frames, std::string const& label)
 {
-    draw(s, spinner_frame(frames, label));
+    write(s, spinner_frame(frames, label));
 }
 
 void StreamModel::status_line(ModelStream& s, Step const& step)
@@ -734,7 +726,7 @@ void StreamModel::status_line(ModelStream& s, Step const& step)
         line += spinner_frame(frames, spin_label);
         line += repeated(todo, end - position - 1);
     }
-    draw(s, line + suffix);
+    write(s, line + suffix);
 }
 
 void StreamModel::progress_meter(ModelStream& s, Step const& step)

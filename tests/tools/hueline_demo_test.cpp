@@ -446,14 +446,8 @@ struct Matrix {
 
 Matrix matrix()
 {
-    Demonstration coloured;
-    coloured.matrix();
-    coloured.reset();
-    Demonstration without_frills({.no_frills = true});
-    without_frills.matrix();
-    Demonstration piped = plain();
-    piped.matrix();
-    return {coloured.bytes(), without_frills.bytes(), piped.bytes()};
+    std::string const operation = "test_pattern_matrix";
+    return {on_a_terminal({operation, "reset"}), without_frills({operation}), on_a_pipe({operation})};
 }
 
 TEST(Color, IsTakenFromATerminalByNoFrillsMode)
@@ -509,10 +503,8 @@ TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
 
 TEST(Color, OfTheIndicatorsIsEndedWhereColourIsNotWanted)
 {
-    Demonstration status({.no_frills = true});
-    status.status_line();
     Outcome const run = demo(on_terminals, {"--color=never", "status"}, without_waits);
-    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(without_frills({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
     expect_default_rendition_behind(run.out);
 }
 
