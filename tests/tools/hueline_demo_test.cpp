@@ -1,4 +1,4 @@
-#include "stream/demonstration.hpp"
+#include "model/told.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -275,11 +275,9 @@ TEST(Misuse, MessageIsOneLineAndColoursNothing)
 // Demonstrations
 // ---------------------------------------------------------------------------------------------
 
-Demonstration plain() { return Demonstration({.is_terminal = false}); }
-
 struct Pattern {
     std::string name;
-    void (Demonstration::*show)();
+    std::string operation;  // of the library
     std::string first_line; // elsewhere than on a terminal
     std::size_t size;       // bytes, likewise
 };
@@ -290,19 +288,40 @@ std::string const product = "Kestry Hueline Library (Hueline)\n";
 
 // clang-format off
 Pattern const patterns[] = {
-    {"codes",        &Demonstration::supported_m_codes, "",                         0},
-    {"normal-reset", &Demonstration::normal_reset,      heading,                    213},
-    {"matrix",       &Demonstration::matrix,            " no frills mode is off \n", 908},
-    {"palette",      &Demonstration::palette_of_16,     heading,                    1452},
-    {"greyscale",    &Demonstration::greyscale,         greys_heading,              1715},
-    {"rgb",          &Demonstration::cube,              heading,                    5011},
+    {"codes",        "test_pattern_supported_m_codes", "",                          0},
+    {"normal-reset", "test_pattern_normal_reset",      heading,                     213},
+    {"matrix",       "test_pattern_matrix",            " no frills mode is off \n", 908},
+    {"palette",      "test_pattern_256bit",            heading,                     1452},
+    {"greyscale",    "test_pattern_greyscale",         greys_heading,               1715},
+    {"rgb",          "test_pattern_rgb",               heading,                     5011},
 };
 // clang-format on
 
-void expect_pattern_on_pipe(Arguments const& arguments, Demonstration const& expected)
+std::string const status_line = "test_pattern_status_line";
+std::string const progress_line = "test_pattern_progress_line";
+std::string const version_banner = "build_version";
+
+std::string told_of(Sinks sinks, std::vector<Step> steps, std::vector<std::string> const& operations)
+{
+    steps.push_back({"colorize", "cout"});
+    for (std::string const& operation : operations) {
+        steps.push_back({operation, "cout"});
+    }
+    return told(sinks, steps);
+}
+
+// What the library writes in a program that does this and nothing else.
+std::string on_a_pipe(std::vector<std::string> const& operations) { return told_of(on_pipes, {}, operations); }
+std::string on_a_terminal(std::vector<std::string> const& operations) { return told_of(on_terminals, {}, operations); }
+std::string without_frills(std::vector<std::string> const& operations)
+{
+    return told_of(on_terminals, {{"_setNoFrillsMode", "", {1}}}, operations);
+}
+
+void expect_pattern_on_pipe(Arguments const& arguments, std::string const& expected)
 {
     Outcome const run = demo(on_pipes, arguments);
-    EXPECT_EQ(difference(expected.bytes(), run.out), "");
+    EXPECT_EQ(difference(expected, run.out), "");
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
 }
@@ -311,9 +330,7 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
 {
     for (Pattern const& pattern : patterns) {
         SCOPED_TRACE(pattern.name);
-        Demonstration expected = plain();
-        (expected.*pattern.show)();
-        expect_pattern_on_pipe({pattern.name}, expected);
+        expect_pattern_on_pipe({pattern.name}, on_a_pipe({pattern.operation}));
 
         Outcome const run = demo(on_pipes, {pattern.name});
         EXPECT_EQ(run.out.substr(0, run.out.find('\n') + 1), pattern.first_line);
@@ -324,44 +341,31 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
 
 TEST(OnAPipe, IndicatorsKeepTheirOwnColoursAndDoNotWait)
 {
-    Demonstration status = plain();
-    status.status_line();
-    Demonstration progress = plain();
-    progress.progress_line();
-
     auto const start = std::chrono::steady_clock::now();
-    expect_pattern_on_pipe({"status"}, status);
-    expect_pattern_on_pipe({"progress"}, progress);
+    expect_pattern_on_pipe({"status"}, on_a_pipe({status_line}));
+    expect_pattern_on_pipe({"progress"}, on_a_pipe({progress_line}));
     EXPECT_LT(std::chrono::steady_clock::now() - start, 7s); // with the waits it would be 7.5
 }
 
 TEST(OnAPipe, BannerIsTheLibrarysTextAndNothingElse)
 {
-    Demonstration expected = plain();
-    expected.version();
-    expect_pattern_on_pipe({}, expected);
-    expect_pattern_on_pipe({"banner"}, expected);
+    expect_pattern_on_pipe({}, on_a_pipe({version_banner}));
+    expect_pattern_on_pipe({"banner"}, on_a_pipe({version_banner}));
     EXPECT_EQ(demo(on_pipes, {}).out.substr(0, product.size()), product);
 }
 
 TEST(OnAPipe, DemonstrationsFollowEachOtherInTheOrderGiven)
 {
-    Demonstration expected = plain();
-    expected.cube();
-    expected.matrix();
-    expected.cube();
-    expect_pattern_on_pipe({"rgb", "matrix", "rgb"}, expected);
+    expect_pattern_on_pipe({"rgb", "matrix", "rgb"},
+                           on_a_pipe({"test_pattern_rgb", "test_pattern_matrix", "test_pattern_rgb"}));
 }
 
 TEST(OnATerminal, DemonstrationEndsInTheDefaultRendition)
 {
     for (Pattern const& pattern : patterns) {
         SCOPED_TRACE(pattern.name);
-        Demonstration expected;
-        (expected.*pattern.show)();
-        expected.reset();
         Outcome const run = demo(on_terminals, {pattern.name});
-        EXPECT_EQ(difference(expected.bytes(), run.out), "");
+        EXPECT_EQ(difference(on_a_terminal({pattern.operation, "reset"}), run.out), "");
         EXPECT_EQ(run.err, "");
         EXPECT_EQ(run.status, 0);
         expect_default_rendition_behind(run.out);
@@ -370,49 +374,36 @@ TEST(OnATerminal, DemonstrationEndsInTheDefaultRendition)
 
 TEST(OnATerminal, BannerIsFollowedByAReset)
 {
-    Demonstration expected;
-    expected.version();
     Outcome const run = demo(on_terminals, {}, without_waits);
-    EXPECT_EQ(difference(expected.bytes() + "\x1b[00m\x1b[25h", run.out), "");
+    EXPECT_EQ(difference(on_a_terminal({version_banner}) + "\x1b[00m\x1b[25h", run.out), "");
     EXPECT_EQ(run.status, 0);
     expect_default_rendition_behind(run.out);
 }
 
 TEST(OnATerminal, IndicatorsKeepTheirLastFrameOnALineOfItsOwn)
 {
-    Demonstration status;
-    status.status_line();
     Outcome run = demo(on_terminals, {"status"}, without_waits);
-    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(on_a_terminal({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
     expect_default_rendition_behind(run.out);
 
-    Demonstration progress;
-    progress.progress_line();
     run = demo(on_terminals, {"progress"}, without_waits);
-    EXPECT_EQ(difference(progress.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(on_a_terminal({progress_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
 }
 
 TEST(OnATerminal, EachDemonstrationStartsFromTheDefaultRecord)
 {
-    Demonstration expected;
-    expected.cube();
-    expected.reset();
-    expected.matrix();
-    expected.reset();
-    EXPECT_EQ(difference(expected.bytes(), demo(on_terminals, {"rgb", "matrix"}).out), "");
+    EXPECT_EQ(difference(on_a_terminal({"test_pattern_rgb", "reset", "test_pattern_matrix", "reset"}),
+                         demo(on_terminals, {"rgb", "matrix"}).out),
+              "");
 }
 
 TEST(OnATerminal, ColourIsForStandardOutputWhateverStandardErrorIs)
 {
-    Demonstration expected;
-    expected.matrix();
-    expected.reset();
-    EXPECT_EQ(difference(expected.bytes(), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out), "");
-
-    Demonstration plain_matrix = plain();
-    plain_matrix.matrix();
+    EXPECT_EQ(
+        difference(on_a_terminal({"test_pattern_matrix", "reset"}), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out),
+        "");
     for (Sink const out : {Sink::pipe, Sink::file}) {
-        EXPECT_EQ(difference(plain_matrix.bytes(), demo({out, Sink::terminal}, {"matrix"}).out), "");
+        EXPECT_EQ(difference(on_a_pipe({"test_pattern_matrix"}), demo({out, Sink::terminal}, {"matrix"}).out), "");
     }
 }
 
@@ -420,12 +411,10 @@ TEST(NoFrills, ATerminalReceivesNoSequence)
 {
     for (Pattern const& pattern : patterns) {
         SCOPED_TRACE(pattern.name);
-        Demonstration expected({.no_frills = true});
-        (expected.*pattern.show)();
         for (Arguments const& arguments : {Arguments{"--no-frills", pattern.name}, Arguments{"-n", pattern.name},
                                            Arguments{pattern.name, "--no-frills"}}) {
             Outcome const run = demo(on_terminals, arguments);
-            EXPECT_EQ(difference(expected.bytes(), run.out), "");
+            EXPECT_EQ(difference(without_frills({pattern.operation}), run.out), "");
             EXPECT_FALSE(has_sequences(run.out));
         }
     }
@@ -433,25 +422,17 @@ TEST(NoFrills, ATerminalReceivesNoSequence)
 
 TEST(NoFrills, ColoursOfTheIndicatorsAreEndedOnATerminal)
 {
-    Demonstration status({.no_frills = true});
-    status.status_line();
-    Demonstration progress({.no_frills = true});
-    progress.progress_line();
-    Demonstration banner({.no_frills = true});
-    banner.version();
     std::string const end = "\x1b[00m\x1b[25h";
-
-    EXPECT_EQ(difference(status.bytes() + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
-    EXPECT_EQ(difference(progress.bytes() + end + "\n", demo(on_terminals, {"-n", "progress"}).out), "");
-    EXPECT_EQ(difference(banner.bytes() + end, demo(on_terminals, {"-n"}).out), "");
+    EXPECT_EQ(difference(without_frills({status_line}) + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
+    EXPECT_EQ(difference(without_frills({progress_line}) + end + "\n", demo(on_terminals, {"-n", "progress"}).out), "");
+    EXPECT_EQ(difference(without_frills({version_banner}) + end, demo(on_terminals, {"-n"}).out), "");
 }
 
 TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
 {
-    Demonstration expected({.no_frills = true});
-    expected.matrix();
     Outcome const run = demo(on_terminals, {"-n", "status", "matrix"});
-    EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))), readable(expected.bytes()));
+    EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))),
+              readable(without_frills({"test_pattern_matrix"})));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -467,14 +448,8 @@ struct Matrix {
 
 Matrix matrix()
 {
-    Demonstration coloured;
-    coloured.matrix();
-    coloured.reset();
-    Demonstration without_frills({.no_frills = true});
-    without_frills.matrix();
-    Demonstration piped = plain();
-    piped.matrix();
-    return {coloured.bytes(), without_frills.bytes(), piped.bytes()};
+    std::string const operation = "test_pattern_matrix";
+    return {on_a_terminal({operation, "reset"}), without_frills({operation}), on_a_pipe({operation})};
 }
 
 TEST(Color, IsTakenFromATerminalByNoFrillsMode)
@@ -530,10 +505,8 @@ TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
 
 TEST(Color, OfTheIndicatorsIsEndedWhereColourIsNotWanted)
 {
-    Demonstration status({.no_frills = true});
-    status.status_line();
     Outcome const run = demo(on_terminals, {"--color=never", "status"}, without_waits);
-    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(without_frills({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
     expect_default_rendition_behind(run.out);
 }
 
@@ -829,15 +802,12 @@ TEST(Signal, WritesNothingElsewhereThanToATerminal)
 
 TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
 {
-    Demonstration expected;
-    expected.status_line();
-    expected.reset();
     for (auto const& [signal, name] : {std::pair(SIGINT, "INT"), std::pair(SIGHUP, "HUP")}) {
         std::string const command = std::string("trap '' ") + name + R"(; exec "$0" status)";
         Outcome const run =
             shell({Sink::terminal, Sink::pipe}, command, {}, {.interrupt = Interrupt{signal, "\x1b[93m"}});
         EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(difference(expected.bytes() + "\n", run.out), "");
+        EXPECT_EQ(difference(on_a_terminal({status_line, "reset"}) + "\n", run.out), "");
     }
 }
 
