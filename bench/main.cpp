@@ -38,7 +38,7 @@ template <class Visit>
 void for_each_run(Visit visit)
 {
     for (auto const topic : {styled_line, colored_text, true_color_stream, true_color_class, plain_dump, colored_dump,
-                             indicators, kit_line, kit_style}) {
+                             indicators, kit_line, kit_style, kit_text, kit_progress}) {
         for_each_run("workload", topic(), visit);
     }
     for_each_run("growth", growth(), visit);

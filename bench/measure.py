@@ -2,9 +2,12 @@
 
 import json
 import os
+import random
 import re
 import shutil
+import statistics
 import subprocess
+import time
 from dataclasses import dataclass
 from pathlib import Path
 
@@ -161,6 +164,30 @@ def process_start(build):
                instructions_of(f"{program}-hueline") / without, 1.085),
         Figure("the same for a library in which there is nothing", instructions_of(f"{program}-nothing") / without, None),
     ]
+
+
+def hex_views(build, results):
+    """The whole run of a process that writes the view of 64 MiB to a file, against that of the tools."""
+    program = build / "bench/hueline-bench-hexview"
+    sample = results / "64MiB"
+    sample.write_bytes(random.Random(1).randbytes(64 * 2**20))
+
+    def seconds(*command):
+        view = results / "view"
+        view.unlink(missing_ok=True)
+        with view.open("wb") as out:
+            start = time.monotonic()
+            subprocess.run([*command, sample], check=True, stdout=out)
+            return time.monotonic() - start
+
+    for tool, layout in ((["xxd"], "xxd"), (["hexdump", "-C"], "hexdump")):
+        runs = [(seconds(program, layout), seconds(*tool)) for _ in range(7)]
+        ours, theirs = (statistics.median(times) for times in zip(*runs))
+        yield Figure(f"time of a hex view of 64 MiB to a file, against `{' '.join(tool)}`", ours / theirs, 0.10)
+    plain, colored = map(float, output_of(program, "memory").split())
+    yield Figure("a hex view in memory", plain, 2, "ns a byte")
+    yield Figure("the same in colour", colored, 1000 / 150, "ns a byte")
+    sample.unlink()
 
 
 def headers(compiler, include, results):

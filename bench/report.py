@@ -44,6 +44,7 @@ def main(build):
         *measure.memory(build),
         *measure.shared_object(build, results),
         *measure.process_start(build),
+        *measure.hex_views(build, results),
         *measure.headers(compiler, TOP / "include", results),
     ]
 

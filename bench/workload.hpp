@@ -72,6 +72,8 @@ Workloads colored_dump();
 Workloads indicators();
 Workloads kit_line();
 Workloads kit_style();
+Workloads kit_text();
+Workloads kit_progress();
 Workloads growth();
 
 } // namespace hueline::bench

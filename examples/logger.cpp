@@ -6,6 +6,7 @@
 // class Log: one Log may be used by any number of threads, as long as nothing else uses the string
 // interface or localtime(3).
 #include <kestry/hueline_classic.hpp>
+#include <kestry/kit/text.hpp>
 
 #include <kestry/kit/policy.hpp>
 
@@ -27,7 +28,9 @@ public:
     {
         std::lock_guard<std::mutex> const lock(mutex);
         std::string const plain = kestry::ColorTheme::defaultOperatingSystemText(); // nothing else ends a colour
-        os << kestry::Hueline::current_time() + plain + ' ' + themed(level) + plain + ' ' + harmless(text) + '\n';
+        // What a log is told may come from anywhere: no sequence in it recolours the terminal, no line end forges a line.
+        os << kestry::Hueline::current_time() + plain + ' ' + themed(level) + plain + ' ' +
+                  kestry::kit::escape_untrusted(text, {.keep_tab = true}) + '\n';
         os.flush();
     }
 
@@ -45,20 +48,6 @@ private:
             break;
         }
         return kestry::ColorTheme::alert("error  ");
-    }
-
-    // What a log is told may come from anywhere. Control characters could recolour the terminal or
-    // forge a line: those of ASCII and, in UTF-8, U+0080 to U+009F, which are 0xc2 and a second byte.
-    static std::string harmless(std::string text)
-    {
-        unsigned char before = 0;
-        for (char& c : text) {
-            auto const byte = static_cast<unsigned char>(c);
-            bool const is_control = byte < 0x20 || byte == 0x7f || (before == 0xc2 && byte >= 0x80 && byte <= 0x9f);
-            c = is_control ? '?' : c;
-            before = byte;
-        }
-        return text;
     }
 
     std::mutex mutex;

@@ -3,7 +3,8 @@
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 for_build=(g++ cmake ninja-build libutf8proc-dev)
-for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev)
+for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev
+    libfmt-dev unicode-data xxd bsdextrautils)
 
 say() { printf '%s\n' "$*" >&2; }
 

@@ -1,5 +1,7 @@
 #include "console.hpp"
 
+#include "kestry/kit/text.hpp"
+
 #include <csignal>
 #include <iostream>
 #include <unistd.h>
@@ -62,14 +64,6 @@ void complain(std::string_view text)
     std::cerr << line; // in one piece: each insertion is a write of its own
 }
 
-std::string quoted(std::string_view text)
-{
-    std::string shown = "'";
-    for (char const c : text) {
-        bool const is_control = static_cast<unsigned char>(c) < 0x20 || c == 0x7f;
-        shown += is_control ? '?' : c;
-    }
-    return shown += '\'';
-}
+std::string quoted(std::string_view text) { return '\'' + kestry::kit::escape_untrusted(text) + '\''; }
 
 } // namespace demo

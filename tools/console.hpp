@@ -25,7 +25,7 @@ void progress_line_stands(bool stands);
 /// Writes one line to standard error: the name of the tool, a colon and the text.
 void complain(std::string_view text);
 
-/// Returns the text between quotes, fit for a line on a terminal: control characters show as "?".
+/// Returns the text between quotes, fit for a line on a terminal: what could do harm there shows as "\x1b", "\u{202e}".
 std::string quoted(std::string_view text);
 
 } // namespace demo

@@ -3,6 +3,7 @@
 #include "console.hpp"
 #include "dump.hpp"
 
+#include <kestry/kit/hexview.hpp>
 #include <kestry/kit/policy.hpp>
 
 #include <algorithm>
@@ -13,6 +14,7 @@
 #include <fcntl.h>
 #include <iostream>
 #include <optional>
+#include <span>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,6 +23,7 @@ namespace demo {
 namespace {
 
 using namespace kestry::Hueline;
+namespace kit = kestry::kit;
 
 std::size_t constexpr bytes_per_line = 16;
 std::size_t constexpr characters_per_line = 3 * bytes_per_line; // two digits and a separator each
@@ -115,52 +118,84 @@ void write_lines(std::vector<unsigned char> const& bytes)
     std::cout.write(text.data(), static_cast<std::streamsize>(text.size())).flush();
 }
 
-// Dumps what there is to read, each line as soon as it is full. Returns 0, or why reading failed.
-int dump(int file)
+// Writes the lines of bytes that come piece by piece, each as soon as it is full. No bytes are the end.
+class Lines {
+public:
+    void add(std::span<unsigned char const> bytes)
+    {
+        held.insert(held.end(), bytes.begin(), bytes.end());
+        std::size_t const unfinished = bytes.empty() ? 0 : held.size() % bytes_per_line;
+        std::vector<unsigned char> const rest(held.end() - static_cast<std::ptrdiff_t>(unfinished), held.end());
+        held.resize(held.size() - unfinished);
+        write_lines(held);
+        held = rest;
+    }
+
+private:
+    std::vector<unsigned char> held;
+};
+
+// The same, as hexdump -C writes them.
+class CanonicalLines {
+public:
+    void add(std::span<unsigned char const> bytes)
+    {
+        if (bytes.empty()) {
+            rows.finish();
+        } else {
+            rows.write(std::as_bytes(bytes));
+        }
+        std::cout.flush();
+    }
+
+private:
+    kit::hex_writer rows{std::cout, {.layout = kit::hex_layout::hexdump_c, .colored = !_getNoFrillsMode()}};
+};
+
+// Dumps what there is to read. Returns 0, or why reading failed.
+template <class Form>
+int dump(int file, Form lines)
 {
     Progress progress{bytes_ahead(file)};
     std::uint64_t bytes_done = 0;
-    std::vector<unsigned char> bytes;
+    std::vector<unsigned char> bytes(bytes_per_read);
     for (;;) {
-        std::size_t const held = bytes.size(); // less than a line
-        bytes.resize(held + bytes_per_read);
-        ssize_t const result = ::read(file, bytes.data() + held, bytes_per_read);
+        ssize_t const result = ::read(file, bytes.data(), bytes.size());
         int const reason = result < 0 ? errno : 0;
         std::size_t const got = result < 0 ? 0 : static_cast<std::size_t>(result);
-        bytes.resize(held + got);
-
-        std::size_t const unfinished = got == 0 ? 0 : bytes.size() % bytes_per_line;
-        std::vector<unsigned char> const rest(bytes.end() - static_cast<std::ptrdiff_t>(unfinished), bytes.end());
-        bytes.resize(bytes.size() - unfinished);
         if (output_is_terminal()) {
             progress.wipe(); // likely the same terminal
         }
-        write_lines(bytes);
+        lines.add(std::span(bytes).first(got));
         if (got == 0) {
             return reason;
         }
         bytes_done += got;
         progress.show(bytes_done);
-        bytes = rest;
     }
 }
 
+int dump(int file, DumpForm form)
+{
+    return form == DumpForm::canonical ? dump(file, CanonicalLines{}) : dump(file, Lines{});
+}
+
 // Opens, dumps and closes. Returns 0, or why that failed.
-int dump_named(std::string const& name)
+int dump_named(std::string const& name, DumpForm form)
 {
     int const file = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
     if (file < 0) {
         return errno;
     }
-    int const reason = dump(file);
+    int const reason = dump(file, form);
     ::close(file);
     return reason;
 }
 
-bool dump_file(std::string const& name)
+bool dump_file(std::string const& name, DumpForm form)
 {
     bool const is_input = name == "-";
-    int const reason = is_input ? dump(STDIN_FILENO) : dump_named(name);
+    int const reason = is_input ? dump(STDIN_FILENO, form) : dump_named(name, form);
     if (reason != 0) {
         complain("cannot read " + (is_input ? "standard input" : quoted(name)) + ": " + std::strerror(reason));
     }
@@ -169,15 +204,15 @@ bool dump_file(std::string const& name)
 
 } // namespace
 
-bool dump_files(std::vector<std::string> const& files)
+bool dump_files(std::vector<std::string> const& files, DumpForm form)
 {
     HexDump::_longDumps = true;
     if (files.empty()) {
-        return dump_file("-");
+        return dump_file("-", form);
     }
     bool all_read = true;
     for (std::string const& name : files) {
-        all_read = dump_file(name) && all_read;
+        all_read = dump_file(name, form) && all_read;
     }
     return all_read;
 }

@@ -7,6 +7,12 @@
 
 namespace demo {
 
+/// How a file is written.
+enum class DumpForm {
+    bytes,     ///< Nothing but digits.
+    canonical, ///< As hexdump -C: offset, digits and text, in colours of their own where there is colour.
+};
+
 /// Writes the files to standard output in hexadecimal, one after the other, sixteen bytes a line.
 /// Each starts on a line of its own. "-" is standard input, and so is an empty list.
 ///
@@ -15,6 +21,6 @@ namespace demo {
 ///
 /// A file that cannot be read, or not to its end, is named in one line on standard error; the others
 /// are dumped all the same. Returns whether all of them were read.
-bool dump_files(std::vector<std::string> const& files);
+bool dump_files(std::vector<std::string> const& files, DumpForm form);
 
 } // namespace demo

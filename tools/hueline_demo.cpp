@@ -100,6 +100,7 @@ struct Request {
     kit::color_option color;
     std::vector<Demonstration const*> shows;
     std::vector<std::string> files; // for dump
+    DumpForm form = DumpForm::bytes;
 };
 
 int constexpr color_value = 256; // no character: the option has no short form
@@ -111,6 +112,7 @@ option const options[] = {
     {"list",      no_argument,       nullptr, 'l'},
     {"no-frills", no_argument,       nullptr, 'n'},
     {"color",     optional_argument, nullptr, color_value},
+    {"canonical", no_argument,       nullptr, 'C'},
     {nullptr,     0,                 nullptr, 0},
 };
 // clang-format on
@@ -119,7 +121,7 @@ option const options[] = {
 // an argument.
 Misuse refused_option(char* const* argv)
 {
-    std::string const possible = ": the options are --help, --version, --list, --no-frills and --color";
+    std::string const possible = ": the options are --help, --version, --list, --no-frills, --color and --canonical";
     for (option const* known = options; known->name != nullptr; ++known) {
         if (known->val == optopt) {
             return Misuse("option '--" + std::string(known->name) + "' takes no argument" + possible);
@@ -156,7 +158,7 @@ Request read_options(int argc, char* const* argv)
     Request request;
     opterr = 0; // its messages would not say what is possible
     for (;;) {
-        switch (getopt_long(argc, argv, "hVln", options, nullptr)) {
+        switch (getopt_long(argc, argv, "hVlnC", options, nullptr)) {
         case -1:
             return request;
         case 'h':
@@ -170,6 +172,9 @@ Request read_options(int argc, char* const* argv)
             return request;
         case 'n':
             request.no_frills = true;
+            break;
+        case 'C':
+            request.form = DumpForm::canonical;
             break;
         case color_value:
             request.color = read_color(optarg);
@@ -219,6 +224,7 @@ Shows what libhueline writes: in colour on a terminal, as plain text elsewhere.
                       no colour but what the library writes in that mode too
       --color[=WHEN]  auto, the default, always or never; 16, 256 and 24bit are
                       as always; never is no-frills mode on a terminal
+  -C, --canonical     dump as hexdump -C does: offsets, bytes and text
 
 With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
 and each of the two streams whether it is a terminal.
@@ -251,7 +257,7 @@ void tidy_up_after(Demonstration const& shown)
         return;
     }
     UseFrillsMode const frills;
-    std::cout << colorize << reset; // as its colours, past the policy
+    std::cout << colorize << reset; // past the policy, as the colours of its cells
     if (shown.leaves == Leaves::open_line && output_is_terminal()) {
         std::cout << '\n';
     }
@@ -280,7 +286,7 @@ int demonstrate(Request const& request)
     bool all_read = true;
     for (Demonstration const* const shown : request.shows) {
         if (shown->name == dump_name) {
-            all_read = dump_files(request.files);
+            all_read = dump_files(request.files, request.form);
         } else {
             std::cout << shown->show;
             tidy_up_after(*shown);

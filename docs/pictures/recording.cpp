@@ -137,7 +137,7 @@ std::vector<Program> programs(Folder const& folder)
          .status = 1,
          .cols = 100},
         {.name = "example-hexview",
-         .title = "Offsets, bytes and text of a file in three colours",
+         .title = "Offsets, bytes and text of a file, in a colour for each kind of byte",
          .argv = {examples + "/hexview", capture},
          .command = "hexview frame_monitor.capture"},
         {.name = "example-logger",

@@ -20,7 +20,7 @@ struct Scene {
 /// The scenes of the stream interface, to be drawn while std::cout is colorized.
 std::vector<Scene> stream_scenes();
 
-/// The scenes of the class-based interface, to be drawn through draw_in_colour().
+/// The scenes of the string interface, to be drawn through draw_in_colour().
 std::vector<Scene> string_scenes();
 
 /// Colorizes std::cout.

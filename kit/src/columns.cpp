@@ -13,13 +13,7 @@ namespace {
 unsigned constexpr widest_cluster = 2;
 char32_t constexpr emoji_presentation = 0xfe0f; // VS16
 
-// Whether East_Asian_Width of the code point, to which no character is assigned, is W: EastAsianWidth.txt says so for
-// what is left in the planes and the block of ideographs.
-bool is_wide_by_default(char32_t code)
-{
-    return (code >= 0x20000 && code <= 0x2fffd) || (code >= 0x30000 && code <= 0x3fffd) ||
-           (code >= 0xf900 && code <= 0xfaff);
-}
+bool is_between(char32_t code, char32_t first, char32_t last) { return first <= code && code <= last; }
 
 } // namespace
 
@@ -34,28 +28,30 @@ column_counter::properties column_counter::look_up(char32_t code) noexcept
                                   : break_class::other,
                 static_cast<unsigned char>(is_control ? 0 : 1)};
     }
-    return look_up_assigned(code);
+    return look_up_in_tables(code);
 }
 
-column_counter::properties column_counter::look_up_assigned(char32_t code) noexcept
+column_counter::properties column_counter::look_up_in_tables(char32_t code) noexcept
 {
     utf8proc_property_t const& property = *utf8proc_get_property(static_cast<utf8proc_int32_t>(code));
-    auto const width = static_cast<unsigned char>(property.charwidth);
+    // A mark that moves the pen takes a column.
+    bool const takes_room = property.category == UTF8PROC_CATEGORY_MC && property.charwidth == 0;
+    auto const width = static_cast<unsigned char>(takes_room ? 1 : property.charwidth);
     switch (property.boundclass) {
     case UTF8PROC_BOUNDCLASS_CR:
     case UTF8PROC_BOUNDCLASS_LF:
     case UTF8PROC_BOUNDCLASS_CONTROL:
         return {break_class::control, width};
     case UTF8PROC_BOUNDCLASS_EXTEND:
-        break;
+        return {break_class::extend, width};
     case UTF8PROC_BOUNDCLASS_ZWJ:
-        return {break_class::zwj, 0};
+        return {break_class::zwj, width};
     case UTF8PROC_BOUNDCLASS_REGIONAL_INDICATOR:
         return {break_class::regional_indicator, width};
     case UTF8PROC_BOUNDCLASS_PREPEND:
         return {break_class::prepend, width};
     case UTF8PROC_BOUNDCLASS_SPACINGMARK:
-        break;
+        return {break_class::spacing_mark, width};
     case UTF8PROC_BOUNDCLASS_L:
         return {break_class::l, width};
     case UTF8PROC_BOUNDCLASS_V: // within the columns of the leading consonant
@@ -69,15 +65,23 @@ column_counter::properties column_counter::look_up_assigned(char32_t code) noexc
     case UTF8PROC_BOUNDCLASS_EXTENDED_PICTOGRAPHIC:
         return {break_class::pictographic, width};
     default:
-        if (property.category == UTF8PROC_CATEGORY_CN) {
-            return {break_class::other, static_cast<unsigned char>(is_wide_by_default(code) ? 2 : 1)};
-        }
-        return {break_class::other, width};
+        return property.category == UTF8PROC_CATEGORY_CN ? look_up_unassigned(code)
+                                                         : properties{break_class::other, width};
     }
-    // A mark that moves the pen takes a column, whatever the cluster.
-    bool const takes_room = property.category == UTF8PROC_CATEGORY_MC && width == 0;
-    return {property.boundclass == UTF8PROC_BOUNDCLASS_EXTEND ? break_class::extend : break_class::spacing_mark,
-            takes_room ? static_cast<unsigned char>(1) : width};
+}
+
+// What DerivedCoreProperties.txt, EastAsianWidth.txt and emoji-data.txt say of code points that have no character yet.
+column_counter::properties column_counter::look_up_unassigned(char32_t code) noexcept
+{
+    if (code == 0x2065 || is_between(code, 0xfff0, 0xfff8) || is_between(code, 0xe0000, 0xe0fff)) {
+        return {break_class::control, 0}; // Default_Ignorable_Code_Point
+    }
+    if (is_between(code, 0x1f000, 0x1faff) || is_between(code, 0x1fc00, 0x1fffd)) {
+        return {break_class::pictographic, 1};
+    }
+    bool const is_ideograph =
+        is_between(code, 0xf900, 0xfaff) || is_between(code, 0x20000, 0x2fffd) || is_between(code, 0x30000, 0x3fffd);
+    return {break_class::other, static_cast<unsigned char>(is_ideograph ? 2 : 1)};
 }
 
 // GB3 to GB999.

@@ -49,7 +49,8 @@ private:
         unsigned char width;
     };
     static properties look_up(char32_t code) noexcept;
-    static properties look_up_assigned(char32_t code) noexcept;
+    static properties look_up_in_tables(char32_t code) noexcept;
+    static properties look_up_unassigned(char32_t code) noexcept;
 
     void add_printable_ascii(std::string_view run) noexcept;
     bool joins(break_class next) const noexcept;

@@ -4,6 +4,7 @@
 #include "sgr.hpp"
 
 #include <algorithm>
+#include <stdexcept>
 
 namespace kestry::kit {
 
@@ -56,7 +57,16 @@ std::size_t columns_of_tail(std::string_view tail)
     return std::max(display_width(tail), after_emoji.columns() - 1);
 }
 
-// Appends the head of a text but for the sequences in it that are not complete.
+// Keeps stray bytes from becoming a character with what they follow now: ST alone does nothing.
+void keep_apart(std::string& text, std::string_view next)
+{
+    bool const is_continuation = !next.empty() && (static_cast<unsigned char>(next[0]) & 0xc0) == 0x80;
+    if (is_continuation && !text.empty()) {
+        text += "\x1b\\";
+    }
+}
+
+// Appends the head of a text but for the sequences in it that are not complete; controls inside of them are carried out.
 void append_complete(std::string& to, std::string_view text, std::size_t size)
 {
     std::size_t done = 0;
@@ -64,12 +74,41 @@ void append_complete(std::string& to, std::string_view text, std::size_t size)
     auto const on_sequence = [&](escape_sequence const& sequence, std::size_t at) {
         if (at < size && !sequence.is_complete) {
             to += text.substr(done, at - done);
+            to += strip_escapes(text.substr(at, sequence.size));
             done = at + sequence.size;
+            keep_apart(to, text.substr(done));
         }
         return at < size;
     };
     detail::walk(text, on_character, on_sequence);
     to += text.substr(done, size - done);
+}
+
+// What a text is on a terminal.
+struct outline {
+    std::size_t columns = 0;
+    std::size_t size = 0; // bytes, but for sequences at the end that are not complete
+    detail::open_styles open;
+};
+
+outline measure(std::string_view text)
+{
+    outline found;
+    detail::column_counter counter;
+    auto const on_character = [&](character next, std::size_t at) {
+        counter.add(next);
+        found.size = at + next.size;
+        return true;
+    };
+    auto const on_sequence = [&](escape_sequence const& sequence, std::size_t at) {
+        counter.add(sequence);
+        found.open.apply(sequence);
+        found.size = sequence.is_complete ? at + sequence.size : found.size;
+        return true;
+    };
+    detail::walk(text, on_character, on_sequence);
+    found.columns = counter.columns();
+    return found;
 }
 
 } // namespace
@@ -94,6 +133,7 @@ std::string truncate(std::string_view text, std::size_t columns, std::string_vie
     } else {
         result += text.substr(0, kept.size);
     }
+    keep_apart(result, tail);
     result += tail;
     auto const on_sequence = [&](escape_sequence const& sequence, std::size_t) {
         kept.open.apply(sequence);
@@ -107,33 +147,34 @@ std::string truncate(std::string_view text, std::size_t columns, std::string_vie
 
 std::string pad(std::string_view text, std::size_t columns, alignment where)
 {
-    detail::column_counter counter;
-    detail::open_styles open;
-    std::size_t size = text.size(); // without a sequence that is broken off
-    auto const on_character = [&](character next, std::size_t) {
-        counter.add(next);
-        return true;
-    };
-    auto const on_sequence = [&](escape_sequence const& sequence, std::size_t at) {
-        counter.add(sequence);
-        open.apply(sequence);
-        if (!sequence.is_complete && at + sequence.size == text.size()) {
-            size = at;
-        }
-        return true;
-    };
-    detail::walk(text, on_character, on_sequence);
-    if (counter.columns() >= columns) {
+    outline const of = measure(text);
+    if (of.columns >= columns) {
         return std::string(text);
     }
+    std::size_t const missing = columns - of.columns;
+    std::string result;
+    if (missing > result.max_size() - text.size()) {
+        throw std::length_error("kestry::kit::pad: more columns than a string can hold");
+    }
 
-    std::size_t const blanks = columns - counter.columns();
-    std::size_t const left = where == alignment::left ? 0 : where == alignment::right ? blanks : blanks / 2;
-    std::string result(left, ' ');
-    result += text.substr(0, size);
-    if (left < blanks) {
-        open.close(result);
-        result.append(blanks - left, ' ');
+    // A mark at the head of the text joins the blank before it, and a character at its end may join the blank after it:
+    // together they may take a column less.
+    std::size_t const before = where == alignment::left ? 0 : where == alignment::right ? missing : missing / 2;
+    detail::column_counter counter;
+    counter.add(std::string_view(" ").substr(0, before));
+    counter.add(text);
+    std::size_t const lost_before = of.columns + std::min<std::size_t>(before, 1) - counter.columns();
+    std::size_t const columns_before_blank = counter.columns();
+    counter.add(std::string_view(" "));
+    std::size_t const lost_after = 1 - (counter.columns() - columns_before_blank);
+
+    bool const ends_plain = where == alignment::right;
+    result.append(before + (ends_plain ? lost_before : 0), ' ');
+    result += text.substr(0, of.size);
+    result += strip_escapes(text.substr(of.size)); // controls
+    if (!ends_plain) {
+        of.open.close(result);
+        result.append(missing - before + lost_before + lost_after, ' ');
     }
     return result;
 }

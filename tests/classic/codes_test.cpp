@@ -257,37 +257,6 @@ TEST(Codes, HaveNoGroupsWhateverTheGlobalLocale)
     EXPECT_EQ(readable(Hueline::bright_color(HexColor::red, "x")), R"(\e[1m\e[31mx\e[2m)");
 }
 
-TEST(Codes, LeaveTheSwitchesAsTheyAre)
-{
-    for (Mode const m : every_mode) {
-        InMode const mode(m);
-        Hueline::color(HexColor::red);
-        Hueline::bright_color(HexColor::red);
-        Hueline::color(1, 2, 3, 4);
-        Hueline::color_bg(1, 2, 3);
-        Hueline::color(HexColor_VGA::red);
-        Hueline::bright_color(HexColor::red, 1);
-        Hueline::bright_color(HexColor::red, "x");
-        EXPECT_EQ(Hueline::isUsingColor(), m == Mode::on);
-        EXPECT_EQ(Hueline::getNoFrillsMode(), m == Mode::no_frills);
-    }
-}
-
-TEST(CodesMemory, RunningOutIsBadAllocAndLeavesTheSwitchesAsTheyAre)
-{
-    InMode const mode(Mode::on);
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::color(100, 200, 255); }));
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::color_bg(100, 200, 255); }));
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::color(38, 100, 200, 255); }));
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::color(HexColor_VGA::silver); }));
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::color(HexColor::red, long_text); }));
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::bright_color(HexColor::red, long_text); }));
-    EXPECT_TRUE(Hueline::isUsingColor());
-    Hueline::setNoFrillsMode(true);
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::color(HexColor::red, long_text); }));
-    EXPECT_TRUE(runs_out_of_memory([] { Hueline::bright_color(HexColor::red, long_text); }));
-}
-
 TEST(CodesMemory, IsOneAllocationForALongText)
 {
     for (Mode const m : every_mode) {

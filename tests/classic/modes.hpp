@@ -1,5 +1,5 @@
 /// \file
-/// The switches of the class-based interface, set for a scope of a test.
+/// The switches of the string interface, set for a scope of a test.
 #pragma once
 
 #include "kestry/hueline_classic.hpp"

@@ -31,8 +31,8 @@ TEST(Hexview, ShowsTheSampleInColour)
     EXPECT_EQ(readable_lines(run.out), contents_of("hexview.terminal.expected"));
     // The columns stand where they do without colour, in the short last line too.
     Screen const screen{run.out};
-    EXPECT_EQ(screen.text(0), "00000000  10 07 49 44 3f c1 f3 00 0f 49 44 20 4b 65 73 74  ..ID?....ID Kest");
-    EXPECT_EQ(screen.text(7), "00000070  4f 47                                            OG");
+    EXPECT_EQ(screen.text(0), "00000000  10 07 49 44 3f c1 f3 00  0f 49 44 20 4b 65 73 74  |..ID?....ID Kest|");
+    EXPECT_EQ(screen.text(7), "00000070  4f 47                                             |OG|");
 }
 
 TEST(Hexview, ReadsStandardInput)
@@ -51,28 +51,31 @@ TEST(Hexview, ShowsAnyByteAndNoneAsItIs)
     EXPECT_EQ(shown.find_first_not_of(" !\"#$%&'()*+,-./0123456789:;<=>?@ABCDEFGHIJKLMNOPQRSTUVWXYZ[\\]^_`"
                                       "abcdefghijklmnopqrstuvwxyz{|}~\n"),
               std::string::npos);
-    EXPECT_NE(shown.find("00000070  70 71 72 73 74 75 76 77 78 79 7a 7b 7c 7d 7e 7f  pqrstuvwxyz{|}~.\n"),
+    EXPECT_NE(shown.find("00000070  70 71 72 73 74 75 76 77  78 79 7a 7b 7c 7d 7e 7f  |pqrstuvwxyz{|}~.|\n"),
               std::string::npos);
-    EXPECT_NE(shown.find("000000f0  f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff  ................\n"),
+    EXPECT_NE(shown.find("000000f0  f0 f1 f2 f3 f4 f5 f6 f7  f8 f9 fa fb fc fd fe ff  |................|\n"),
               std::string::npos);
 }
 
 TEST(Hexview, FillsAShortLineSoThatTheTextStaysInItsColumn)
 {
-    EXPECT_EQ(view("A"), "00000000  41                                               A\n");
+    EXPECT_EQ(view("A"), "00000000  41                                                |A|\n"
+                         "00000001\n");
     EXPECT_EQ(view("0123456789abcdef"),
-              "00000000  30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66  0123456789abcdef\n");
+              "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n"
+              "00000010\n");
 }
 
 TEST(Hexview, SaysWhatItCannotDo)
 {
-    for (std::string const file : {"/nonexistent", "/"}) {
-        Outcome const run = run_program(on_pipes, {EXAMPLE, file});
-        EXPECT_EQ(run.err, "hexview: cannot read the file or write it out\n");
-        EXPECT_EQ(run.status, 1);
-    }
+    Outcome const none = run_program(on_pipes, {EXAMPLE, "/nonexistent"});
+    EXPECT_EQ(none.err, "hexview: cannot open the file: No such file or directory\n");
+    EXPECT_EQ(none.status, 1);
+    Outcome const folder = run_program(on_pipes, {EXAMPLE, "/"});
+    EXPECT_EQ(folder.err, "hexview: cannot read the file: Is a directory\n");
+    EXPECT_EQ(folder.status, 1);
     Outcome const full = run_program({Sink::full, Sink::pipe}, {EXAMPLE, sample});
-    EXPECT_EQ(full.err, "hexview: cannot read the file or write it out\n");
+    EXPECT_EQ(full.err, "hexview: cannot write to standard output\n");
     EXPECT_EQ(full.status, 1);
     Outcome const misused = run_program(on_pipes, {EXAMPLE, sample, sample});
     EXPECT_EQ(misused.err, "usage: hexview [FILE]\n");

@@ -1,4 +1,4 @@
-// Programs of the whole class-based interface: colorizer objects and dumps that come and go in any
+// Programs of the whole string interface: colorizer objects and dumps that come and go in any
 // order, the switches, and every function that returns a string.
 
 #include "kestry/hueline_classic.hpp"
@@ -17,8 +17,9 @@
 namespace {
 
 using namespace hueline::fuzz;
-using hueline::test::classic_operations;
 using hueline::test::ClassicLibrary;
+using hueline::test::ClassicOperation;
+using hueline::test::operations_of_a_program;
 
 // Has seen the switches before any program; never destroyed.
 kestry::Hueline const* const at_load = new kestry::Hueline;
@@ -28,7 +29,7 @@ class Library : public ClassicLibrary {
 public:
     ~Library()
     {
-        objects.clear();
+        program.objects.clear();
         // A copy puts back the switch as its original found it.
         static_cast<void>(kestry::Hueline(*at_load));
         kestry::Hueline::setNoFrillsMode(false);
@@ -46,10 +47,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Library library;
     std::vector<Step> program;
     while (!input.is_empty() && program.size() < 100) {
-        Operation<ClassicLibrary> const& operation = classic_operations()[input.byte() % classic_operations().size()];
-        Step const step = read_step(input, operation);
+        ClassicOperation const* const operation = operation_numbered(input.byte(), operations_of_a_program());
+        if (operation == nullptr) {
+            continue;
+        }
+        Step const step = read_step(input, *operation);
         program.push_back(step);
-        compare(program, model.perform(step).facts, library.perform(operation, step));
+        compare(program, model.perform(step).facts, library.perform(*operation, step));
     }
     return 0;
 }

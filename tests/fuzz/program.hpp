@@ -1,13 +1,14 @@
 /// \file
-/// A byte string as a program of one of the interfaces: each operation is a byte and its arguments.
+/// A byte string as a program of one of the interfaces: each operation is a byte, its number, and its arguments.
 /// The library and the model of the tests follow it side by side and are compared after each step.
 #pragma once
 
 #include "check.hpp"
 #include "input.hpp"
 
-#include "model/operation.hpp"
 #include "model/step.hpp"
+
+#include "operations.hpp"
 
 #include <cstddef>
 #include <string>
@@ -85,6 +86,19 @@ inline void read_argument(Input& input, Argument kind, Step& step)
         add_text(input.text());
         return add_text(input.text());
     }
+}
+
+/// The operation of a number; null if there is none. That such bytes are passed over keeps the meaning of every input
+/// when an operation comes.
+template <class On>
+Operation<On> const* operation_numbered(int number, std::vector<Operation<On>> const& operations)
+{
+    for (Operation<On> const& each : operations) {
+        if (each.number == number) {
+            return &each;
+        }
+    }
+    return nullptr;
 }
 
 /// A step of an operation, on no stream.

@@ -28,9 +28,10 @@ namespace {
 using namespace hueline::fuzz;
 using namespace kestry::Hueline;
 using hueline::test::flush_mark;
+using hueline::test::operations_of_a_program;
 using hueline::test::Sink;
-using hueline::test::stream_operations;
 using hueline::test::StreamLibrary;
+using hueline::test::StreamOperation;
 
 bool out_is_terminal = false;
 bool err_is_terminal = false;
@@ -102,7 +103,7 @@ public:
     }
     ~Library() override
     {
-        guards.clear();
+        program.guards.clear();
         for (std::ostream* os : {&std::cout, &std::cerr, &std::clog}) {
             os->exceptions(std::ios_base::goodbit);
             os->rdbuf(nullptr);
@@ -112,7 +113,7 @@ public:
         std::locale::global(std::locale::classic());
     }
 
-    Facts perform(Operation<StreamLibrary> const& operation, Step const& step)
+    Facts perform(StreamOperation const& operation, Step const& step)
     {
         advance_clock_from_now();
         Facts const facts = StreamLibrary::perform(operation, step);
@@ -126,7 +127,8 @@ private:
     // The process has run other programs before.
     void as_at_load()
     {
-        put_back_stdio();
+        stdout = program.out;
+        stderr = program.err;
         HexDump::_longDumps = false;
         _setNoFrillsMode(false);
         std::ios const fresh(nullptr); // all words 0
@@ -185,15 +187,18 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     int patterns = 0;
     std::vector<Step> program;
     while (!input.is_empty() && program.size() < 100) {
-        Operation<StreamLibrary> const& operation = stream_operations()[input.byte() % stream_operations().size()];
-        if (is_a_pattern(operation.name) && ++patterns > 2) {
+        StreamOperation const* const operation = operation_numbered(input.byte(), operations_of_a_program());
+        if (operation == nullptr) {
+            continue;
+        }
+        if (is_a_pattern(operation->name) && ++patterns > 2) {
             break;
         }
         char const* const on = streams[input.byte() % streams.size()];
-        Step step = read_step(input, operation);
+        Step step = read_step(input, *operation);
         step.on = on;
         program.push_back(step);
-        compare(program, model.perform(step).facts, library.perform(operation, step));
+        compare(program, model.perform(step).facts, library.perform(*operation, step));
     }
     return 0;
 }

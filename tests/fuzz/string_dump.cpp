@@ -1,4 +1,4 @@
-// The class-based interface's hex dumps of arbitrary bytes, with and without colour and the cut.
+// The string interface's hex dumps of arbitrary bytes, with and without colour and the cut.
 
 #include "kestry/hueline_classic.hpp"
 

@@ -113,8 +113,8 @@ struct ClassicModel::Operations {
         {"<<",                             [](M& m, Step const& step) { m.os << m.object(step).text; }},
         {"setNoFrillsMode",                [](M& m, Step const& step) { m.no_frills = step.numbers.at(0) != 0; }},
         {"HexDump::_longDumps =",          [](M& m, Step const& step) { m.long_dumps = step.numbers.at(0) != 0; }},
-        {"hide_cursor()",                  [](M& m, Step const&) { m.result = m.is_using_color() ? "\x1b[?25l" : ""; }},
-        {"show_cursor()",                  [](M& m, Step const&) { m.result = m.is_using_color() ? "\x1b[?25h" : ""; }},
+        {"Hueline::hide_cursor()",         [](M& m, Step const&) { m.result = m.is_using_color() ? "\x1b[?25l" : ""; }},
+        {"Hueline::show_cursor()",         [](M& m, Step const&) { m.result = m.is_using_color() ? "\x1b[?25h" : ""; }},
         {"the global locale groups",       [](M&, Step const&) {}},
         {"the global locale is classic",   [](M&, Step const&) {}},
 
@@ -133,7 +133,7 @@ struct ClassicModel::Operations {
         // Time
         {"the time is",                    [](M& m, Step const& step) { m.clock = step.numbers.at(0); }},
         {"the time zone is",               [](M& m, Step const& step) { m.zone = step.numbers.at(0); }},
-        {"time_stamp()",                   [](M& m, Step const& step) { m.result = m.colored(36, step.texts.at(0)); }},
+        {"Hueline::time_stamp()",          [](M& m, Step const& step) { m.result = m.colored(36, step.texts.at(0)); }},
         {"current_time()",                 [](M& m, Step const&) { m.result = m.colored(36, m.now()); }},
 
         // Themes

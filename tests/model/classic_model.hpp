@@ -1,5 +1,5 @@
 /// \file
-/// What the class-based string interface does, in the plainest words that a program allows: slow, and
+/// What the string interface does, in the plainest words that a program allows: slow, and
 /// without a line in common with the library.
 #pragma once
 

@@ -1,4 +1,4 @@
-// Random programs of the whole class-based interface, followed by the library in a process of its own
+// Random programs of the whole string interface, followed by the library in a process of its own
 // and by a model, and compared after each step: what is returned, thrown and written, and all state
 // that can be seen. A program that shows a difference is shrunk and printed.
 //
@@ -30,7 +30,7 @@ class Library : public Subject {
 public:
     Facts perform(Step const& step) override
     {
-        return library.perform(operation_called(step.operation, classic_operations()), step);
+        return library.perform(operation_called(step.operation, operations_of_a_program()), step);
     }
 
 private:
@@ -43,8 +43,8 @@ private:
 
 rc::Gen<Step> random_step()
 {
-    static rc::Gen<std::size_t> const choice = weighted_choice(classic_operations());
-    return rc::gen::exec([] { return *random_step_of(classic_operations()[*choice]); });
+    static rc::Gen<std::size_t> const choice = weighted_choice(operations_of_a_program());
+    return rc::gen::exec([] { return *random_step_of(operations_of_a_program()[*choice]); });
 }
 
 // Brings to light what no-frills mode hides.
@@ -96,7 +96,7 @@ class ClassicModelOfEachOperation : public testing::TestWithParam<Mode> {};
 TEST_P(ClassicModelOfEachOperation, SaysWhatTheLibraryDoes)
 {
     rc::Random random;
-    for (Operation<ClassicLibrary> const& each : classic_operations()) {
+    for (ClassicOperation const& each : operations_of_a_program()) {
         std::vector<Step> steps = GetParam().way;
         for (int i = 0; i < 30; ++i) {
             steps.push_back(random_step_of(each)(random.split(), 50).value());

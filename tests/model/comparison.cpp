@@ -185,6 +185,7 @@ void add_format(Facts& facts, std::string const& name, std::ostream& os)
 {
     facts.push_back({name + " fill", std::string(1, os.fill())});
     facts.push_back({name + " width", std::to_string(os.width())});
+    facts.push_back({name + " precision", std::to_string(os.precision())});
     facts.push_back({name + " flags", flag_names(os.flags())});
     facts.push_back({name + " state", state_names(os.rdstate())});
 }

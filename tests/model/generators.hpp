@@ -2,8 +2,9 @@
 /// Random arguments, with weight on the edges.
 #pragma once
 
-#include "model/operation.hpp"
 #include "model/step.hpp"
+
+#include "operations.hpp"
 
 #include "support/process.hpp"
 

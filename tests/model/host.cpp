@@ -28,33 +28,33 @@ std::vector<HostOperation> const& host_operations()
     using enum Argument;
     // clang-format off
     static std::vector<HostOperation> const operations = {
-        {"text",             25, {text},   [](std::ostream& os, Step const& step) { os << step.texts.at(0); }},
-        {"int",               5, {number}, [](std::ostream& os, Step const& step) { os << step.numbers.at(0); }},
-        {"char",              5, {fill},   [](std::ostream& os, Step const& step) { os << static_cast<char>(step.numbers.at(0)); }},
-        {"std::endl",         5, {},       [](std::ostream& os, Step const&) { os << std::endl; }},
-        {"std::flush",        5, {},       [](std::ostream& os, Step const&) { os << std::flush; }},
-        {"std::setw",        24, {width},  [](std::ostream& os, Step const& step) { os << std::setw(step.numbers.at(0)); }},
-        {"std::setfill",      5, {fill},   [](std::ostream& os, Step const& step) { os << std::setfill(static_cast<char>(step.numbers.at(0))); }},
-        {"std::hex",          5, {},       [](std::ostream& os, Step const&) { os << std::hex; }},
-        {"std::oct",          5, {},       [](std::ostream& os, Step const&) { os << std::oct; }},
-        {"std::dec",          5, {},       [](std::ostream& os, Step const&) { os << std::dec; }},
-        {"std::showbase",     5, {},       [](std::ostream& os, Step const&) { os << std::showbase; }},
-        {"std::noshowbase",   5, {},       [](std::ostream& os, Step const&) { os << std::noshowbase; }},
-        {"std::showpos",      5, {},       [](std::ostream& os, Step const&) { os << std::showpos; }},
-        {"std::noshowpos",    5, {},       [](std::ostream& os, Step const&) { os << std::noshowpos; }},
-        {"std::uppercase",    5, {},       [](std::ostream& os, Step const&) { os << std::uppercase; }},
-        {"std::nouppercase",  5, {},       [](std::ostream& os, Step const&) { os << std::nouppercase; }},
-        {"std::left",         5, {},       [](std::ostream& os, Step const&) { os << std::left; }},
-        {"std::right",        5, {},       [](std::ostream& os, Step const&) { os << std::right; }},
-        {"std::internal",     5, {},       [](std::ostream& os, Step const&) { os << std::internal; }},
-        {"imbue a grouping locale",  3, {}, [](std::ostream& os, Step const&) { os.imbue(grouping_locale()); }},
-        {"imbue the classic locale", 5, {}, [](std::ostream& os, Step const&) { os.imbue(std::locale::classic()); }},
-        {"exceptions",        5, {states}, [](std::ostream& os, Step const& step) { os.exceptions(state_of(step.numbers.at(0))); }},
-        {"setstate",          5, {states}, [](std::ostream& os, Step const& step) { os.setstate(state_of(step.numbers.at(0))); }},
-        {"recover",          25, {},       [](std::ostream& os, Step const&) {
+        {200, "text",                     {}, {text},   [](std::ostream& os, Step const& step) { os << step.texts.at(0); }, {}, 25},
+        {201, "int",                      {}, {number}, [](std::ostream& os, Step const& step) { os << step.numbers.at(0); }},
+        {202, "char",                     {}, {fill},   [](std::ostream& os, Step const& step) { os << static_cast<char>(step.numbers.at(0)); }},
+        {203, "std::endl",                {}, {},       [](std::ostream& os, Step const&) { os << std::endl; }},
+        {204, "std::flush",               {}, {},       [](std::ostream& os, Step const&) { os << std::flush; }},
+        {205, "std::setw",                {}, {width},  [](std::ostream& os, Step const& step) { os << std::setw(step.numbers.at(0)); }, {}, 24},
+        {206, "std::setfill",             {}, {fill},   [](std::ostream& os, Step const& step) { os << std::setfill(static_cast<char>(step.numbers.at(0))); }},
+        {207, "std::hex",                 {}, {},       [](std::ostream& os, Step const&) { os << std::hex; }},
+        {208, "std::oct",                 {}, {},       [](std::ostream& os, Step const&) { os << std::oct; }},
+        {209, "std::dec",                 {}, {},       [](std::ostream& os, Step const&) { os << std::dec; }},
+        {210, "std::showbase",            {}, {},       [](std::ostream& os, Step const&) { os << std::showbase; }},
+        {211, "std::noshowbase",          {}, {},       [](std::ostream& os, Step const&) { os << std::noshowbase; }},
+        {212, "std::showpos",             {}, {},       [](std::ostream& os, Step const&) { os << std::showpos; }},
+        {213, "std::noshowpos",           {}, {},       [](std::ostream& os, Step const&) { os << std::noshowpos; }},
+        {214, "std::uppercase",           {}, {},       [](std::ostream& os, Step const&) { os << std::uppercase; }},
+        {215, "std::nouppercase",         {}, {},       [](std::ostream& os, Step const&) { os << std::nouppercase; }},
+        {216, "std::left",                {}, {},       [](std::ostream& os, Step const&) { os << std::left; }},
+        {217, "std::right",               {}, {},       [](std::ostream& os, Step const&) { os << std::right; }},
+        {218, "std::internal",            {}, {},       [](std::ostream& os, Step const&) { os << std::internal; }},
+        {219, "imbue a grouping locale",  {}, {},       [](std::ostream& os, Step const&) { os.imbue(grouping_locale()); }, {}, 3},
+        {220, "imbue the classic locale", {}, {},       [](std::ostream& os, Step const&) { os.imbue(std::locale::classic()); }},
+        {221, "exceptions",               {}, {states}, [](std::ostream& os, Step const& step) { os.exceptions(state_of(step.numbers.at(0))); }},
+        {222, "setstate",                 {}, {states}, [](std::ostream& os, Step const& step) { os.setstate(state_of(step.numbers.at(0))); }},
+        {223, "recover",                  {}, {},       [](std::ostream& os, Step const&) {
             os.exceptions(std::ios_base::goodbit);
             os.clear();
-        }},
+        }, {}, 25},
     };
     // clang-format on
     return operations;

@@ -52,7 +52,7 @@ using Facts = std::vector<Fact>;
 /// Stands for a value that may be any.
 inline std::string const any_value = "(any)";
 
-/// Adds fill, width, format flags and error state of a stream.
+/// Adds fill, width, precision, format flags and error state of a stream.
 void add_format(Facts& facts, std::string const& name, std::ostream& os);
 
 /// Stands for a flush in what a stream has received: a byte that no text of the tests holds.

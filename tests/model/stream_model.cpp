@@ -25,14 +25,6 @@ void write(ModelStream& s, std::string const& text)
     s.os.write(text.data(), static_cast<std::streamsize>(text.size()));
 }
 
-// A frame of an indicator, at once. An empty one leaves the stream alone, even a bad one that throws.
-void draw(ModelStream& s, std::string const& frame)
-{
-    if (!frame.empty()) {
-        write(s, frame);
-    }
-}
-
 void end_line(ModelStream& s)
 {
     s.os.put(s.os.widen('\n'));
@@ -211,6 +203,7 @@ Seen StreamModel::perform(Step const& step)
     facts.push_back({"received by the string stream", memory.take_received()});
     facts.push_back({"thrown", thrown});
     facts.push_back({"returned", result});
+    facts.push_back({"returned stream", "its own"});
     facts.push_back({"isatty called", is_composed(step.operation) ? any_value : decimal(terminal_questions)});
     facts.push_back({"clock read", decimal(clock_readings)});
     std::array const used = {out.take_used(), err.take_used(), memory.take_used(), host_operation(step) != nullptr};
@@ -708,7 +701,7 @@ std::string StreamModel::spinner_frame(std::string const& frames, std::string co
 
 void StreamModel::spinner(ModelStream& s, std::string const& frames, std::string const& label)
 {
-    draw(s, spinner_frame(frames, label));
+    write(s, spinner_frame(frames, label));
 }
 
 void StreamModel::status_line(ModelStream& s, Step const& step)
@@ -733,7 +726,7 @@ void StreamModel::status_line(ModelStream& s, Step const& step)
         line += spinner_frame(frames, spin_label);
         line += repeated(todo, end - position - 1);
     }
-    draw(s, line + suffix);
+    write(s, line + suffix);
 }
 
 void StreamModel::progress_meter(ModelStream& s, Step const& step)

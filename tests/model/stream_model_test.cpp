@@ -46,7 +46,7 @@ public:
 
     Facts perform(Step const& step) override
     {
-        return StreamLibrary::perform(operation_called(step.operation, stream_operations()), step);
+        return StreamLibrary::perform(operation_called(step.operation, operations_of_a_program()), step);
     }
 
 private:
@@ -64,9 +64,9 @@ private:
 
 rc::Gen<Step> random_step()
 {
-    static rc::Gen<std::size_t> const choice = weighted_choice(stream_operations());
+    static rc::Gen<std::size_t> const choice = weighted_choice(operations_of_a_program());
     return rc::gen::exec([] {
-        Step step = *random_step_of(stream_operations()[*choice]);
+        Step step = *random_step_of(operations_of_a_program()[*choice]);
         step.on = *rc::gen::weightedElement<std::string>(
             {{10, "cout"}, {5, "cerr"}, {3, "clog"}, {2, "text"}, {1, "second"}});
         return step;
@@ -138,8 +138,49 @@ std::vector<Place> const places = {
       {"std::setfill", "cout", {'*'}},
       {"std::setw", "cout", {12}}},
      {"cout"}},
+    {"OnATerminalFilledOnTheRight",
+     {},
+     {{"colorize", "cout"},
+      {"std::oct", "cout"},
+      {"std::showbase", "cout"},
+      {"std::showpos", "cout"},
+      {"std::uppercase", "cout"},
+      {"std::left", "cout"},
+      {"std::setfill", "cout", {'.'}},
+      {"std::setw", "cout", {12}}},
+     {"cout"}},
+    {"OnATerminalWhoseLocaleGroups",
+     {},
+     {{"colorize", "cout"}, {"the global locale groups"}, {"imbue a grouping locale", "cout"}},
+     {"cout", "text"}},
+    {"OnATerminalAfterChanges",
+     {},
+     {{"colorize", "cout"},
+      {"thin", "cout"},
+      {"dark", "cout"},
+      {"italic", "cout"},
+      {"underline", "cout"},
+      {"blink", "cout"},
+      {"reverse", "cout"},
+      {"red", "cout"},
+      {"on_blue", "cout"}},
+     {"cout", "text"}},
+    {"OnATerminalWithoutColorize", {}, {}, {"cout", "cerr", "cout"}},
+    {"OnStandardErrorAlone",
+     {Sink::pipe, Sink::terminal},
+     {{"colorize", "cout"}, {"colorize", "cerr"}, {"colorize", "clog"}},
+     {"cerr", "cout", "clog", "cout"}},
     {"InAPipe", {Sink::pipe, Sink::pipe}, {{"colorize", "cout"}, {"colorize", "cerr"}}, {"cout", "cerr"}},
+    {"InFiles", {Sink::file, Sink::file}, {{"colorize", "cout"}, {"colorize", "cerr"}}, {"cout", "cerr"}},
     {"InAStringStream", {}, {{"colorize", "text"}, {"std::setw", "text", {3}}}, {"text", "second", "text"}},
+    {"InAStringStreamAfterATerminal",
+     {},
+     {{"colorize", "text"}, {"colorize", "cout"}, {"adjust", "cout"}},
+     {"text", "cout", "second", "cout", "text"}},
+    {"InAPipeWithAFormat",
+     {Sink::pipe, Sink::pipe},
+     {{"colorize", "cout"}, {"std::hex", "cout"}, {"std::setfill", "cout", {'*'}}, {"std::setw", "cout", {12}}},
+     {"cout"}},
     {"InNoFrillsMode",
      {},
      {{"colorize", "cout"}, {"colorize", "cerr"}, {"_setNoFrillsMode", "", {1}}},
@@ -160,7 +201,7 @@ class StreamModelOfEachOperation : public testing::TestWithParam<Place> {};
 TEST_P(StreamModelOfEachOperation, SaysWhatTheLibraryDoes)
 {
     rc::Random random;
-    for (Operation<StreamLibrary> const& each : stream_operations()) {
+    for (StreamOperation const& each : operations_of_a_program()) {
         std::vector<Step> steps = GetParam().way;
         for (int round = 0; round < 3; ++round) {
             for (std::string const& on : GetParam().on) {

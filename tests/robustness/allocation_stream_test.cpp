@@ -5,13 +5,14 @@
 #include "buffers.hpp"
 #include "failing_new.hpp"
 
+#include "operations_stream.hpp"
+
 #include "stream/system_clock.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 
 #include <algorithm>
-#include <climits>
-#include <cstdint>
+#include <functional>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -23,20 +24,13 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-using Bytes = std::vector<unsigned char>;
-
-// Longer than a string that needs no memory of its own.
-std::string const text = "a text of thirty-two characters.";
-
 std::string const bar_frames = "|/-\\";
 
 struct Case {
-    std::string name;
     void (*prepare)();
-    void (*act)(std::ostream& os);
+    std::function<void(std::ostream& os)> act;
+    bool is_whole; // has to be as before or as after in the end; else some of its steps may have been taken
 };
-
-void PrintTo(Case const& tested, std::ostream* os) { *os << tested.name; }
 
 void nothing() {}
 
@@ -45,60 +39,26 @@ void long_colors() { std::cout << rgb{100, 100, 100} << on_rgb{200, 200, 200} <<
 void long_colors_saved() { std::cout << rgb{100, 100, 100} << italic << push; }
 void long_colors_forgotten() { std::cout << rgb{100, 100, 100} << italic << push << reset; }
 
-// What has to be as before or as after in the end.
-// clang-format off
-std::vector<Case> const whole_cases = {
-    {"Push",          long_colors,           [](std::ostream& os) { os << push; }},
-    {"Pull",          long_colors_forgotten, [](std::ostream& os) { os << pull; }},
-    {"PushAgain",     long_colors_saved,     [](std::ostream& os) { os << push; }},
-    {"Reset",         long_colors_saved,     [](std::ostream& os) { os << reset; }},
-    {"Adjust",        long_colors,           [](std::ostream& os) { os << adjust; }},
-    {"Red",           nothing,               [](std::ostream& os) { os << red; }},
-    {"OnRed",         long_colors,           [](std::ostream& os) { os << on_red; }},
-    {"Color",         nothing,               [](std::ostream& os) { os << color{INT_MIN}; }},
-    {"OnColor",       nothing,               [](std::ostream& os) { os << on_color{INT_MIN}; }},
-    {"Rgb",           nothing,               [](std::ostream& os) { os << rgb{100, 200, 255}; }},
-    {"OnRgb",         nothing,               [](std::ostream& os) { os << on_rgb{100, 200, 255}; }},
-    {"OverAnother",   long_colors,           [](std::ostream& os) { os << rgb{INT_MIN, INT_MIN, INT_MIN}; }},
-    {"Next",          nothing,               [](std::ostream& os) { kestry::Hueline::next(os, 3, true); }},
-    {"Cup",           nothing,               [](std::ostream& os) { os << csi::cup{INT_MAX, INT_MIN}; }},
-    {"ColorModeState", nothing,              [](std::ostream& os) { os << color_mode_state; }},
-    {"Spinner",       nothing,               [](std::ostream& os) { os << spinner{bar_frames, {}}; }},
-    {"CsiRgb",        nothing,               [](std::ostream& os) { os << csi::rgb(100, 200, 255); }},
-    {"CsiOnRgb",      nothing,               [](std::ostream& os) { os << csi::on_rgb(100, 200, 255); }},
-    {"CsiColor",      nothing,               [](std::ostream& os) { os << csi::color(INT_MIN); }},
-    {"Col",           nothing,               [](std::ostream& os) { os << col(text); }},
-    {"DumpOfWord",    nothing,               [](std::ostream& os) { os << HexDump(0x123456789abcdef0UL); }},
-    {"DumpOfWords",   nothing,               [](std::ostream& os) { os << HexDump(std::vector<unsigned>(9, 0xabcdefU)); }},
-    {"DumpOfBytes",   nothing,               [](std::ostream& os) { os << HexDump(Bytes(40, 0xab)); }},
-    {"DumpOfSeparatedBytes", nothing,        [](std::ostream& os) { os << HexDump(Bytes(4, 0xab), "-----"); }},
-    {"DumpOfText",    nothing,               [](std::ostream& os) { os << HexDump(text); }},
-    {"CopyOfADump",   nothing,               [](std::ostream& os) { HexDump const dump(text); os << HexDump(dump); }},
-    {"RawData",       nothing,               [](std::ostream& os) { os << HexDump::raw_data(Bytes(9, 0xab)); }},
-};
+// What a function returns is inserted.
+Case example_of(StreamOperation const& operation, void (*prepare)())
+{
+    auto const act = [&operation, step = operation.step_of_example()](std::ostream& os) {
+        StreamProgram program = {.os = &os};
+        operation.act(program, step);
+        os << program.result;
+    };
+    // A status line, a progress meter and a number are several insertions.
+    bool const is_whole = !operation.example.in_steps && operation.name != "status_line" &&
+                          operation.example.needs_where_plain != Needs::numbers;
+    return {prepare, act, is_whole};
+}
 
-// What is made of several steps, some of which may have been taken.
-std::vector<Case> const composed_cases = {
-    {"StatusLine",     nothing, [](std::ostream& os) { os << status_line{2, 0, 5, text, text, text, text, bar_frames, text}; }},
-    {"ProgressMeter",  nothing, [](std::ostream& os) { os << progress_meter{2, 0, 5, text, text, text, text}; }},
-    {"Alert",          nothing, [](std::ostream& os) { os << ColorTheme::alert(text); }},
-    {"CommandLine",    nothing, [](std::ostream& os) { os << ColorTheme::commandLine(text); }},
-    {"Path",           nothing, [](std::ostream& os) { os << ColorTheme::path(text); }},
-    {"NumberPath",     nothing, [](std::ostream& os) { os << ColorTheme::path(std::uint32_t{4294967295}); }},
-    {"RequestTitle",   nothing, [](std::ostream& os) { os << DataTheme::request_title(text); }},
-    {"ResponseTitle",  nothing, [](std::ostream& os) { os << DataTheme::response_title(text); }},
-    {"Crc",            nothing, [](std::ostream& os) { os << DataTheme::crc(std::uint16_t{65535}); }},
-    {"NormalReset",    nothing, [](std::ostream& os) { os << test_pattern_normal_reset; }},
-    {"SupportedCodes", nothing, [](std::ostream& os) { os << test_pattern_supported_m_codes; }},
-    {"Matrix",         nothing, [](std::ostream& os) { os << test_pattern_matrix; }},
-    {"Palette",        nothing, [](std::ostream& os) { os << test_pattern_256bit; }},
-    {"Greyscale",      nothing, [](std::ostream& os) { os << test_pattern_greyscale; }},
-    {"Cube",           nothing, [](std::ostream& os) { os << test_pattern_rgb; }},
-    {"StatusPattern",  nothing, [](std::ostream& os) { os << test_pattern_status_line; }},
-    {"ProgressPattern", nothing, [](std::ostream& os) { os << test_pattern_progress_line; }},
-    {"Banner",         long_colors, [](std::ostream& os) { os << build_version; }},
-};
-// clang-format on
+// Whether there is something that could need memory.
+bool writes_or_copies(StreamOperation const& operation)
+{
+    return !operation.example.coloured.empty() || operation.example.told_by_the_model || operation.name == "push" ||
+           operation.name == "pull";
+}
 
 // ---------------------------------------------------------------------------------------------
 // Children
@@ -183,7 +143,7 @@ Ending run(Case const& tested, Shortage shortage_of_act, Ask ask)
 
 std::string state_before(Case const& tested)
 {
-    return run({tested.name, tested.prepare, [](std::ostream&) {}}, {}, Ask::state).said;
+    return run({tested.prepare, [](std::ostream&) {}, true}, {}, Ask::state).said;
 }
 
 // What an act does with enough memory.
@@ -198,8 +158,8 @@ struct Plenty {
     std::string next_call;
 };
 
-// How many allocations the act makes, all of which have failed once, with what these expectations say.
-int fail_each(Case const& tested, bool lasting, bool is_whole)
+// Each allocation of the act fails once, and these expectations say what comes of it.
+void fail_each(Case const& tested, bool lasting)
 {
     Plenty const plenty(tested);
     for (int n = 0;; ++n) {
@@ -207,10 +167,10 @@ int fail_each(Case const& tested, bool lasting, bool is_whole)
         if (!left.was_short) {
             EXPECT_EQ(left.thrown, "nothing");
             EXPECT_EQ(left.said, plenty.after);
-            return n;
+            return;
         }
         EXPECT_EQ(left.thrown, "std::bad_alloc") << "allocation " << n;
-        if (is_whole) {
+        if (tested.is_whole) {
             EXPECT_TRUE(left.said == plenty.before || left.said == plenty.after)
                 << "allocation " << n << "\n before " << plenty.before << "\n after  " << plenty.after << "\n got    "
                 << left.said;
@@ -223,43 +183,54 @@ int fail_each(Case const& tested, bool lasting, bool is_whole)
 // Tests
 // ---------------------------------------------------------------------------------------------
 
-class AllocationOfOneStep : public testing::TestWithParam<Case> {};
+struct Record {
+    std::string name;
+    void (*prepare)();
+};
 
-TEST_P(AllocationOfOneStep, LeavesEverythingAsBeforeOrAsAfter)
+void PrintTo(Record const& record, std::ostream* os) { *os << record.name; }
+
+class AllocationStream : public testing::TestWithParam<Record> {};
+
+TEST_P(AllocationStream, FailureOfEachLosesNothingAndLeavesTheNextCallWhole)
 {
-    fail_each(GetParam(), false, true);
-    fail_each(GetParam(), true, true);
+    for (StreamOperation const& each : stream_operations()) {
+        if (writes_or_copies(each)) {
+            SCOPED_TRACE(each.name);
+            Case const tested = example_of(each, GetParam().prepare);
+            fail_each(tested, false);
+            fail_each(tested, true);
+        }
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(, AllocationOfOneStep, testing::ValuesIn(whole_cases),
-                         [](auto const& each) { return each.param.name; });
-
-class AllocationOfManySteps : public testing::TestWithParam<Case> {};
-
-TEST_P(AllocationOfManySteps, LosesNothingAndLeavesTheNextCallWhole)
-{
-    fail_each(GetParam(), false, false);
-    fail_each(GetParam(), true, false);
-}
-
-INSTANTIATE_TEST_SUITE_P(, AllocationOfManySteps, testing::ValuesIn(composed_cases),
-                         [](auto const& each) { return each.param.name; });
+INSTANTIATE_TEST_SUITE_P(, AllocationStream,
+                         testing::Values(Record{"AtLoad", nothing}, Record{"OfLongColours", long_colors},
+                                         Record{"OfLongColoursSaved", long_colors_saved},
+                                         Record{"OfLongColoursForgotten", long_colors_forgotten}),
+                         [](auto const& record) { return record.param.name; });
 
 // Else nothing above would ever run short.
 TEST(Allocation, IsMadeForALongSequenceInTheRecord)
 {
-    Ending const first = run({"", nothing, [](std::ostream& os) { os << rgb{100, 200, 255}; }}, {0, false}, Ask::state);
+    Ending const first = run({nothing,
+                              [](std::ostream& os) {
+                                  os << rgb{100, 200, 255};
+                              },
+                              true},
+                             {0, false}, Ask::state);
     EXPECT_TRUE(first.was_short);
 }
 
 TEST(Allocation, IsNotNeededForNamedColoursAndControls)
 {
-    Ending const all = run({"", long_colors,
+    Ending const all = run({long_colors,
                             [](std::ostream& os) {
                                 os << red << on_blue << bold << italic << concealed << normal << reset << csi::cup{1, 2}
                                    << csi::cls << spinner{bar_frames, {}} << color_mode_state << parameters_template{4}
                                    << crossplatform_template << build_version_short;
-                            }},
+                            },
+                            true},
                            {0, true}, Ask::state);
     EXPECT_FALSE(all.was_short);
     EXPECT_EQ(all.thrown, "nothing");

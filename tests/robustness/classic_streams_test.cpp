@@ -1,4 +1,4 @@
-// Streams that fail, throw, have a small buffer or no facets, and the objects of the class-based interface that are
+// Streams that fail, throw, have a small buffer or no facets, and the objects of the string interface that are
 // inserted into them. Its functions that return strings use no stream that a caller could spoil.
 
 #include "kestry/hueline_classic.hpp"

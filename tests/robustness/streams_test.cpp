@@ -6,7 +6,8 @@
 
 #include "buffers.hpp"
 #include "failing_facets.hpp"
-#include "operations.hpp"
+
+#include "operations_stream.hpp"
 
 #include "stream/system_clock.hpp"
 #include "support/process.hpp"
@@ -15,11 +16,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <fstream>
 #include <functional>
 #include <iostream>
 #include <locale>
-#include <set>
 #include <sstream>
 #include <streambuf>
 #include <string>
@@ -32,6 +31,9 @@ namespace {
 
 using namespace hueline::test;
 using namespace kestry::Hueline;
+
+std::string const bar_frames = "|/-\\";
+std::string const cell = "#";
 
 // ---------------------------------------------------------------------------------------------
 // An operation on std::cout, which is a colorized terminal with a fault
@@ -131,7 +133,7 @@ std::string thrown_by(std::function<void()> const& act)
     }
 }
 
-Result perform(Operation const& tested, Start start, Fault const& fault = {})
+Result perform(StreamOperation const& tested, Start start, Fault const& fault = {})
 {
     start_anew(start);
     Result result;
@@ -144,7 +146,7 @@ Result perform(Operation const& tested, Start start, Fault const& fault = {})
         if (!fault.no_buffer) {
             std::cout.exceptions(fault.exceptions);
         }
-        result.thrown = thrown_by([&] { tested.act(std::cout); });
+        result.thrown = thrown_by([&] { apply_example(tested, std::cout); });
         result.bytes = buffer.text();
         result.state = std::cout.rdstate();
         result.flags = std::cout.flags();
@@ -197,12 +199,11 @@ private:
 
 // In a child whose standard streams are terminals: the cases in turn, each with what it gives without
 // a fault.
-std::string findings(std::vector<Operation> const& operations,
-                     std::function<void(Operation const&, Start, Result const&)> const& test)
+std::string findings(std::function<void(StreamOperation const&, Start, Result const&)> const& test)
 {
     auto const run = on_terminal([&] {
         let_waits_end_at_once();
-        for (Operation const& each : operations) {
+        for (StreamOperation const& each : operations_on_a_stream()) {
             for (Start const start : every_start) {
                 test(each, start, perform(each, start));
             }
@@ -214,53 +215,12 @@ std::string findings(std::vector<Operation> const& operations,
 }
 
 // ---------------------------------------------------------------------------------------------
-// The table of operations
-// ---------------------------------------------------------------------------------------------
-
-// The name that the table has for an exported symbol; none if it is no operation on a stream.
-std::string operation_named(std::string symbol)
-{
-    std::string const scope = "kestry::Hueline::";
-    std::string const inserted = "operator<<(std::ostream&, ";
-    std::string const by_itself = "(std::ostream&";
-    if (symbol.find(inserted + "kestry::Hueline const&") != std::string::npos) {
-        return ""; // of the class-based interface
-    }
-    if (std::size_t const at = symbol.find(inserted); at != std::string::npos) {
-        symbol = symbol.substr(at + inserted.size());
-        symbol = symbol.substr(0, symbol.find(" const&"));
-    } else if (std::size_t const end = symbol.find(by_itself); end != std::string::npos) {
-        symbol = symbol.substr(0, end);
-    } else {
-        return "";
-    }
-    return symbol.find(scope) == 0 ? symbol.substr(scope.size()) : symbol;
-}
-
-TEST(TableOfOperations, HasAllThatAreExported)
-{
-    std::set<std::string> exported;
-    std::ifstream file(HUELINE_EXPORTS);
-    for (std::string line; std::getline(file, line);) {
-        if (std::size_t const at = line.find("  "); line.find('#') != 0 && at != std::string::npos) {
-            exported.insert(operation_named(line.substr(at + 2)));
-        }
-    }
-    exported.erase("");
-    std::set<std::string> tabled;
-    for (Operation const& each : all_operations()) {
-        tabled.insert(each.name.substr(0, each.name.find(' ')));
-    }
-    EXPECT_EQ(tabled, exported);
-}
-
-// ---------------------------------------------------------------------------------------------
 // Failed streams
 // ---------------------------------------------------------------------------------------------
 
 TEST(FailedStream, IsNotWrittenToAndEverythingElseIsAsOnAGoodOne)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         for (auto const state : {std::ios_base::failbit, std::ios_base::badbit, std::ios_base::eofbit}) {
             Result const result = perform(each, start, {.state = state});
             Findings found(each.name);
@@ -270,17 +230,17 @@ TEST(FailedStream, IsNotWrittenToAndEverythingElseIsAsOnAGoodOne)
             found.expect_same_effects(result, without_fault);
         }
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 TEST(FailedStream, KeepsItsPendingWidth)
 {
-    auto const test = [](Operation const& each, Start start, Result const&) {
+    auto const test = [](StreamOperation const& each, Start start, Result const&) {
         Result const result = perform(each, start, {.state = std::ios_base::failbit, .width = 7});
         Findings(each.name).expect(result.width == (each.name == "myfillandw" ? 6 : 7),
                                    "the width is " + std::to_string(result.width));
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 TEST(FailedStream, TakesChangesOfTheRecord)
@@ -371,21 +331,21 @@ TEST(FailedStream, IsDecimalAfterAProgressMeter)
 
 TEST(NullBuffer, TakesNothingAndEverythingElseIsAsWithABuffer)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.no_buffer = true});
         Findings found(each.name);
         found.expect((result.state & std::ios_base::badbit) != 0, "the stream is not bad");
         found.expect(result.thrown.empty(), "threw " + result.thrown);
         found.expect_same_effects(result, without_fault);
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 TEST(NullBuffer, IsNoBufferOfAPlainStreamEither)
 {
     auto const run = on_terminal([] {
         std::ostream os(nullptr);
-        perform_everything(os);
+        apply_all_examples(os);
         report(os.bad() ? "bad, " : "good, ");
         std::ostringstream other;
         os.rdbuf(other.rdbuf());
@@ -414,7 +374,7 @@ bool throws_from(Start start) { return start == Start::everything_set; }
 
 TEST(BufferOfSoManyBytes, TakesThemAndEverythingElseIsAsUsual)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         std::size_t const all = without_fault.bytes.size();
         for (std::size_t const bytes : cuts(all)) {
             Result const result = perform(each, start, {.bytes = bytes, .buffer_throws = throws_from(start)});
@@ -426,7 +386,7 @@ TEST(BufferOfSoManyBytes, TakesThemAndEverythingElseIsAsUsual)
             found.expect_same_effects(result, without_fault);
         }
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 TEST(BufferOfSoManyBytes, CutsASequenceAnywhere)
@@ -481,7 +441,7 @@ TEST(UnflushableBuffer, ThrowsOutOfAReportIfTheStreamIsToThrow)
 // What stands before the byte that throws has been written and done.
 TEST(ThrowingStream, ThrowsOutOfEveryOperationAtAnyByte)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         std::size_t const all = without_fault.bytes.size();
         std::string const thrown = throws_from(start) ? "BufferFault" : "std::ios_base::failure";
         for (std::size_t const bytes : cuts(all)) {
@@ -492,12 +452,12 @@ TEST(ThrowingStream, ThrowsOutOfEveryOperationAtAnyByte)
             found.expect(result.thrown == (bytes < all ? thrown : ""), "threw '" + result.thrown + "'");
             found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
                          "wrote " + readable(result.bytes));
-            if (!each.in_steps) {
+            if (!each.example.in_steps) {
                 found.expect(result.record == without_fault.record, "the record is " + readable(result.record));
             }
         }
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 // The record after an operation whose stream throws at the byte that follows so many.
@@ -575,8 +535,12 @@ TEST(ThrowingStream, DoesNotThrowWhereTheGateRefuses)
         FaultyBuffer none(0, true);
         WithBuffer const failing(std::cout, &none);
         std::cout.exceptions(std::ios_base::badbit | std::ios_base::failbit);
-        std::cout << bold << red << csi::cup{1, 2} << color{3} << normal << reset << push << pull << csi::delay{25}
-                  << test_pattern_supported_m_codes << colorized_crossplatform_template;
+        for (StreamOperation const& each : operations_on_a_stream()) {
+            if (each.example.plain.empty() && !each.example.told_by_the_model) {
+                apply_example(each, std::cout);
+            }
+        }
+        std::cout << test_pattern_supported_m_codes;
         report(std::cout.good() ? "good" : "failed");
     });
     EXPECT_EQ(run.report, "good");
@@ -603,9 +567,9 @@ TEST(ThrowingStream, IsLeftAloneByTheOthers)
 
 TEST(FailingFacet, OfNumbersMakesAStreamBadThatIsGivenOne)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoNumbers)});
-        bool const fails = needs_numbers(each.coloured);
+        bool const fails = needs_numbers(each.example.needs_where_coloured);
         Findings found(each.name);
         found.expect(((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
         found.expect(result.bytes.size() < without_fault.bytes.size() || !fails, "everything was written");
@@ -613,29 +577,30 @@ TEST(FailingFacet, OfNumbersMakesAStreamBadThatIsGivenOne)
         found.expect(result.thrown.empty(), "threw " + result.thrown);
         found.expect_same_effects(result, without_fault);
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 TEST(FailingFacet, OfNumbersThrowsItsExceptionIfTheStreamIsToThrow)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(
             each, start,
             {.exceptions = std::ios_base::badbit, .locale = std::locale(std::locale::classic(), new NoNumbers)});
         Findings found(each.name);
-        found.expect(result.thrown == (needs_numbers(each.coloured) ? "std::bad_cast" : ""), "threw " + result.thrown);
+        found.expect(result.thrown == (needs_numbers(each.example.needs_where_coloured) ? "std::bad_cast" : ""),
+                     "threw " + result.thrown);
         found.expect(starts(without_fault.bytes, result.bytes), "wrote " + readable(result.bytes));
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 // std::endl fails before it writes, whatever the state of the stream; the digits of a number are widened too.
 TEST(FailingFacet, OfCharactersMakesALineEndABadCastAndTheStreamOfANumberBad)
 {
-    auto const test = [](Operation const& each, Start start, Result const& without_fault) {
+    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoWidening)});
-        bool const throws = needs_line_ends(each.coloured);
-        bool const fails = needs_numbers(each.coloured);
+        bool const throws = needs_line_ends(each.example.needs_where_coloured);
+        bool const fails = needs_numbers(each.example.needs_where_coloured);
         Findings found(each.name);
         found.expect(result.thrown == (throws ? "std::bad_cast" : ""), "threw " + result.thrown);
         found.expect(throws || ((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
@@ -646,7 +611,7 @@ TEST(FailingFacet, OfCharactersMakesALineEndABadCastAndTheStreamOfANumberBad)
             found.expect_same_effects(result, without_fault);
         }
     };
-    EXPECT_EQ(findings(all_operations(), test), "through");
+    EXPECT_EQ(findings(test), "through");
 }
 
 TEST(FailingFacet, EndsASequenceBeforeItsNumber)
@@ -718,19 +683,20 @@ Ending without_facets(std::function<void(std::ostream&)> const& act,
 TEST(WithoutFacets, EveryOperationFailsAsItsInsertionsDo)
 {
     auto const run = on_terminal([] {
-        for (Operation const& each : all_operations()) {
+        for (StreamOperation const& each : operations_on_a_stream()) {
+            auto const act = [&](std::ostream& os) { apply_example(each, os); };
             std::ostringstream usual;
-            each.act(usual);
-            Ending const ending = without_facets(each.act);
-            bool const throws = needs_line_ends(each.plain);
-            bool const fails = needs_numbers(each.plain);
+            act(usual);
+            Ending const ending = without_facets(act);
+            bool const throws = needs_line_ends(each.example.needs_where_plain);
+            bool const fails = needs_numbers(each.example.needs_where_plain);
             Findings found(each.name);
             found.expect(ending.thrown == (throws ? "std::bad_cast" : ""), "threw " + ending.thrown);
             found.expect(throws || ending.bad == fails, "the state is wrong");
             found.expect(throws || fails ? starts(usual.str(), ending.bytes)
                                          : without_frames(usual.str()) == without_frames(ending.bytes),
                          "wrote " + readable(ending.bytes));
-            std::string const thrown = without_facets(each.act, std::ios_base::badbit).thrown;
+            std::string const thrown = without_facets(act, std::ios_base::badbit).thrown;
             found.expect(thrown == (throws || fails ? "std::bad_cast" : ""), "threw " + thrown + " if it was to");
         }
         report(_isUsingColor() || _getNoFrillsMode() ? "changed" : "through");

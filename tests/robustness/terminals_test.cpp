@@ -3,7 +3,8 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "buffers.hpp"
-#include "operations.hpp"
+
+#include "operations_stream.hpp"
 
 #include "stream/system_clock.hpp"
 #include "support/process.hpp"
@@ -39,7 +40,7 @@ TEST(FullDevice, GetsTheTextAloneAndMakesTheStreamBad)
         std::cout << colorize << red << "text" << std::flush;
         report(std::cout.bad() ? "bad " : "good ");
         std::cout.clear();
-        perform_everything(std::cout);
+        apply_all_examples(std::cout);
         report(std::cout.bad() ? "bad" : "good");
     });
     EXPECT_EQ(run.report, "bad bad");
@@ -81,10 +82,10 @@ TEST(ClosedDescriptors, GetNoColourFromAnyOperation)
     auto const run = run_with({Sink::closed, Sink::closed}, [] {
         UseColorMode const forced;
         std::cerr << colorize;
-        perform_everything(std::cout);
-        perform_everything(std::cerr);
+        apply_all_examples(std::cout);
+        apply_all_examples(std::cerr);
         std::clog << colorize;
-        perform_everything(std::clog);
+        apply_all_examples(std::clog);
         std::cout << colorize << color_mode_state;
         report(std::cout.bad() ? "bad" : "good");
     });
@@ -145,7 +146,7 @@ TEST(PipeWithoutReader, MakesTheStreamBadIfTheSignalIsIgnored)
         std::signal(SIGPIPE, SIG_IGN);
         write_to_nobody();
         std::cout << colorize;
-        perform_everything(std::cout);
+        apply_all_examples(std::cout);
         report(std::cout.bad() ? "bad" : "good");
     });
     EXPECT_EQ(run.report, "bad");
@@ -161,7 +162,7 @@ TEST(ClosedStdout, GetsNoColour)
     auto const run = on_terminal([] {
         std::cout << colorize;
         std::fclose(stdout);
-        perform_everything(std::cout);
+        apply_all_examples(std::cout);
         report(_isUsingColor() ? "colour" : "plain");
     });
     EXPECT_EQ(run.report, "plain");

@@ -1,4 +1,4 @@
-// What a person sees of the strings of the class-based interface. Faint text looks as usual here: the
+// What a person sees of the strings of the string interface. Faint text looks as usual here: the
 // terminal of the tests does not know it.
 
 #include "kestry/hueline_classic.hpp"

@@ -1,7 +1,5 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "demonstration.hpp"
-#include "recorder.hpp"
 #include "system_clock.hpp"
 
 #include "support/process.hpp"
@@ -20,16 +18,6 @@ namespace {
 
 using namespace hueline::test;
 using namespace kestry::Hueline;
-
-// What the banner should write; adjust shows the record afterwards.
-Demonstration expected(Target target = {})
-{
-    Demonstration demonstration(target);
-    demonstration.version();
-    demonstration.say("|");
-    demonstration.adjust();
-    return demonstration;
-}
 
 void write_and_adjust(std::ostream& os)
 {
@@ -74,95 +62,9 @@ TEST(VersionTag, HasTheReleaseInWhite)
     EXPECT_EQ(screen.cursor(), (Position{0, 21}));
 }
 
-TEST(VersionTag, IsPlainTextWithoutALineEndElsewhere)
-{
-    auto const tag = [] { std::cout << colorize << build_version_short; };
-    EXPECT_EQ(on_pipe(tag).out, "Hueline ver. 0.2.2-r0");
-    EXPECT_EQ(run_with({Sink::file, Sink::terminal}, tag).out, "Hueline ver. 0.2.2-r0");
-    EXPECT_EQ(on_terminal([] { std::cout << build_version_short; }).out, "Hueline ver. 0.2.2-r0");
-    EXPECT_EQ(on_terminal([] {
-                  std::ostringstream os;
-                  os << colorize << build_version_short;
-                  report(os.str());
-              }).report,
-              "Hueline ver. 0.2.2-r0");
-}
-
-TEST(VersionTag, LeavesWhiteInTheRecordAndNeverFlushes)
-{
-    auto const run = on_terminal([] {
-        colorize(std::cout);
-        Recorder const recorder(std::cout);
-        std::cout << build_version_short << "|" << adjust;
-        report(recorder.text());
-    });
-    EXPECT_EQ(readable(run.report), R"(Hueline ver. \e[00m\e[1m\e[37m0.2.2-r0|\e[00m\e[1m\e[37m)");
-}
-
-TEST(VersionTag, ReturnsItsStream)
-{
-    auto const run = on_pipe([] {
-        std::ostringstream os;
-        report(&build_version_short(os) == &os ? "same" : "another");
-    });
-    EXPECT_EQ(run.report, "same");
-}
-
 // ---------------------------------------------------------------------------------------------
-// The whole banner, on every kind of stream
+// The whole banner. What it writes on every kind of stream is told by the model.
 // ---------------------------------------------------------------------------------------------
-
-TEST(Banner, IsExactOnAColorizedTerminal)
-{
-    auto const run = on_terminal([] { write_and_adjust(colorize(std::cout)); });
-    EXPECT_EQ(run.status, 0) << run.report;
-    EXPECT_EQ(difference(expected().bytes(), run.out), "");
-    EXPECT_EQ(run.err, "");
-}
-
-TEST(Banner, FlushesEachLine)
-{
-    auto const run = on_terminal([] {
-        Recorder const recorder(std::cout);
-        write_and_adjust(colorize(std::cout));
-        report(recorder.text());
-    });
-    auto const should = expected({.shows_grid = false});
-    EXPECT_EQ(difference(should.text, run.report), "");
-    EXPECT_EQ(difference(should.grid, run.out), "");
-}
-
-TEST(Banner, SendsTheGridToStandardOutputAndTheRestToItsStream)
-{
-    auto const run = run_with({Sink::pipe, Sink::terminal}, [] { write_and_adjust(colorize(std::cerr)); });
-    auto const should = expected({.shows_grid = false});
-    EXPECT_EQ(difference(should.bytes(), run.err), "");
-    EXPECT_EQ(difference(should.grid, run.out), "");
-}
-
-TEST(Banner, ColorizesATerminalWithTheGreys)
-{
-    auto const run = on_terminal([] { write_and_adjust(std::cout); });
-    EXPECT_EQ(difference(expected({.colorized = false}).bytes(), run.out), "");
-}
-
-TEST(Banner, IsPlainTextElsewhere)
-{
-    std::string const should = expected({.is_terminal = false}).bytes();
-    auto const to_cout = [] { write_and_adjust(colorize(std::cout)); };
-    EXPECT_EQ(difference(should, run_with({Sink::pipe, Sink::terminal}, to_cout).out), "");
-    EXPECT_EQ(difference(should, run_with({Sink::file, Sink::terminal}, to_cout).out), "");
-    EXPECT_EQ(difference(should, in_a_string() + "|"), "");
-}
-
-TEST(Banner, IsPlainTextWithoutFrills)
-{
-    auto const run = on_terminal([] {
-        _setNoFrillsMode(true);
-        write_and_adjust(colorize(std::cout));
-    });
-    EXPECT_EQ(difference(expected({.no_frills = true}).bytes(), run.out), "");
-}
 
 TEST(Banner, NeverWaitsOffATerminal)
 {
@@ -174,15 +76,6 @@ TEST(Banner, NeverWaitsOffATerminal)
         report(std::to_string(clock_readings));
     });
     EXPECT_EQ(run.report, "0");
-}
-
-TEST(Banner, ReturnsItsStream)
-{
-    auto const run = on_pipe([] {
-        std::ostringstream os;
-        report(&build_version(os) == &os ? "same" : "another");
-    });
-    EXPECT_EQ(run.report, "same");
 }
 
 // ---------------------------------------------------------------------------------------------

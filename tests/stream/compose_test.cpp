@@ -1,21 +1,14 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "failing.hpp"
-#include "isatty_calls.hpp"
-#include "recorder.hpp"
 #include "refused.hpp"
 
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
 
-#include <cstdlib>
 #include <functional>
-#include <iomanip>
 #include <ios>
 #include <iostream>
-#include <new>
-#include <sstream>
 #include <streambuf>
 #include <string>
 
@@ -23,37 +16,10 @@
 
 namespace {
 
-// How many allocations succeed before one fails; none fails while it is negative.
-int allocations_left = -1;
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    if (allocations_left == 0) {
-        throw std::bad_alloc();
-    }
-    allocations_left -= allocations_left > 0 ? 1 : 0;
-    void* const memory = std::malloc(size != 0 ? size : 1);
-    return memory != nullptr ? memory : throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
-
-namespace {
-
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
 using Manipulator = std::ostream& (*)(std::ostream&);
-
-struct Named {
-    char const* name;
-    Manipulator apply;
-};
-
-Named const all_five[] = {{"adjust", adjust}, {"push", push}, {"pull", pull}, {"normal", normal}, {"reset", reset}};
 
 // What adjust writes on standard output, alone, after prepare has run on standard error.
 std::string rendition_after(std::function<void(std::ostream&)> const& prepare)
@@ -69,14 +35,6 @@ std::string rendition_after(std::function<void(std::ostream&)> const& prepare)
 // ---------------------------------------------------------------------------------------------
 // adjust
 // ---------------------------------------------------------------------------------------------
-
-TEST(Adjust, WritesBoldAtLoad)
-{
-    for (std::ostream* os : {&std::cout, &std::cerr, &std::clog}) {
-        auto const run = on_terminal([os] { *os << colorize << adjust; });
-        EXPECT_EQ(readable(os == &std::cout ? run.out : run.err), R"(\e[00m\e[1m)");
-    }
-}
 
 TEST(Adjust, RepeatsWhatAColourHasWritten)
 {
@@ -213,12 +171,6 @@ TEST(Adjust, InsertsNoEmptyPiece)
 // push and pull
 // ---------------------------------------------------------------------------------------------
 
-TEST(Push, WritesNothing)
-{
-    auto const run = on_terminal([] { std::cout << colorize << red << "|" << push << "|"; });
-    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31m||)");
-}
-
 TEST(Push, LeavesTheRendition)
 {
     EXPECT_EQ(rendition_after([](std::ostream& os) { os << everything_changed << push; }), everything_changed_bytes);
@@ -287,12 +239,6 @@ TEST(Push, SavesNothingWhereTheGateRefuses)
     }
 }
 
-TEST(Pull, WritesNothing)
-{
-    auto const run = on_terminal([] { std::cout << colorize << red << push << "|" << pull << "|"; });
-    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31m||)");
-}
-
 TEST(Pull, ShowsWithTheNextRendition)
 {
     auto const run = on_terminal([] { std::cout << colorize << red << push << on_green << "|" << pull << underline; });
@@ -341,68 +287,9 @@ TEST(PushAndPull, WorkOnAStreamThatHasFailed)
     EXPECT_EQ(readable(run.err.substr(run.err.find('|'))), R"(|\e[00m\e[1m\e[31m\e[31m)");
 }
 
-// Too long for the room that a std::string has in itself.
-std::ostream& long_foreground(std::ostream& os) { return os << rgb{100, 101, 102}; }
-
-void with_little_memory(int allocations, Manipulator apply)
-{
-    allocations_left = allocations;
-    try {
-        std::cerr << apply;
-        allocations_left = -1;
-        report("done");
-    } catch (std::bad_alloc const&) {
-        allocations_left = -1;
-        report("out of memory");
-    }
-}
-
-TEST(Push, SavesAllOrNothingWhenMemoryIsShort)
-{
-    for (int allocations = 0; allocations < 4; ++allocations) {
-        auto const run = on_terminal([&] {
-            std::cerr << colorize << italic << red << push << noitalic << dark << long_foreground;
-            with_little_memory(allocations, push);
-            std::cerr << pull;
-            std::cout << colorize << adjust;
-        });
-        EXPECT_EQ(readable(run.out), run.report == "done"
-                                         ? R"(\e[00m\e[1m\e[2m\e[38;2;100;101;102m\e[38;2;100;101;102m)"
-                                         : R"(\e[00m\e[1m\e[3m\e[31m\e[31m)");
-        if (allocations == 0) {
-            EXPECT_EQ(run.report, "out of memory");
-        }
-    }
-}
-
-TEST(Pull, RestoresAllOrNothingWhenMemoryIsShort)
-{
-    for (int allocations = 0; allocations < 4; ++allocations) {
-        auto const run = on_terminal([&] {
-            std::cerr << colorize << dark << long_foreground << push << reset << underline << cyan << on_green;
-            with_little_memory(allocations, pull);
-            std::cout << colorize << adjust;
-        });
-        EXPECT_EQ(readable(run.out), run.report == "done"
-                                         ? R"(\e[00m\e[1m\e[2m\e[38;2;100;101;102m\e[38;2;100;101;102m)"
-                                         : R"(\e[00m\e[1m\e[4m\e[36m\e[42m)");
-        if (allocations == 0) {
-            EXPECT_EQ(run.report, "out of memory");
-        }
-    }
-}
-
 // ---------------------------------------------------------------------------------------------
 // normal and reset
 // ---------------------------------------------------------------------------------------------
-
-TEST(Normal, EndsAttributesAndShowsTheCursor)
-{
-    for (std::ostream* os : {&std::cout, &std::cerr, &std::clog}) {
-        auto const run = on_terminal([os] { *os << colorize << normal; });
-        EXPECT_EQ(readable(os == &std::cout ? run.out : run.err), R"(\e[00m\e[25h)");
-    }
-}
 
 TEST(Normal, LeavesTheRendition)
 {
@@ -410,30 +297,6 @@ TEST(Normal, LeavesTheRendition)
 
     auto const run = on_terminal([] { std::cout << colorize << italic << "|" << normal << red; });
     EXPECT_EQ(readable(run.out.substr(run.out.find('|'))), R"(|\e[00m\e[25h\e[00m\e[1m\e[3m\e[31m)");
-}
-
-TEST(Normal, ChangesNothingWhereTheGateRefuses)
-{
-    for (auto const& it : refused(everything_changed, normal)) {
-        EXPECT_EQ(readable(it.written), "") << it.why;
-        EXPECT_EQ(readable(it.rendition), everything_changed_bytes) << it.why;
-    }
-}
-
-TEST(Adjust, ChangesNothingWhereTheGateRefuses)
-{
-    for (auto const& it : refused(everything_changed, adjust)) {
-        EXPECT_EQ(readable(it.written), "") << it.why;
-        EXPECT_EQ(readable(it.rendition), everything_changed_bytes) << it.why;
-    }
-}
-
-TEST(Reset, WritesWhatNormalWrites)
-{
-    for (std::ostream* os : {&std::cout, &std::cerr, &std::clog}) {
-        auto const run = on_terminal([os] { *os << colorize << reset; });
-        EXPECT_EQ(readable(os == &std::cout ? run.out : run.err), R"(\e[00m\e[25h)");
-    }
 }
 
 TEST(Reset, ForgetsTheRendition)
@@ -444,137 +307,15 @@ TEST(Reset, ForgetsTheRendition)
     }
 }
 
-TEST(Reset, ForgetsTheRenditionWhereTheGateRefuses)
-{
-    for (auto const& it : refused(everything_changed, reset)) {
-        EXPECT_EQ(readable(it.written), "") << it.why;
-        EXPECT_EQ(readable(it.rendition), R"(\e[00m\e[1m)") << it.why;
-    }
-}
-
 TEST(Reset, LeavesWhatWasPushed)
 {
     EXPECT_EQ(rendition_after([](std::ostream& os) { os << everything_changed << push << reset << pull; }),
               R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[31m\e[31m)");
 }
 
-TEST(Reset, ForgetsTheRenditionOnAStreamThatHasFailed)
-{
-    for (auto const state : {std::ios_base::failbit, std::ios_base::badbit}) {
-        EXPECT_EQ(rendition_after([state](std::ostream& os) {
-                      os << everything_changed;
-                      os.setstate(state);
-                      os << reset;
-                      os.clear();
-                  }),
-                  R"(\e[00m\e[1m)");
-    }
-}
-
-TEST(Reset, KeepsTheRenditionWhenTheStreamThrows)
-{
-    auto const run = on_terminal([] {
-        std::cerr << colorize << everything_changed;
-        {
-            Failing const failing(std::cerr, std::ios_base::badbit);
-            try {
-                std::cerr << reset;
-            } catch (std::ios_base::failure const&) {
-                report("thrown"); // before the record's turn had come
-            }
-        }
-        std::cout << colorize << adjust;
-    });
-    EXPECT_EQ(run.report, "thrown");
-    EXPECT_EQ(readable(run.out), everything_changed_bytes);
-}
-
 // ---------------------------------------------------------------------------------------------
 // All five
 // ---------------------------------------------------------------------------------------------
-
-TEST(Composition, RunsTheGateOnce)
-{
-    for (Named const& it : all_five) {
-        auto const count = [&](std::ostream& os) {
-            isatty_calls = 0;
-            os << it.apply;
-            report(std::to_string(isatty_calls));
-            report(_isUsingColor() ? " color " : " plain ");
-        };
-        auto const body = [&] {
-            count(std::cout);
-            count(std::cout << colorize);
-            count(std::cerr << colorize);
-            _setNoFrillsMode(true);
-            count(std::cout);
-            _setNoFrillsMode(false);
-            std::ostringstream os;
-            count(os << colorize);
-        };
-        EXPECT_EQ(on_terminal(body).report, "1 color 1 color 1 color 1 plain 0 plain ") << it.name;
-        EXPECT_EQ(on_pipe(body).report, "1 plain 1 plain 1 plain 1 plain 0 plain ") << it.name;
-    }
-}
-
-TEST(Composition, TellsWhatTheGateFound)
-{
-    for (Named const& it : all_five) {
-        for (Manipulator const before : {colorize, adjust}) { // none was found, one was found
-            for (auto const& result : refused(before, it.apply)) {
-                EXPECT_EQ(result.found, result.at_terminal ? "terminal" : "none") << it.name << ", " << result.why;
-            }
-        }
-    }
-}
-
-TEST(Composition, ReturnsItsStream)
-{
-    for (Named const& it : all_five) {
-        auto const run = on_terminal([&] {
-            std::ostringstream os;
-            report(&it.apply(os) == &os ? "same " : "other ");
-            report(&it.apply(std::cout) == &std::cout ? "same " : "other ");
-            report(&it.apply(std::cout << colorize) == &std::cout ? "same " : "other ");
-            report(&it.apply(std::cerr << colorize) == &std::cerr ? "same" : "other");
-        });
-        EXPECT_EQ(run.report, "same same same same") << it.name;
-    }
-}
-
-TEST(Composition, DoesNotFlush)
-{
-    auto const run = on_terminal([] {
-        std::cout << colorize << red;
-        Recorder const recorder(std::cout);
-        std::cout << adjust << push << pull << normal << reset;
-        report(recorder.text());
-    });
-    EXPECT_EQ(readable(run.report), R"(\e[00m\e[1m\e[31m\e[00m\e[25h\e[00m\e[25h)");
-}
-
-TEST(Composition, PadsItsFirstPieceToAPendingWidth)
-{
-    auto const run = on_terminal([] {
-        std::cout << colorize << std::setfill('*');
-        std::cout << std::setw(8) << adjust << 1 << '|';
-        std::cout << std::left << std::setw(8) << adjust << 2 << '|';
-        std::cout << std::internal << std::setw(8) << normal << 3 << '|';
-        std::cout << std::left << std::setw(8) << reset << 4 << '|';
-        std::cout << std::setw(5) << adjust << 5;
-    });
-    EXPECT_EQ(readable(run.out), R"(***\e[00m\e[1m1|\e[00m***\e[1m2|***\e[00m\e[25h3|\e[00m***\e[25h4|\e[00m\e[1m5)");
-}
-
-TEST(Composition, LeavesAPendingWidthWhereNothingIsWritten)
-{
-    auto const on_tty = on_terminal([] { std::cout << colorize << std::setw(3) << push << pull << 1; });
-    EXPECT_EQ(readable(on_tty.out), "  1");
-
-    auto const refused =
-        on_pipe([] { std::cout << colorize << std::setw(3) << adjust << push << pull << normal << reset << 1; });
-    EXPECT_EQ(readable(refused.out), "  1");
-}
 
 TEST(Composition, SaysWhatAPersonSees)
 {

@@ -1,7 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "isatty_calls.hpp"
-#include "recorder.hpp"
+#include "operations_stream.hpp"
+
 #include "refused.hpp"
 #include "standard_streams.hpp"
 #include "system_clock.hpp"
@@ -34,68 +34,26 @@ using namespace kestry::Hueline;
 
 using Insert = std::ostream& (*)(std::ostream&);
 
-struct Control {
-    char const* name;
-    Insert insert;
-    char const* bytes; // as readable() shows them
-};
-
-template <class Sequence, int... numbers>
-std::ostream& insert(std::ostream& os)
-{
-    return os << Sequence{numbers...};
-}
-
-Control const gated[] = {
-    {"show", csi::show, R"(\e[25h)"},
-    {"hide", csi::hide, R"(\e[25i)"},
-    {"cls", csi::cls, R"(\e[2J)"},
-    {"clr", csi::clr, R"(\e[2J)"},
-    {"clear", csi::clear, R"(\e[2J)"},
-    {"dsr", csi::dsr, R"(\e[6n)"},
-    {"scp", csi::scp, R"(\e[s)"},
-    {"rcp", csi::rcp, R"(\e[u)"},
-    {"ed", insert<csi::ed, 0>, R"(\e[0J)"},
-    {"el", insert<csi::el, 1>, R"(\e[1K)"},
-    {"cuu", insert<csi::cuu, 2>, R"(\e[2A)"},
-    {"cud", insert<csi::cud, 3>, R"(\e[3B)"},
-    {"cuf", insert<csi::cuf, 4>, R"(\e[4C)"},
-    {"cub", insert<csi::cub, 5>, R"(\e[5D)"},
-    {"cnl", insert<csi::cnl, 6>, R"(\e[6E)"},
-    {"cpl", insert<csi::cpl, 7>, R"(\e[7F)"},
-    {"cha", insert<csi::cha, 8>, R"(\e[8G)"},
-    {"su", insert<csi::su, 9>, R"(\e[9S)"},
-    {"sd", insert<csi::sd, 10>, R"(\e[10T)"},
-    {"sgr", insert<csi::sgr, 91>, R"(\e[91m)"},
-    {"cup", insert<csi::cup, 3, 7>, R"(\e[3;7H)"},
-    {"hvp", insert<csi::hvp, 3, 7>, R"(\e[3;7f)"},
-    {"delay", insert<csi::delay, 1>, ""},
-};
-
-Control const ungated[] = {
-    {"cr", csi::cr, R"(\r)"},
-    {"lf", csi::lf, R"(\n)"},
-};
-
 // The controls with one number, and the byte that ends each of them.
 struct Numbered {
-    char const* name;
-    std::ostream& (*insert)(std::ostream&, int);
-    char const* final_byte;
+    std::string name;
+    std::function<void(std::ostream&, int)> insert;
+    std::string final_byte;
 };
 
-template <class Sequence>
-std::ostream& insert_number(std::ostream& os, int n)
-{
-    return os << Sequence{n};
-}
-
-Numbered const numbered[] = {
-    {"ed", insert_number<csi::ed>, "J"},   {"el", insert_number<csi::el>, "K"},   {"cuu", insert_number<csi::cuu>, "A"},
-    {"cud", insert_number<csi::cud>, "B"}, {"cuf", insert_number<csi::cuf>, "C"}, {"cub", insert_number<csi::cub>, "D"},
-    {"cnl", insert_number<csi::cnl>, "E"}, {"cpl", insert_number<csi::cpl>, "F"}, {"cha", insert_number<csi::cha>, "G"},
-    {"su", insert_number<csi::su>, "S"},   {"sd", insert_number<csi::sd>, "T"},   {"sgr", insert_number<csi::sgr>, "m"},
-};
+std::vector<Numbered> const numbered = [] {
+    std::vector<Numbered> all;
+    for (StreamOperation const& each : operations_on_a_stream()) {
+        if (each.name.find("csi::") == 0 && each.arguments == std::vector{Argument::number}) {
+            auto const insert = [&each](std::ostream& os, int n) {
+                StreamProgram program = {.os = &os};
+                each.act(program, {each.name, "", {n}});
+            };
+            all.push_back({each.name, insert, each.example.coloured.substr(each.example.coloured.size() - 1)});
+        }
+    }
+    return all;
+}();
 
 // What a colorized std::cout on a terminal receives.
 std::string shown(std::function<void(std::ostream&)> const& body)
@@ -106,65 +64,6 @@ std::string shown(std::function<void(std::ostream&)> const& body)
     });
     EXPECT_EQ(run.status, 0) << run.report;
     return readable(run.out);
-}
-
-std::string yes_or_no(bool answer) { return answer ? "yes " : "no "; }
-
-TEST(Csi, WritesTheBytesOfEachControl)
-{
-    for (StandardStream const& to : standard_streams) {
-        for (Control const& control : gated) {
-            auto const run = on_terminal([&] { control.insert(colorize(to.os)); });
-            EXPECT_EQ(readable(run.*to.bytes), control.bytes) << control.name << " on " << to.name;
-            EXPECT_EQ(run.out.size() + run.err.size(), (run.*to.bytes).size()) << control.name << " on " << to.name;
-        }
-    }
-}
-
-TEST(Csi, ReturnsItsStream)
-{
-    auto const run = on_terminal([] {
-        for (std::ostream* os : {&std::cout, &std::cerr}) {
-            colorize(std::cout); // std::cerr refuses
-            for (Control const& control : gated) {
-                report(&control.insert(*os) == os ? "" : control.name);
-            }
-            for (Control const& control : ungated) {
-                report(&control.insert(*os) == os ? "" : control.name);
-            }
-        }
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.report, "");
-}
-
-TEST(Csi, WritesNothingWhereTheGateRefuses)
-{
-    auto const insert_each = [](std::ostream& os) {
-        for (Control const& control : gated) {
-            control.insert(os);
-        }
-    };
-    for (Refused const& run : refused(nothing, insert_each)) {
-        EXPECT_EQ(readable(run.written), "") << run.why;
-    }
-    for (Sink const sink : {Sink::pipe, Sink::file}) {
-        auto const run = run_with({Sink::terminal, sink}, [&] {
-            insert_each(colorize(std::cerr));
-            insert_each(colorize(std::clog));
-        });
-        EXPECT_EQ(readable(run.err), "");
-    }
-}
-
-TEST(Csi, ReturnsTheCarriageAndFeedsALineEverywhere)
-{
-    auto const insert_both = [](std::ostream& os) { os << csi::cr << csi::lf; };
-    for (Refused const& run : refused(nothing, insert_both)) {
-        bool const is_lost = run.why == "standard output is /dev/full" || run.why == "standard output is closed";
-        EXPECT_EQ(readable(run.written), is_lost ? "" : R"(\r\n)") << run.why;
-    }
-    EXPECT_EQ(shown(insert_both), R"(\r\n)");
 }
 
 TEST(Csi, GivesClrAndClearOneAddress)
@@ -199,33 +98,6 @@ TEST(Csi, WritesAnyPositionAsItIs)
                   os << csi::hvp{INT_MAX, INT_MIN} << csi::hvp{0, -1} << csi::hvp{-1, 0};
               }),
               R"(\e[2147483647;-2147483648f\e[0;-1f\e[-1;0f)");
-}
-
-TEST(Csi, LeavesAWidthPendingPastTheFixedSequences)
-{
-    for (Insert const fixed : {csi::show, csi::hide, csi::dsr, csi::scp, csi::rcp, csi::cr, csi::lf}) {
-        std::string const alone = shown([&](std::ostream& os) { fixed(os); });
-        std::string const padded = shown([&](std::ostream& os) {
-            os << std::setfill('*') << std::setw(12);
-            fixed(os);
-            os << "x";
-        });
-        EXPECT_EQ(padded, alone + "***********x");
-    }
-}
-
-TEST(Csi, LeavesAWidthPendingWhereTheGateRefuses)
-{
-    auto const run = on_pipe([] {
-        colorize(std::cout);
-        for (Control const& control : gated) {
-            std::cout << std::setw(7);
-            control.insert(std::cout);
-            report(std::cout.width() == 7 ? "" : control.name);
-        }
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.report, "");
 }
 
 TEST(Csi, PadsTheNumberAndNotTheIntroducer)
@@ -302,20 +174,6 @@ TEST(Csi, ShowsTheBaseOfTheStreamInBothNumbersOfAPosition)
               R"(\e[+10;+26H\e[+27;-11f)");
 }
 
-TEST(Csi, LeavesTheFormatOfTheStreamAlone)
-{
-    auto const run = on_terminal([] {
-        std::cout << colorize << std::hex << std::showbase << std::uppercase << std::left << std::setfill('*');
-        auto const flags = std::cout.flags();
-        for (Control const& control : gated) {
-            control.insert(std::cout);
-            report(std::cout.flags() == flags && std::cout.fill() == '*' ? "" : control.name);
-        }
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.report, "");
-}
-
 TEST(Csi, GroupsDigitsAsTheLocaleOfTheStreamDoes)
 {
     EXPECT_EQ(shown([](std::ostream& os) {
@@ -332,106 +190,6 @@ TEST(Csi, DoesNotGroupDigitsForTheGlobalLocale)
                   os << csi::cuf{1234567} << csi::cup{10, 20};
               }),
               R"(\e[1234567C\e[10;20H)");
-}
-
-TEST(Csi, NeverFlushes)
-{
-    auto const run = on_terminal([] {
-        colorize(std::cout);
-        Recorder const recorder(std::cout);
-        for (Control const& control : gated) {
-            control.insert(std::cout);
-        }
-        for (Control const& control : ungated) {
-            control.insert(std::cout);
-        }
-        report(recorder.text());
-    });
-    EXPECT_EQ(readable(run.report),
-              R"(\e[25h\e[25i\e[2J\e[2J\e[2J\e[6n\e[s\e[u\e[0J\e[1K\e[2A\e[3B\e[4C\e[5D\e[6E\e[7F\e[8G\e[9S\e[10T)"
-              R"(\e[91m\e[3;7H\e[3;7f\r\n)");
-}
-
-TEST(Csi, RecordsWhetherATerminalWasFound)
-{
-    for (Control const& control : gated) {
-        auto const run = on_terminal([&] {
-            std::ostringstream no_terminal;
-            report(yes_or_no(_isUsingColor()));
-            control.insert(std::cout); // a terminal, but not colorized
-            report(yes_or_no(_isUsingColor()));
-            control.insert(no_terminal);
-            report(yes_or_no(_isUsingColor()));
-            control.insert(colorize(std::cerr));
-            report(yes_or_no(_isUsingColor()));
-            control.insert(colorize(no_terminal));
-            report(yes_or_no(_isUsingColor()));
-            _setNoFrillsMode(true);
-            control.insert(std::cout);
-            _setNoFrillsMode(false);
-            report(yes_or_no(_isUsingColor()));
-        });
-        EXPECT_EQ(run.report, "no yes no yes no yes ") << control.name;
-
-        auto const redirected = run_with({Sink::pipe, Sink::terminal}, [&] {
-            control.insert(std::cerr);
-            report(yes_or_no(_isUsingColor()));
-            control.insert(colorize(std::cout));
-            report(yes_or_no(_isUsingColor()));
-        });
-        EXPECT_EQ(redirected.report, "yes no ") << control.name;
-    }
-}
-
-TEST(Csi, RecordsNothingWhereItDoesNotAsk)
-{
-    for (Control const& control : ungated) {
-        auto const run = on_terminal([&] {
-            control.insert(std::cout);
-            report(yes_or_no(_isUsingColor()));
-            csi::show(std::cout);
-            std::ostringstream no_terminal;
-            control.insert(no_terminal);
-            report(yes_or_no(_isUsingColor()));
-        });
-        EXPECT_EQ(run.report, "no yes ") << control.name;
-    }
-}
-
-TEST(Csi, AsksOnceWhetherAStandardStreamIsATerminal)
-{
-    for (Control const& control : gated) {
-        for (StandardStream const& to : standard_streams) {
-            auto const ask = [&] {
-                isatty_calls = 0;
-                control.insert(to.os);
-                report(std::to_string(isatty_calls) + " ");
-                isatty_calls = 0;
-                control.insert(colorize(to.os));
-                report(std::to_string(isatty_calls));
-            };
-            EXPECT_EQ(on_terminal(ask).report, "1 1") << control.name << " on " << to.name;
-            EXPECT_EQ(on_pipe(ask).report, "1 1") << control.name << " on " << to.name;
-        }
-    }
-}
-
-TEST(Csi, AsksOfNoOtherStreamWhetherItIsATerminal)
-{
-    auto const run = on_terminal([] {
-        std::ostringstream string_stream;
-        std::ostream same_buffer(std::cout.rdbuf());
-        isatty_calls = 0;
-        for (Control const& control : gated) {
-            control.insert(colorize(string_stream));
-            control.insert(colorize(same_buffer));
-        }
-        for (Control const& control : ungated) {
-            control.insert(std::cout);
-        }
-        report(std::to_string(isatty_calls));
-    });
-    EXPECT_EQ(run.report, "0");
 }
 
 // A clock that advances by step at each reading: how often a wait reads it on a terminal.
@@ -515,22 +273,6 @@ TEST(Delay, ReturnsAtOnceWhereTheGateRefuses)
         count_readings(colorize(std::clog));
     });
     EXPECT_EQ(run.report, "0 readings, 0 readings, ");
-}
-
-TEST(Delay, WaitsOnAStreamThatHasFailed)
-{
-    auto const run = on_terminal([] {
-        advance_clock_by(std::chrono::milliseconds(1));
-        std::cout.setstate(std::ios_base::badbit);
-        std::cout << colorize << csi::delay{25};
-        report(std::to_string(clock_readings));
-    });
-    EXPECT_EQ(run.report, "26");
-}
-
-TEST(Delay, LeavesAWidthPending)
-{
-    EXPECT_EQ(shown([](std::ostream& os) { os << std::setw(3) << csi::delay{1} << 7; }), "  7");
 }
 
 Screen screen_after(std::function<void(std::ostream&)> const& body)

@@ -1,9 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "isatty_calls.hpp"
-#include "recorder.hpp"
-#include "refused.hpp"
-#include "standard_streams.hpp"
 
 #include "support/grouping.hpp"
 #include "support/process.hpp"
@@ -12,10 +9,8 @@
 
 #include <climits>
 #include <functional>
-#include <iomanip>
 #include <iostream>
 #include <locale>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -99,20 +94,6 @@ TEST(SequenceString, HasNoGroupingUnderAGroupingGlobalLocale)
 // Values
 // ---------------------------------------------------------------------------------------------
 
-TEST(ExtendedColor, IsWrittenWithTheWholeRendition)
-{
-    for (StandardStream const& to : standard_streams) {
-        auto const run = on_terminal([&] {
-            to.os << colorize << color{1} << "a" << on_color{2} << "b" << rgb{3, 4, 5} << "c" << on_rgb{6, 7, 8};
-        });
-        EXPECT_EQ(readable(run.*to.bytes), R"(\e[00m\e[1m\e[38;5;1ma)"
-                                           R"(\e[00m\e[1m\e[38;5;1m\e[48;5;2mb)"
-                                           R"(\e[00m\e[1m\e[38;2;3;4;5m\e[48;5;2mc)"
-                                           R"(\e[00m\e[1m\e[38;2;3;4;5m\e[48;2;6;7;8m)")
-            << to.name;
-    }
-}
-
 TEST(ExtendedColor, WritesAnyNumberAsItIs)
 {
     auto const one = [](auto value) { return shown([&](std::ostream& os) { os << thin << "|" << value; }); };
@@ -130,16 +111,6 @@ TEST(ExtendedColor, WritesAnyNumberAsItIs)
     EXPECT_EQ(one(rgb{INT_MIN, INT_MAX, INT_MIN}), R"(\e[00m|\e[00m\e[38;2;-2147483648;2147483647;-2147483648m)");
     EXPECT_EQ(one(on_rgb{0, -1, 256}), R"(\e[00m|\e[00m\e[48;2;0;-1;256m)");
     EXPECT_EQ(one(on_rgb{INT_MIN, INT_MAX, INT_MIN}), R"(\e[00m|\e[00m\e[48;2;-2147483648;2147483647;-2147483648m)");
-}
-
-TEST(ExtendedColor, KeepsTheOtherHalfAndTheFlags)
-{
-    auto const run = on_terminal([] {
-        std::cerr << colorize << dark << italic << underline << blink << reverse << red << on_blue;
-        std::cout << colorize << color{200} << "|" << on_rgb{1, 2, 3};
-    });
-    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[38;5;200m\e[44m|)"
-                                 R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[38;5;200m\e[48;2;1;2;3m)");
 }
 
 TEST(ExtendedColor, IsReplacedByANamedColour)
@@ -187,19 +158,6 @@ TEST(ExtendedColor, ShowsOnEachStreamThatSharesTheRecord)
     EXPECT_EQ(readable(run.err), R"(\e[00m\e[1m\e[38;5;7m\e[48;5;8m)");
 }
 
-TEST(ExtendedColor, IsDecimalWhateverTheFormatOfTheStream)
-{
-    auto const run = on_terminal([] {
-        std::cout << colorize << thin << std::hex << std::showbase << std::showpos << std::uppercase << "|";
-        auto const flags = std::cout.flags();
-        std::cout << color{200} << on_color{201} << "|" << rgb{255, 128, 10} << on_rgb{11, 12, 13};
-        report(std::cout.flags() == flags ? "unchanged" : "changed");
-    });
-    EXPECT_EQ(readable(run.out), R"(\e[00m|\e[00m\e[38;5;200m\e[00m\e[38;5;200m\e[48;5;201m)"
-                                 R"(|\e[00m\e[38;2;255;128;10m\e[48;5;201m\e[00m\e[38;2;255;128;10m\e[48;2;11;12;13m)");
-    EXPECT_EQ(run.report, "unchanged");
-}
-
 TEST(ExtendedColor, IsPlainDigitsWhateverTheLocale)
 {
     std::string const expected = R"(\e[00m|\e[00m\e[38;5;1000000m)"
@@ -219,103 +177,6 @@ TEST(ExtendedColor, IsPlainDigitsWhateverTheLocale)
                   colors(os);
               }),
               expected);
-}
-
-TEST(ExtendedColor, SpendsAPendingWidthOnTheResetThatOpensTheRendition)
-{
-    EXPECT_EQ(shown([](std::ostream& os) {
-                  os << std::setfill('*') << std::setw(7) << color{1} << "x";
-                  os << std::setw(7) << on_color{2} << "x";
-                  os << std::setw(7) << rgb{3, 3, 3} << "x";
-                  os << std::setw(7) << on_rgb{4, 4, 4} << "x";
-              }),
-              R"(**\e[00m\e[1m\e[38;5;1mx)"
-              R"(**\e[00m\e[1m\e[38;5;1m\e[48;5;2mx)"
-              R"(**\e[00m\e[1m\e[38;2;3;3;3m\e[48;5;2mx)"
-              R"(**\e[00m\e[1m\e[38;2;3;3;3m\e[48;2;4;4;4mx)");
-}
-
-template <class Value, int... numbers>
-std::ostream& insert(std::ostream& os)
-{
-    return os << Value{numbers...};
-}
-
-using Insert = std::ostream& (*)(std::ostream&);
-
-Insert const values[] = {insert<color, 1>, insert<on_color, 2>, insert<rgb, 3, 4, 5>, insert<on_rgb, 6, 7, 8>};
-
-TEST(ExtendedColor, NeverFlushes)
-{
-    auto const run = on_terminal([] {
-        colorize(std::cout);
-        Recorder const recorder(std::cout);
-        for (auto const value : values) {
-            value(std::cout);
-        }
-        report(recorder.text().find(flush_mark) == std::string::npos ? "no flush" : "flush");
-    });
-    EXPECT_EQ(run.report, "no flush");
-}
-
-TEST(ExtendedColor, ReturnsItsStream)
-{
-    auto const run = on_terminal([] {
-        for (auto const value : values) {
-            std::ostringstream no_terminal;
-            report(&value(no_terminal) == &no_terminal && &value(colorize(std::cout)) == &std::cout ? ""
-                                                                                                    : "another stream");
-        }
-    });
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.report, "");
-}
-
-TEST(ExtendedColor, WritesAndStoresNothingWhereTheGateRefuses)
-{
-    auto const set = [](std::ostream& os) { os << red << on_blue; };
-    auto const insert_each = [](std::ostream& os) {
-        for (auto const value : values) {
-            value(os);
-        }
-    };
-    for (Refused const& run : refused(set, insert_each)) {
-        EXPECT_EQ(readable(run.written), "") << run.why;
-        EXPECT_EQ(readable(run.rendition), R"(\e[00m\e[1m\e[31m\e[44m)") << run.why;
-    }
-}
-
-TEST(ExtendedColor, RecordsWhetherATerminalWasFound)
-{
-    for (auto const value : values) {
-        auto const run = on_terminal([&] {
-            std::ostringstream no_terminal;
-            value(std::cout); // a terminal, but not colorized
-            report(_isUsingColor() ? "yes " : "no ");
-            value(colorize(no_terminal));
-            report(_isUsingColor() ? "yes " : "no ");
-            value(colorize(std::cout));
-            report(_isUsingColor() ? "yes" : "no");
-        });
-        EXPECT_EQ(run.report, "yes no yes");
-    }
-}
-
-TEST(ExtendedColor, AsksOnceWhetherAStandardStreamIsATerminal)
-{
-    for (auto const value : values) {
-        auto const ask = [&] {
-            std::ostringstream no_standard_stream;
-            isatty_calls = 0;
-            value(colorize(std::cout));
-            value(std::cerr);
-            report(std::to_string(isatty_calls) + " ");
-            value(colorize(no_standard_stream));
-            report(std::to_string(isatty_calls));
-        };
-        EXPECT_EQ(on_terminal(ask).report, "2 2");
-        EXPECT_EQ(on_pipe(ask).report, "2 2");
-    }
 }
 
 TEST(ExtendedColor, IsSeen)

@@ -2,14 +2,13 @@
 /// A stream's text with its flushes, which no terminal and no pipe shows.
 #pragma once
 
+#include "model/step.hpp"
+
 #include <ostream>
 #include <sstream>
 #include <string>
 
 namespace hueline::test {
-
-/// Stands for a flush: a byte that no text of the library holds.
-inline constexpr char flush_mark = '\f';
 
 /// Takes the place of a stream's buffer. The stream stays what it is: std::cout on a terminal gets
 /// its colours here too.

@@ -10,12 +10,15 @@ namespace hueline::test {
 
 namespace {
 
-int note_cursor(VTermProp property, VTermValue* value, void* visible)
+std::string without_trailing_blanks(std::string const& line) { return line.substr(0, line.find_last_not_of(' ') + 1); }
+
+std::string character_of(VTermScreenCell const& cell)
 {
-    if (property == VTERM_PROP_CURSORVISIBLE) {
-        *static_cast<bool*>(visible) = value->boolean != 0;
+    std::string character;
+    for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i] != 0; ++i) {
+        character += utf8(cell.chars[i]);
     }
-    return 1;
+    return character;
 }
 
 Colour colour(VTermState const* state, VTermColor given)
@@ -36,15 +39,48 @@ Colour colour(VTermState const* state, VTermColor given)
 
 void Screen::Free::operator()(VTerm* freed) const { vterm_free(freed); }
 
-Screen::Screen(std::string_view bytes, int rows, int columns) : terminal(vterm_new(rows, columns)), cols(columns)
+struct Screen::Callbacks {
+    static int note_cursor(VTermProp property, VTermValue* value, void* told)
+    {
+        if (property == VTERM_PROP_CURSORVISIBLE) {
+            static_cast<Told*>(told)->shows_cursor = value->boolean != 0;
+        }
+        return 1;
+    }
+
+    static int keep_line(int cols, VTermScreenCell const* cells, void* told)
+    {
+        std::string line;
+        for (int col = 0; col < cols; ++col) {
+            std::string const character = character_of(cells[col]);
+            line += character.empty() ? " " : character;
+        }
+        static_cast<Told*>(told)->scrolled.push_back(without_trailing_blanks(line));
+        return 1;
+    }
+
+    static VTermScreenCallbacks all()
+    {
+        VTermScreenCallbacks callbacks = {};
+        callbacks.settermprop = note_cursor;
+        callbacks.sb_pushline = keep_line;
+        return callbacks;
+    }
+};
+
+Screen::Screen(std::string_view bytes, int rows, int columns)
+    : told(std::make_unique<Told>()), terminal(vterm_new(rows, columns)), cols(columns)
 {
+    static VTermScreenCallbacks const callbacks = Callbacks::all();
     vterm_set_utf8(terminal.get(), 1);
     VTermScreen* const screen = vterm_obtain_screen(terminal.get());
-    VTermScreenCallbacks callbacks = {};
-    callbacks.settermprop = note_cursor;
-    vterm_screen_set_callbacks(screen, &callbacks, &shows_cursor);
+    vterm_screen_set_callbacks(screen, &callbacks, told.get());
     vterm_screen_reset(screen, 1);
+    write(bytes);
+}
 
+void Screen::write(std::string_view bytes)
+{
     std::string shown;
     for (char const byte : bytes) {
         if (byte == '\n') {
@@ -53,7 +89,12 @@ Screen::Screen(std::string_view bytes, int rows, int columns) : terminal(vterm_n
         shown += byte;
     }
     vterm_input_write(terminal.get(), shown.data(), shown.size());
-    vterm_screen_set_callbacks(screen, nullptr, nullptr);
+}
+
+void Screen::resize(int rows, int columns)
+{
+    cols = columns;
+    vterm_set_size(terminal.get(), rows, columns);
 }
 
 Cell Screen::cell(int row, int col) const
@@ -64,9 +105,7 @@ Cell Screen::cell(int row, int col) const
     }
     VTermState const* const state = vterm_obtain_state(terminal.get());
     Cell cell;
-    for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && found.chars[i] != 0; ++i) {
-        cell.character += utf8(found.chars[i]);
-    }
+    cell.character = character_of(found);
     cell.bold = found.attrs.bold != 0;
     cell.italic = found.attrs.italic != 0;
     cell.underline = found.attrs.underline != 0;
@@ -85,7 +124,7 @@ std::string Screen::text(int row) const
         std::string const character = cell(row, col).character;
         line += character.empty() ? " " : character;
     }
-    return line.substr(0, line.find_last_not_of(' ') + 1);
+    return without_trailing_blanks(line);
 }
 
 Position Screen::cursor() const
@@ -95,6 +134,15 @@ Position Screen::cursor() const
     return {position.row, position.col};
 }
 
-bool Screen::cursor_visible() const { return shows_cursor; }
+bool Screen::cursor_visible() const { return told->shows_cursor; }
+
+std::vector<std::string> Screen::lines_above() const
+{
+    std::vector<std::string> lines = told->scrolled;
+    for (int row = 0; row < cursor().row; ++row) {
+        lines.push_back(text(row));
+    }
+    return lines;
+}
 
 } // namespace hueline::test

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 struct VTerm;
 
@@ -47,6 +48,12 @@ public:
     /// is not.
     explicit Screen(std::string_view bytes, int rows = 24, int cols = 80);
 
+    /// More bytes, as in the constructor.
+    void write(std::string_view bytes);
+
+    /// Cuts what no longer fits on the right. The lowest row with text stays on the screen, even if the cursor does not.
+    void resize(int rows, int cols);
+
     /// Throws std::out_of_range outside of the screen.
     Cell cell(int row, int col) const;
 
@@ -56,14 +63,24 @@ public:
     Position cursor() const;
     bool cursor_visible() const;
 
+    /// The rows above that of the cursor, those that have left the screen among them, without trailing blanks.
+    std::vector<std::string> lines_above() const;
+
 private:
     struct Free {
         void operator()(VTerm* terminal) const;
     };
 
+    // What libvterm tells: where it is told to, whatever is moved.
+    struct Told {
+        bool shows_cursor = true;
+        std::vector<std::string> scrolled = {};
+    };
+    struct Callbacks;
+
+    std::unique_ptr<Told> told;
     std::unique_ptr<VTerm, Free> terminal;
     int cols;
-    bool shows_cursor = true;
 };
 
 } // namespace hueline::test

@@ -1,4 +1,4 @@
-#include "stream/demonstration.hpp"
+#include "model/told.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -168,6 +168,7 @@ Shows what libhueline writes: in colour on a terminal, as plain text elsewhere.
                       no colour but what the library writes in that mode too
       --color[=WHEN]  auto, the default, always or never; 16, 256 and 24bit are
                       as always; never is no-frills mode on a terminal
+  -C, --canonical     dump as hexdump -C does: offsets, bytes and text
 
 With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
 and each of the two streams whether it is a terminal.
@@ -233,7 +234,7 @@ void expect_misuse(Arguments const& arguments, std::string const& message)
 
 TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
 {
-    std::string const possible = ": the options are --help, --version, --list, --no-frills and --color";
+    std::string const possible = ": the options are --help, --version, --list, --no-frills, --color and --canonical";
     expect_misuse({"--frills"}, "unknown option '--frills'" + possible);
     expect_misuse({"--frills=3"}, "unknown option '--frills=3'" + possible);
     expect_misuse({"-x"}, "unknown option '-x'" + possible);
@@ -243,7 +244,7 @@ TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
 
 TEST(Misuse, OptionWithAnArgumentIsNamed)
 {
-    std::string const rest = " takes no argument: the options are --help, --version, --list, --no-frills and --color";
+    std::string const rest = " takes no argument: the options are --help, --version, --list, --no-frills, --color and --canonical";
     expect_misuse({"--help=x"}, "option '--help'" + rest);
     expect_misuse({"--version=2"}, "option '--version'" + rest);
     expect_misuse({"--list="}, "option '--list'" + rest);
@@ -264,8 +265,9 @@ TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
 
 TEST(Misuse, MessageIsOneLineAndColoursNothing)
 {
-    Outcome const run = demo(on_pipes, {"a\nb\t\x1b[31mc\x1f \x7f~\xc3\xa4"});
-    EXPECT_EQ(run.err.substr(0, run.err.find(": the")), "hueline-demo: unknown demonstration 'a?b??[31mc? ?~\xc3\xa4'");
+    Outcome const run = demo(on_pipes, {"a\nb\t\x1b[31mc\x1f \x7f~ä\xff\u009b2J\u202e"});
+    EXPECT_EQ(run.err.substr(0, run.err.find(": the")),
+              R"(hueline-demo: unknown demonstration 'a\x0ab\x09\x1b[31mc\x1f \x7f~ä\xff\u{9b}2J\u{202e}')");
     EXPECT_EQ(count(run.err, "\n"), 1U);
 }
 
@@ -273,11 +275,9 @@ TEST(Misuse, MessageIsOneLineAndColoursNothing)
 // Demonstrations
 // ---------------------------------------------------------------------------------------------
 
-Demonstration plain() { return Demonstration({.is_terminal = false}); }
-
 struct Pattern {
     std::string name;
-    void (Demonstration::*show)();
+    std::string operation;  // of the library
     std::string first_line; // elsewhere than on a terminal
     std::size_t size;       // bytes, likewise
 };
@@ -288,19 +288,40 @@ std::string const product = "Kestry Hueline Library (Hueline)\n";
 
 // clang-format off
 Pattern const patterns[] = {
-    {"codes",        &Demonstration::supported_m_codes, "",                         0},
-    {"normal-reset", &Demonstration::normal_reset,      heading,                    213},
-    {"matrix",       &Demonstration::matrix,            " no frills mode is off \n", 908},
-    {"palette",      &Demonstration::palette_of_16,     heading,                    1452},
-    {"greyscale",    &Demonstration::greyscale,         greys_heading,              1715},
-    {"rgb",          &Demonstration::cube,              heading,                    5011},
+    {"codes",        "test_pattern_supported_m_codes", "",                          0},
+    {"normal-reset", "test_pattern_normal_reset",      heading,                     213},
+    {"matrix",       "test_pattern_matrix",            " no frills mode is off \n", 908},
+    {"palette",      "test_pattern_256bit",            heading,                     1452},
+    {"greyscale",    "test_pattern_greyscale",         greys_heading,               1715},
+    {"rgb",          "test_pattern_rgb",               heading,                     5011},
 };
 // clang-format on
 
-void expect_pattern_on_pipe(Arguments const& arguments, Demonstration const& expected)
+std::string const status_line = "test_pattern_status_line";
+std::string const progress_line = "test_pattern_progress_line";
+std::string const version_banner = "build_version";
+
+std::string told_of(Sinks sinks, std::vector<Step> steps, std::vector<std::string> const& operations)
+{
+    steps.push_back({"colorize", "cout"});
+    for (std::string const& operation : operations) {
+        steps.push_back({operation, "cout"});
+    }
+    return told(sinks, steps);
+}
+
+// What the library writes in a program that does this and nothing else.
+std::string on_a_pipe(std::vector<std::string> const& operations) { return told_of(on_pipes, {}, operations); }
+std::string on_a_terminal(std::vector<std::string> const& operations) { return told_of(on_terminals, {}, operations); }
+std::string without_frills(std::vector<std::string> const& operations)
+{
+    return told_of(on_terminals, {{"_setNoFrillsMode", "", {1}}}, operations);
+}
+
+void expect_pattern_on_pipe(Arguments const& arguments, std::string const& expected)
 {
     Outcome const run = demo(on_pipes, arguments);
-    EXPECT_EQ(difference(expected.bytes(), run.out), "");
+    EXPECT_EQ(difference(expected, run.out), "");
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
 }
@@ -309,9 +330,7 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
 {
     for (Pattern const& pattern : patterns) {
         SCOPED_TRACE(pattern.name);
-        Demonstration expected = plain();
-        (expected.*pattern.show)();
-        expect_pattern_on_pipe({pattern.name}, expected);
+        expect_pattern_on_pipe({pattern.name}, on_a_pipe({pattern.operation}));
 
         Outcome const run = demo(on_pipes, {pattern.name});
         EXPECT_EQ(run.out.substr(0, run.out.find('\n') + 1), pattern.first_line);
@@ -322,44 +341,31 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
 
 TEST(OnAPipe, IndicatorsKeepTheirOwnColoursAndDoNotWait)
 {
-    Demonstration status = plain();
-    status.status_line();
-    Demonstration progress = plain();
-    progress.progress_line();
-
     auto const start = std::chrono::steady_clock::now();
-    expect_pattern_on_pipe({"status"}, status);
-    expect_pattern_on_pipe({"progress"}, progress);
+    expect_pattern_on_pipe({"status"}, on_a_pipe({status_line}));
+    expect_pattern_on_pipe({"progress"}, on_a_pipe({progress_line}));
     EXPECT_LT(std::chrono::steady_clock::now() - start, 7s); // with the waits it would be 7.5
 }
 
 TEST(OnAPipe, BannerIsTheLibrarysTextAndNothingElse)
 {
-    Demonstration expected = plain();
-    expected.version();
-    expect_pattern_on_pipe({}, expected);
-    expect_pattern_on_pipe({"banner"}, expected);
+    expect_pattern_on_pipe({}, on_a_pipe({version_banner}));
+    expect_pattern_on_pipe({"banner"}, on_a_pipe({version_banner}));
     EXPECT_EQ(demo(on_pipes, {}).out.substr(0, product.size()), product);
 }
 
 TEST(OnAPipe, DemonstrationsFollowEachOtherInTheOrderGiven)
 {
-    Demonstration expected = plain();
-    expected.cube();
-    expected.matrix();
-    expected.cube();
-    expect_pattern_on_pipe({"rgb", "matrix", "rgb"}, expected);
+    expect_pattern_on_pipe({"rgb", "matrix", "rgb"},
+                           on_a_pipe({"test_pattern_rgb", "test_pattern_matrix", "test_pattern_rgb"}));
 }
 
 TEST(OnATerminal, DemonstrationEndsInTheDefaultRendition)
 {
     for (Pattern const& pattern : patterns) {
         SCOPED_TRACE(pattern.name);
-        Demonstration expected;
-        (expected.*pattern.show)();
-        expected.reset();
         Outcome const run = demo(on_terminals, {pattern.name});
-        EXPECT_EQ(difference(expected.bytes(), run.out), "");
+        EXPECT_EQ(difference(on_a_terminal({pattern.operation, "reset"}), run.out), "");
         EXPECT_EQ(run.err, "");
         EXPECT_EQ(run.status, 0);
         expect_default_rendition_behind(run.out);
@@ -368,49 +374,36 @@ TEST(OnATerminal, DemonstrationEndsInTheDefaultRendition)
 
 TEST(OnATerminal, BannerIsFollowedByAReset)
 {
-    Demonstration expected;
-    expected.version();
     Outcome const run = demo(on_terminals, {}, without_waits);
-    EXPECT_EQ(difference(expected.bytes() + "\x1b[00m\x1b[25h", run.out), "");
+    EXPECT_EQ(difference(on_a_terminal({version_banner}) + "\x1b[00m\x1b[25h", run.out), "");
     EXPECT_EQ(run.status, 0);
     expect_default_rendition_behind(run.out);
 }
 
 TEST(OnATerminal, IndicatorsKeepTheirLastFrameOnALineOfItsOwn)
 {
-    Demonstration status;
-    status.status_line();
     Outcome run = demo(on_terminals, {"status"}, without_waits);
-    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(on_a_terminal({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
     expect_default_rendition_behind(run.out);
 
-    Demonstration progress;
-    progress.progress_line();
     run = demo(on_terminals, {"progress"}, without_waits);
-    EXPECT_EQ(difference(progress.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(on_a_terminal({progress_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
 }
 
 TEST(OnATerminal, EachDemonstrationStartsFromTheDefaultRecord)
 {
-    Demonstration expected;
-    expected.cube();
-    expected.reset();
-    expected.matrix();
-    expected.reset();
-    EXPECT_EQ(difference(expected.bytes(), demo(on_terminals, {"rgb", "matrix"}).out), "");
+    EXPECT_EQ(difference(on_a_terminal({"test_pattern_rgb", "reset", "test_pattern_matrix", "reset"}),
+                         demo(on_terminals, {"rgb", "matrix"}).out),
+              "");
 }
 
 TEST(OnATerminal, ColourIsForStandardOutputWhateverStandardErrorIs)
 {
-    Demonstration expected;
-    expected.matrix();
-    expected.reset();
-    EXPECT_EQ(difference(expected.bytes(), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out), "");
-
-    Demonstration plain_matrix = plain();
-    plain_matrix.matrix();
+    EXPECT_EQ(
+        difference(on_a_terminal({"test_pattern_matrix", "reset"}), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out),
+        "");
     for (Sink const out : {Sink::pipe, Sink::file}) {
-        EXPECT_EQ(difference(plain_matrix.bytes(), demo({out, Sink::terminal}, {"matrix"}).out), "");
+        EXPECT_EQ(difference(on_a_pipe({"test_pattern_matrix"}), demo({out, Sink::terminal}, {"matrix"}).out), "");
     }
 }
 
@@ -418,12 +411,10 @@ TEST(NoFrills, ATerminalReceivesNoSequence)
 {
     for (Pattern const& pattern : patterns) {
         SCOPED_TRACE(pattern.name);
-        Demonstration expected({.no_frills = true});
-        (expected.*pattern.show)();
         for (Arguments const& arguments : {Arguments{"--no-frills", pattern.name}, Arguments{"-n", pattern.name},
                                            Arguments{pattern.name, "--no-frills"}}) {
             Outcome const run = demo(on_terminals, arguments);
-            EXPECT_EQ(difference(expected.bytes(), run.out), "");
+            EXPECT_EQ(difference(without_frills({pattern.operation}), run.out), "");
             EXPECT_FALSE(has_sequences(run.out));
         }
     }
@@ -431,25 +422,17 @@ TEST(NoFrills, ATerminalReceivesNoSequence)
 
 TEST(NoFrills, ColoursOfTheIndicatorsAreEndedOnATerminal)
 {
-    Demonstration status({.no_frills = true});
-    status.status_line();
-    Demonstration progress({.no_frills = true});
-    progress.progress_line();
-    Demonstration banner({.no_frills = true});
-    banner.version();
     std::string const end = "\x1b[00m\x1b[25h";
-
-    EXPECT_EQ(difference(status.bytes() + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
-    EXPECT_EQ(difference(progress.bytes() + end + "\n", demo(on_terminals, {"-n", "progress"}).out), "");
-    EXPECT_EQ(difference(banner.bytes() + end, demo(on_terminals, {"-n"}).out), "");
+    EXPECT_EQ(difference(without_frills({status_line}) + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
+    EXPECT_EQ(difference(without_frills({progress_line}) + end + "\n", demo(on_terminals, {"-n", "progress"}).out), "");
+    EXPECT_EQ(difference(without_frills({version_banner}) + end, demo(on_terminals, {"-n"}).out), "");
 }
 
 TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
 {
-    Demonstration expected({.no_frills = true});
-    expected.matrix();
     Outcome const run = demo(on_terminals, {"-n", "status", "matrix"});
-    EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))), readable(expected.bytes()));
+    EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))),
+              readable(without_frills({"test_pattern_matrix"})));
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -465,14 +448,8 @@ struct Matrix {
 
 Matrix matrix()
 {
-    Demonstration coloured;
-    coloured.matrix();
-    coloured.reset();
-    Demonstration without_frills({.no_frills = true});
-    without_frills.matrix();
-    Demonstration piped = plain();
-    piped.matrix();
-    return {coloured.bytes(), without_frills.bytes(), piped.bytes()};
+    std::string const operation = "test_pattern_matrix";
+    return {on_a_terminal({operation, "reset"}), without_frills({operation}), on_a_pipe({operation})};
 }
 
 TEST(Color, IsTakenFromATerminalByNoFrillsMode)
@@ -528,10 +505,8 @@ TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
 
 TEST(Color, OfTheIndicatorsIsEndedWhereColourIsNotWanted)
 {
-    Demonstration status({.no_frills = true});
-    status.status_line();
     Outcome const run = demo(on_terminals, {"--color=never", "status"}, without_waits);
-    EXPECT_EQ(difference(status.bytes() + "\x1b[00m\x1b[25h\n", run.out), "");
+    EXPECT_EQ(difference(without_frills({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
     expect_default_rendition_behind(run.out);
 }
 
@@ -540,7 +515,7 @@ TEST(Color, OfUnknownKindIsMisuse)
     std::string const rest = " of option '--color': it is one of auto, always, never, 16, 256, 24bit";
     expect_misuse({"--color=maybe"}, "unknown WHEN 'maybe'" + rest);
     expect_misuse({"matrix", "--color="}, "unknown WHEN ''" + rest);
-    expect_misuse({"--color=a\x1b[31m"}, "unknown WHEN 'a?[31m'" + rest);
+    expect_misuse({"--color=a\x1b[31m"}, R"(unknown WHEN 'a\x1b[31m')" + rest);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -827,15 +802,12 @@ TEST(Signal, WritesNothingElsewhereThanToATerminal)
 
 TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
 {
-    Demonstration expected;
-    expected.status_line();
-    expected.reset();
     for (auto const& [signal, name] : {std::pair(SIGINT, "INT"), std::pair(SIGHUP, "HUP")}) {
         std::string const command = std::string("trap '' ") + name + R"(; exec "$0" status)";
         Outcome const run =
             shell({Sink::terminal, Sink::pipe}, command, {}, {.interrupt = Interrupt{signal, "\x1b[93m"}});
         EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(difference(expected.bytes() + "\n", run.out), "");
+        EXPECT_EQ(difference(on_a_terminal({status_line, "reset"}) + "\n", run.out), "");
     }
 }
 
@@ -1036,11 +1008,11 @@ TEST(Dump, OfWhatCannotBeReadNamesTheReason)
 TEST(Dump, GoesOnBehindAFileThatCannotBeRead)
 {
     Folder const folder;
-    Outcome const run =
-        demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\nfile", folder.path.string(), folder.file("b", "b")});
+    Outcome const run = demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\n\u009b2Jfile", folder.path.string(),
+                                        folder.file("b", "b")});
     EXPECT_EQ(run.out, "61\n62\n");
     // clang-format off
-    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such?file': No such file or directory\n"
+    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such\\x0a\\u{9b}2Jfile': No such file or directory\n"
                        "hueline-demo: cannot read '" + folder.path.string() + "': Is a directory\n");
     // clang-format on
     EXPECT_EQ(run.status, 1);
@@ -1085,6 +1057,79 @@ TEST(Dump, ShowsWhatCouldBeReadBeforeAnError)
     EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n67 68\n");
     EXPECT_EQ(run.err, "hueline-demo: cannot read standard input: Input/output error\n");
     EXPECT_EQ(run.status, 1);
+}
+
+// ---------------------------------------------------------------------------------------------
+// The canonical form
+// ---------------------------------------------------------------------------------------------
+
+TEST(CanonicalDump, IsThatOfHexdump)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", "0123456789abcdef0123456789abcdef0123456789abcdefg\n");
+    std::string const rows = "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n"
+                             "*\n"
+                             "00000030  67 0a                                             |g.|\n"
+                             "00000032\n";
+    for (Arguments const& arguments : {Arguments{"dump", "--canonical", file}, Arguments{"-C", "dump", file}}) {
+        Outcome const run = demo(on_pipes, arguments);
+        EXPECT_EQ(run.out, rows);
+        EXPECT_EQ(run.err, "");
+        EXPECT_EQ(run.status, 0);
+    }
+    EXPECT_EQ(demo(on_pipes, {"dump", "-C", folder.file("none", "")}).out, "");
+}
+
+TEST(CanonicalDump, BeginsAnewWithEachFile)
+{
+    Folder const folder;
+    Outcome const run = demo(on_pipes, {"-C", "dump", folder.file("a", "x"), "-"}, {.input = "x"});
+    std::string const rows = "00000000  78                                                |x|\n"
+                             "00000001\n";
+    EXPECT_EQ(run.out, rows + rows);
+}
+
+TEST(CanonicalDump, IsColouredAsThePolicySays)
+{
+    Folder const folder;
+    std::string const file = folder.file("data", "x");
+    std::string const blanks(48, ' ');
+    std::string const plain = "00000000  78" + blanks + "|x|\\n00000001\\n";
+    std::string const colored = R"(00000000  \e[36m78)" + blanks + R"(|x\e[39m|\n00000001\n)";
+    EXPECT_EQ(readable(demo(on_pipes, {"-C", "dump", file}).out), plain);
+    EXPECT_EQ(readable(demo(on_pipes, {"-C", "--color", "dump", file}).out), colored);
+    EXPECT_EQ(readable(demo(on_pipes, {"-C", "--color", "--no-frills", "dump", file}).out), plain);
+    EXPECT_EQ(readable(demo(on_terminals, {"-C", "--color=never", "dump", file}).out), plain);
+}
+
+TEST(CanonicalDump, WritesALineAsSoonAsItIsFull)
+{
+    Folder const folder;
+    Outcome const run = shell(on_pipes, open_input + R"(exec "$0" -C dump < "$1/input")", {folder.path.string()},
+                              {.interrupt = Interrupt{SIGTERM, "def|\n"}, .time_allowed = 10s});
+    EXPECT_EQ(run.out, "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n");
+    EXPECT_EQ(run.signal, SIGTERM);
+}
+
+TEST(CanonicalDump, SaysWhatItCouldNotReadOrWrite)
+{
+    Folder const folder;
+    Outcome const run = demo(on_pipes, {"-C", "dump", "/no/such/file", folder.file("data", "x")});
+    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such/file': No such file or directory\n");
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.out, "");
+    Outcome const full = demo({Sink::full, Sink::pipe}, {"-C", "dump", "/dev/zero"}); // zeros without end are three lines
+    EXPECT_NE(full.status, 0);
+    EXPECT_EQ(full.err, "hueline-demo: cannot write to standard output: No space left on device\n");
+}
+
+TEST(CanonicalDump, ShowsHowFarItIs)
+{
+    Folder const folder;
+    Outcome const run = demo({Sink::pipe, Sink::terminal}, {"-C", "dump", folder.file("data", some_bytes(4 * mebibyte))},
+                             {.environment = {"TERM=xterm"}});
+    EXPECT_NE(readable(run.err).find("dumped 50% of 4 MiB"), std::string::npos) << readable(run.err);
+    EXPECT_EQ(run.out.size(), 4 * mebibyte / 16 * 79 + 9);
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -1,4 +1,4 @@
-// The class-based interface: a switch that is on for the whole program, and a dump that is coloured by it.
+// The string interface: a switch that is on for the whole program, and a dump that is coloured by it.
 
 #include "kestry/hueline_classic.hpp"
 

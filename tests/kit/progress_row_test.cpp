@@ -1,0 +1,355 @@
+#include "progress_row.hpp"
+
+#include "kestry/kit/text.hpp"
+
+#include "support/readable.hpp"
+
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace kestry::kit::detail;
+using hueline::test::readable;
+using kestry::kit::progress::unit;
+using kestry::kit::progress::unknown;
+
+progress_look constexpr in_ascii = {.color = false, .ascii = true};
+progress_look constexpr plain = {.color = false};
+
+progress_facts facts_of(std::uint64_t position, std::uint64_t length, std::string_view message = {})
+{
+    return {.message = message, .message_columns = message.size(), .position = position, .length = length};
+}
+
+std::string laid_out(std::string_view layout, progress_facts const& facts, std::size_t columns,
+                     progress_look const& look = in_ascii)
+{
+    return lay_out(progress_template(layout), facts, look, columns).text;
+}
+
+// ---------------------------------------------------------------------------------------------
+// Layouts
+// ---------------------------------------------------------------------------------------------
+
+std::string refusal(std::string_view layout)
+{
+    try {
+        progress_template const refused(layout);
+    } catch (std::invalid_argument const& e) {
+        return e.what();
+    }
+    return "";
+}
+
+TEST(ProgressLayout, SaysWhatItDoesNotKnow)
+{
+    EXPECT_EQ(refusal("{mgs}"), "progress layout: unknown key {mgs} at byte 0");
+    EXPECT_EQ(refusal("abc {}"), "progress layout: unknown key {} at byte 4");
+    EXPECT_EQ(refusal("{msg:1x}"), "progress layout: no width in columns in {msg:1x} at byte 0");
+    EXPECT_EQ(refusal("{msg:-1}"), "progress layout: no width in columns in {msg:-1} at byte 0");
+    EXPECT_EQ(refusal("{msg:1001}"), "progress layout: no width in columns in {msg:1001} at byte 0");
+    EXPECT_EQ(refusal("{msg:1000}"), "");
+    EXPECT_EQ(refusal("{msg:99999999999999999999}"),
+              "progress layout: no width in columns in {msg:99999999999999999999} at byte 0");
+    EXPECT_EQ(refusal("{msg:.pink}"), "progress layout: unknown colour in {msg:.pink} at byte 0");
+    EXPECT_EQ(refusal("{msg:.}"), "progress layout: unknown colour in {msg:.} at byte 0");
+    EXPECT_EQ(refusal("ab{msg"), "progress layout: no } for the { at byte 2");
+    EXPECT_EQ(refusal("ab}"), "progress layout: no { for the } at byte 2");
+    EXPECT_EQ(refusal("a\nb"), "progress layout: control character at byte 1");
+    EXPECT_EQ(refusal("a\x7f"), "progress layout: control character at byte 1");
+}
+
+TEST(ProgressLayout, ShowsEachKey)
+{
+    progress_facts facts = facts_of(25, 100, "name");
+    facts.rate = 5;
+    facts.left = 15;
+    facts.elapsed = 65;
+    struct Case {
+        std::string layout;
+        std::string row;
+    };
+    for (auto const& [layout, row] : {Case{"{msg}|", "name|"},
+                                      {"{pos}|", " 25|"},
+                                      {"{len}|", "100|"},
+                                      {"{percent}|", " 25%|"},
+                                      {"{rate}|", " 5.00/s|"},
+                                      {"{eta}|", "00:15|"},
+                                      {"{elapsed}|", "01:05|"},
+                                      {"{bar}|", "[####>.............]|"},
+                                      {"{bar:7}|", "[#>...]|"},
+                                      {"{wide_bar}|", "[#######>....................]|"},
+                                      {"{spinner}|", "||"},
+                                      {"{{{msg}}}", "{name}"},
+                                      {"{msg:6}|", "name  |"},
+                                      {"{msg:<6}|", "name  |"},
+                                      {"{msg:>6}|", "  name|"},
+                                      {"{msg:3}|", "...|"},
+                                      {"{msg:6}", "name"}}) {
+        EXPECT_EQ(laid_out(layout, facts, 31), row) << layout;
+    }
+}
+
+TEST(ProgressLayout, CountsBytes)
+{
+    progress_facts facts = facts_of(1234, 4 << 20);
+    facts.counted = unit::bytes;
+    facts.rate = 2048;
+    EXPECT_EQ(laid_out("{pos}/{len} {rate}", facts, 80), "1.21 KiB/4.00 MiB 2.00 KiB/s");
+}
+
+TEST(ProgressLayout, ShowsWhatIsNotKnown)
+{
+    EXPECT_EQ(laid_out("{pos}/{len} {percent} {rate} {eta}", facts_of(7, unknown), 80), "7/?  --%    --/s --:--");
+}
+
+TEST(ProgressLayout, ShowsWhatAFinishedBarTook)
+{
+    progress_facts facts = facts_of(10, 10);
+    facts.elapsed = 65;
+    facts.left = 0;
+    facts.state = progress_state::finished;
+    EXPECT_EQ(laid_out("{spinner} {eta}", facts, 80), "* 01:05");
+    facts.state = progress_state::abandoned;
+    facts.left = {};
+    EXPECT_EQ(laid_out("{spinner} {eta}", facts, 80), "x --:--");
+}
+
+TEST(ProgressLayout, HasADefaultForWhatIsKnown)
+{
+    progress_look const look = in_ascii;
+    auto const row = [&look](std::uint64_t position, std::uint64_t length) {
+        return lay_out(usual_template(position, length), facts_of(position, length, "name"), look, 50).text;
+    };
+    EXPECT_EQ(row(1, 10), "name [#>................]  10%  1/10    --/s --:--");
+    EXPECT_EQ(row(1, unknown), "| name 1    --/s 00:00");
+    EXPECT_EQ(row(0, unknown), "| name 00:00");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Bars
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressBar, FillsByEighthsOfACell)
+{
+    struct Case {
+        std::uint64_t position;
+        std::string row;
+    };
+    for (auto const& [position, row] : {Case{0, "[   ]"},
+                                        {1, "[▏  ]"},
+                                        {7, "[▉  ]"},
+                                        {8, "[█  ]"},
+                                        {12, "[█▌ ]"},
+                                        {23, "[██▉]"},
+                                        {24, "[███]"},
+                                        {25, "[███]"}}) {
+        EXPECT_EQ(laid_out("{bar:5}", facts_of(position, 24), 80, plain), row) << position;
+    }
+}
+
+TEST(ProgressBar, FillsInAscii)
+{
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(0, 24), 80), "[...]");
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(1, 24), 80), "[>..]");
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(23, 24), 80), "[##>]");
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(24, 24), 80), "[###]");
+}
+
+TEST(ProgressBar, IsFullOnlyAtTheEnd)
+{
+    std::uint64_t constexpr most = std::numeric_limits<std::uint64_t>::max() - 1;
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(most - 1, most), 80, plain), "[██▉]");
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(most, most), 80, plain), "[███]");
+    EXPECT_EQ(laid_out("{bar:5}", facts_of(0, 0), 80, plain), "[███]");
+}
+
+TEST(ProgressBar, HasAPieceThatGoesToAndFroWithoutALength)
+{
+    std::vector<std::string> const rows = {"[###  ]", "[ ### ]", "[  ###]", "[ ### ]", "[###  ]"};
+    for (unsigned turn = 0; turn < rows.size(); ++turn) {
+        progress_facts facts = facts_of(1, unknown);
+        facts.turn = turn;
+        EXPECT_EQ(laid_out("{bar:7}", facts, 80), rows[turn]);
+    }
+    EXPECT_EQ(laid_out("{bar:4}", facts_of(1, unknown), 80), "[##]");
+    progress_facts finished = facts_of(1, unknown);
+    finished.state = progress_state::finished;
+    EXPECT_EQ(laid_out("{bar:4}", finished, 80), "[>.]");
+}
+
+TEST(ProgressBar, NeedsThreeColumns)
+{
+    EXPECT_EQ(laid_out("a{bar:2}b", facts_of(1, 2), 80), "a  b");
+    EXPECT_EQ(laid_out("a{bar:3}b", facts_of(1, 2), 80), "a[>]b");
+}
+
+TEST(ProgressSpinner, Turns)
+{
+    std::string seen;
+    for (unsigned turn = 0; turn < 5; ++turn) {
+        progress_facts facts = facts_of(0, unknown);
+        facts.turn = turn;
+        seen += laid_out("{spinner}", facts, 80);
+    }
+    EXPECT_EQ(seen, "|/-\\|");
+    EXPECT_EQ(laid_out("{spinner}", facts_of(0, unknown), 80, plain), "⠋");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Width
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressRow, GivesWayFromTheBarToTheMessageToTheKeysOnTheRight)
+{
+    progress_facts facts = facts_of(1, 2, "a long message");
+    struct Case {
+        std::size_t columns;
+        std::string row;
+    };
+    for (auto const& [columns, row] : {Case{40, "a long message [#######>......]  50% 1/2"},
+                                       {31, "a long message [##>..]  50% 1/2"},
+                                       {30, "a long message [##>.]  50% 1/2"},
+                                       {29, "a long message [#>.]  50% 1/2"},
+                                       {28, "a long mes... [#>.]  50% 1/2"},
+                                       {24, "a long... [#>.]  50% 1/2"},
+                                       {23, "a lon... [#>.]  50% 1/2"},
+                                       {22, "a long mes...  50% 1/2"},
+                                       {17, "a lon...  50% 1/2"},
+                                       {16, "a long m...  50%"},
+                                       {13, "a lon...  50%"},
+                                       {12, "a long me..."},
+                                       {5, "a ..."},
+                                       {3, "..."},
+                                       {2, "a "},
+                                       {1, "a"},
+                                       {0, ""}}) {
+        std::string const shown = laid_out("{msg} {wide_bar} {percent} {pos}/{len}", facts, columns);
+        EXPECT_LE(shown.size(), columns);
+        EXPECT_EQ(shown, row) << columns;
+    }
+}
+
+TEST(ProgressRow, IsNeverWiderThanItsRoom)
+{
+    std::vector<std::string> const layouts = {"{msg} {wide_bar} {percent} {pos}/{len} {rate} {eta}",
+                                              "{spinner} {msg}",
+                                              "{wide_bar}",
+                                              "text {bar:30} text",
+                                              "{percent}{msg:>20}{wide_bar}",
+                                              "only text"};
+    for (std::string const& layout : layouts) {
+        for (std::string_view const message :
+             {"", "x", "a message of some length", "日本語のメッセージ", "👩‍👩‍👧 family"}) {
+            for (std::size_t columns = 0; columns < 90; ++columns) {
+                progress_facts facts = facts_of(1, 2, message);
+                facts.message_columns = kestry::kit::display_width(message);
+                progress_text const row = lay_out(progress_template(layout), facts, plain, columns);
+                ASSERT_LE(row.columns(), columns) << layout << ' ' << message;
+                ASSERT_EQ(row.columns(), kestry::kit::display_width(row.text)) << layout << ' ' << message;
+            }
+        }
+    }
+}
+
+TEST(ProgressRow, PadsMessagesSoThatBarsStandInLine)
+{
+    progress_look look = in_ascii;
+    look.message_columns = 6;
+    EXPECT_EQ(laid_out("{msg} {percent}", facts_of(1, 2, "ab"), 80, look), "ab      50%");
+    EXPECT_EQ(laid_out("{msg}", facts_of(1, 2, "ab"), 80, look), "ab"); // no blanks at the end
+}
+
+TEST(ProgressRow, CutsWithADotOfUnicodeIfItMay)
+{
+    EXPECT_EQ(laid_out("{msg}", facts_of(1, 2, "message"), 4, plain), "mes…");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Colour
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressColour, IsAroundItsKeyAlone)
+{
+    progress_facts const facts = facts_of(1, 2, "m");
+    progress_look const look = {.ascii = true};
+    auto const in_colour = [&](std::string_view layout) {
+        return readable(painted(lay_out(progress_template(layout), facts, look, 80)));
+    };
+    EXPECT_EQ(in_colour("{msg:.cyan} {bar:6.green} {percent:.bold}"),
+              R"(\e[36mm\e[0m [\e[32m##>\e[0m.] \e[1m 50%\e[0m)");
+    EXPECT_EQ(in_colour("{msg:3.dim}|"), R"(\e[2mm\e[0m  |)");
+    EXPECT_EQ(in_colour("{msg:>3.red}|"), R"(  \e[31mm\e[0m|)");
+    EXPECT_EQ(in_colour("{msg:.yellow}{msg:.blue}{msg:.magenta}"), R"(\e[33mm\e[0m\e[34mm\e[0m\e[35mm\e[0m)");
+}
+
+TEST(ProgressColour, OfAnAbandonedBarIsYellow)
+{
+    progress_facts facts = facts_of(1, 2);
+    facts.state = progress_state::abandoned;
+    progress_look const look = {.ascii = true};
+    EXPECT_EQ(readable(painted(lay_out(progress_template("{bar:6.green}"), facts, look, 80))), R"([\e[33m##>\e[0m.])");
+    EXPECT_EQ(readable(painted(lay_out(progress_template("{bar:6}"), facts, look, 80))), R"([##>.])");
+}
+
+TEST(ProgressColour, IsLeftOutWithoutColour)
+{
+    EXPECT_EQ(painted(lay_out(progress_template("{msg:.cyan} {bar:5.green}"), facts_of(1, 2, "m"), in_ascii, 80)),
+              "m [#>.]");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Changes
+// ---------------------------------------------------------------------------------------------
+
+std::string change(progress_text const& from, progress_text const& to)
+{
+    std::string out;
+    append_change(out, from, to);
+    return readable(out);
+}
+
+TEST(ProgressChange, StartsAtTheFirstDifferentCharacter)
+{
+    auto const row = [](std::uint64_t position) {
+        return lay_out(progress_template("{bar:7} {pos}"), facts_of(position, 40), plain, 80);
+    };
+    EXPECT_EQ(change(row(17), row(18)), R"(\e[3C▎  ] 18)"); // ▏ and ▎ differ in their last byte only
+    EXPECT_EQ(change(row(17), row(17)), R"(\e[10C)");
+}
+
+TEST(ProgressChange, RewritesAMessageThatIsNotAscii)
+{
+    progress_text from;
+    from.add("a ", 2);
+    from.add("日本", 4, "", false);
+    from.add(" z", 2);
+    progress_text to;
+    to.add("a ", 2);
+    to.add("日木", 4, "", false);
+    to.add(" z", 2);
+    EXPECT_EQ(change(from, to), R"(\e[2C日木 z)");
+    progress_text shorter;
+    shorter.add("a ", 2);
+    shorter.add("日", 2, "", false);
+    EXPECT_EQ(change(from, shorter), R"(\e[2C日\e[K)");
+}
+
+TEST(ProgressChange, StartsWhereTheColourDiffers)
+{
+    progress_text from;
+    from.add("ab", 2, "32");
+    from.add("cd", 2);
+    progress_text to;
+    to.add("a", 1, "32");
+    to.add("bcd", 3);
+    EXPECT_EQ(change(from, to), R"(\e[1Cbcd)");
+}
+
+} // namespace

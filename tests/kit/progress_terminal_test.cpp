@@ -1,0 +1,575 @@
+#include "kestry/kit/line.hpp"
+#include "kestry/kit/progress.hpp"
+
+#include "support/process.hpp"
+#include "support/readable.hpp"
+#include "support/screen.hpp"
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include <sys/ioctl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+using namespace kestry::kit::progress;
+using namespace std::chrono_literals;
+using Lines = std::vector<std::string>;
+
+Sinks const on_error_terminal = {Sink::pipe, Sink::terminal};
+
+void use_environment()
+{
+    for (char const* const name : {"CI", "HUELINE_PROGRESS", "LANG", "LC_CTYPE"}) {
+        ::unsetenv(name);
+    }
+    ::setenv("TERM", "xterm", 1);
+    ::setenv("LC_ALL", "C", 1);
+    ::setenv("NO_COLOR", "1", 1);
+}
+
+bar_options brief(std::string_view message, std::uint64_t length = 10)
+{
+    return {.message = message, .length = length, .row = layout("{msg} {pos}/{len}")};
+}
+
+// What is left on the screen, down to the last row with text.
+Lines left_by(Outcome const& run)
+{
+    Screen const screen{run.err};
+    Lines lines;
+    for (int row = 0; row < 24; ++row) {
+        lines.push_back(screen.text(row));
+    }
+    while (!lines.empty() && lines.back().empty()) {
+        lines.pop_back();
+    }
+    return lines;
+}
+
+std::size_t count(std::string_view text, std::string_view part)
+{
+    std::size_t found = 0;
+    for (std::size_t at = text.find(part); at != text.npos; at = text.find(part, at + part.size())) {
+        ++found;
+    }
+    return found;
+}
+
+void expect_tidy(Outcome const& run)
+{
+    EXPECT_TRUE(Screen{run.err}.cursor_visible());
+    EXPECT_EQ(count(run.err, "\x1b[?2026h"), count(run.err, "\x1b[?2026l"));
+    EXPECT_EQ(count(run.err, "\x1b[?25l"), count(run.err, "\x1b[?25h"));
+}
+
+// ---------------------------------------------------------------------------------------------
+// By itself
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressTerminal, DrawsByItselfAndLeavesTheLastRow)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        files.inc(4);
+        std::this_thread::sleep_for(300ms);
+        files.inc(6);
+    });
+    EXPECT_NE(run.err.find("files  4/10"), std::string::npos);
+    EXPECT_EQ(left_by(run), Lines{"files 10/10"});
+    EXPECT_EQ(run.out, "");
+    expect_tidy(run);
+}
+
+TEST(ProgressTerminal, ShowsNothingOfWhatEndsAtOnceButItsLastRow)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+    });
+    EXPECT_EQ(readable(run.err), R"(files 10/10\n)");
+}
+
+TEST(ProgressTerminal, WritesLinesWhereItIsNotLive)
+{
+    struct Place {
+        Sink sink;
+        char const* name;
+        char const* value;
+    };
+    std::string const lines = "files: 0%, 0 of 10\nfiles: done, 10 in 00:00\n";
+    for (Place const& place : {Place{Sink::pipe, "TERM", "xterm"},
+                               {Sink::file, "TERM", "xterm"},
+                               {Sink::terminal, "TERM", "dumb"},
+                               {Sink::terminal, "CI", "true"},
+                               {Sink::terminal, "HUELINE_PROGRESS", "plain"}}) {
+        Outcome const run = run_with({Sink::pipe, place.sink}, [&] {
+            use_environment();
+            ::setenv(place.name, place.value, 1);
+            multi_progress group;
+            bar const files = group.add("files", 10);
+        });
+        EXPECT_EQ(run.err, lines) << place.name << ' ' << place.value;
+    }
+}
+
+TEST(ProgressTerminal, IsLiveOrOffAsTheEnvironmentSays)
+{
+    struct Choice {
+        char const* name;
+        char const* value;
+        mode shown;
+    };
+    for (Choice const& choice : {Choice{"HUELINE_PROGRESS", "live", mode::live},
+                                 {"HUELINE_PROGRESS", "off", mode::off},
+                                 {"HUELINE_PROGRESS", "maybe", mode::live},
+                                 {"CI", "false", mode::live},
+                                 {"CI", "0", mode::live},
+                                 {"CI", "", mode::live}}) {
+        Outcome const run = run_with(on_error_terminal, [&] {
+            use_environment();
+            ::setenv(choice.name, choice.value, 1);
+            report(multi_progress().shown() == choice.shown ? "yes" : "no");
+        });
+        EXPECT_EQ(run.report, "yes") << choice.name << ' ' << choice.value;
+    }
+}
+
+TEST(ProgressTerminal, UsesUnicodeAndColourAsTheEnvironmentSays)
+{
+    struct Choice {
+        char const* locale;
+        char const* no_color;
+        std::string row;
+    };
+    for (Choice const& choice :
+         {Choice{"C", "1", "[##>.]\n"}, {"C.UTF-8", "1", "[██  ]\n"}, {"C", "", "[\x1b[33m##>\x1b[0m.]\n"}}) {
+        Outcome const run = run_with(on_error_terminal, [&] {
+            use_environment();
+            ::setenv("LC_ALL", choice.locale, 1);
+            ::setenv("NO_COLOR", choice.no_color, 1);
+            multi_progress group;
+            bar const half = group.add({.message = "m", .length = 4, .row = layout("{bar:6.green}")});
+            half.inc(2);
+            half.abandon();
+        });
+        EXPECT_EQ(run.err, choice.row);
+    }
+}
+
+TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const wide = group.add("wide", 10);
+        std::this_thread::sleep_for(300ms);
+        winsize const size = {.ws_row = 24, .ws_col = 20, .ws_xpixel = 0, .ws_ypixel = 0};
+        ::ioctl(STDERR_FILENO, TIOCSWINSZ, &size);
+        std::this_thread::sleep_for(200ms);
+    });
+    EXPECT_NE(run.err.find("wide ["), std::string::npos);
+    EXPECT_NE(run.err.find("\nwide   0%  0/10\x1b[J"), std::string::npos);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Together
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+        multi_progress errors;
+        bar const one = errors.add(brief("one"));
+        multi_progress outputs({.descriptor = STDOUT_FILENO});
+        bar const two = outputs.add(brief("two"));
+        std::this_thread::sleep_for(300ms);
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+}
+
+TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        std::this_thread::sleep_for(300ms);
+        kestry::kit::line(std::cerr) << "a "
+                                     << "line\n";
+        kestry::kit::line(std::cerr) << "half ";
+        kestry::kit::line(std::cerr) << "another line\n";
+        group.println("printed");
+        kestry::kit::line(std::cerr) << "a line\n";
+    });
+    EXPECT_EQ(left_by(run), (Lines{"a line", "another line", "printed", "a line", "half files 10/10"}));
+    expect_tidy(run);
+}
+
+TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
+{
+    int constexpr threads = 4;
+    int constexpr lines = 250;
+    for (Sink const sink : {Sink::terminal, Sink::pipe}) {
+        Outcome const run = run_with({Sink::pipe, sink}, [] {
+            use_environment();
+            multi_progress group;
+            bar const all = group.add(brief("all", threads * lines));
+            std::vector<std::thread> working;
+            for (int t = 0; t < threads; ++t) {
+                working.emplace_back([&group, &all, t] {
+                    for (int i = 0; i < lines; ++i) {
+                        bar const mine = group.add({.message = "mine", .when_ended = leaving::nothing});
+                        group.println("thread " + std::to_string(t) + " line " + std::to_string(i));
+                        mine.set_message("still mine");
+                        mine.inc();
+                        all.inc();
+                        if (i % 50 == 0) {
+                            std::this_thread::sleep_for(60ms);
+                        }
+                    }
+                });
+            }
+            for (std::thread& thread : working) {
+                thread.join();
+            }
+        });
+        EXPECT_EQ(run.status, 0);
+        std::vector<int> next(threads, 0);
+        Lines const seen = Screen(run.err, 24, 80).lines_above();
+        int printed = 0;
+        for (std::string const& line : seen) {
+            if (line.rfind("thread ", 0) == 0) {
+                ++printed;
+                int const t = line[7] - '0';
+                ASSERT_TRUE(t >= 0 && t < threads);
+                EXPECT_EQ(line, "thread " + std::to_string(t) + " line " +
+                                    std::to_string(next[static_cast<std::size_t>(t)]++));
+            }
+        }
+        EXPECT_EQ(printed, threads * lines);
+    }
+}
+
+TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const shared = group.add("shared", 1000);
+        std::vector<std::thread> working;
+        for (unsigned t = 0; t < 4; ++t) {
+            working.emplace_back([&group, &shared, t] {
+                std::mt19937 random(t);
+                bar mine = group.add("mine", 10);
+                for (int i = 0; i < 400; ++i) {
+                    switch (random() % 12) {
+                    case 0:
+                        shared.set_message("shared " + std::to_string(i));
+                        break;
+                    case 1:
+                        shared.set_length(random() % 2000);
+                        break;
+                    case 2:
+                        shared.reset();
+                        break;
+                    case 3:
+                        shared.finish();
+                        break;
+                    case 4:
+                        mine = group.add("mine", 10);
+                        break;
+                    case 5:
+                        mine = group.insert_before(shared, {.message = "before"});
+                        break;
+                    case 6:
+                        group.println("line");
+                        break;
+                    case 7:
+                        group.tick();
+                        break;
+                    case 8:
+                        shared.abandon();
+                        break;
+                    case 9:
+                        mine = shared;
+                        break;
+                    case 10: {
+                        suspension const quiet = group.suspend();
+                        break;
+                    }
+                    default:
+                        shared.inc();
+                        std::this_thread::sleep_for(1ms);
+                        break;
+                    }
+                }
+            });
+        }
+        for (std::thread& thread : working) {
+            thread.join();
+        }
+    });
+    EXPECT_EQ(run.status, 0);
+    expect_tidy(run);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Ends
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressEnd, LeavesTheTerminalRightAtEachSignal)
+{
+    std::mt19937 random(1);
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT, SIGKILL, SIGKILL, SIGKILL}) {
+        auto const moment = 200ms + std::chrono::microseconds(random() % 100000);
+        Outcome const run = run_with(on_error_terminal, [&] {
+            use_environment();
+            rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
+            ::setrlimit(RLIMIT_CORE, &no_core);
+            multi_progress group;
+            bar const files = group.add("files", 1000);
+            auto const end = std::chrono::steady_clock::now() + moment;
+            while (std::chrono::steady_clock::now() < end) {
+                files.inc();
+                std::this_thread::sleep_for(1ms);
+            }
+            ::kill(::getpid(), signal);
+            std::this_thread::sleep_for(10s);
+        });
+        EXPECT_EQ(run.signal, signal);
+        expect_tidy(run);
+    }
+}
+
+TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
+{
+    for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
+        Outcome const run = run_with(on_error_terminal, [signal] {
+            use_environment();
+            rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
+            ::setrlimit(RLIMIT_CORE, &no_core);
+            wipe_on_signals();
+            multi_progress group;
+            bar const files = group.add("files", 1000);
+            std::this_thread::sleep_for(300ms);
+            ::kill(::getpid(), signal);
+            std::this_thread::sleep_for(10s);
+        });
+        EXPECT_EQ(run.signal, signal);
+        EXPECT_NE(run.err.find("files ["), std::string::npos);
+        EXPECT_EQ(left_by(run), Lines{});
+        EXPECT_TRUE(Screen{run.err}.cursor_visible());
+    }
+}
+
+TEST(ProgressEnd, LeavesSignalsAloneThatAreIgnoredOrHandled)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        std::signal(SIGINT, SIG_IGN);
+        std::signal(SIGTERM, [](int) { report("handled"); });
+        wipe_on_signals();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        std::this_thread::sleep_for(300ms);
+        ::raise(SIGINT);
+        ::raise(SIGTERM);
+    });
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.report, "handled");
+    EXPECT_EQ(left_by(run), Lines{"files 10/10"});
+}
+
+TEST(ProgressEnd, AbandonsBarsAtAnExceptionAndAtExit)
+{
+    Outcome const thrown = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        files.inc(4);
+        std::this_thread::sleep_for(300ms);
+        throw std::runtime_error("it");
+    });
+    EXPECT_EQ(thrown.report, "it");
+    EXPECT_EQ(left_by(thrown), Lines{"files  4/10"});
+    expect_tidy(thrown);
+
+    Outcome const left = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        files.inc(4);
+        std::this_thread::sleep_for(300ms);
+        std::exit(3);
+    });
+    EXPECT_EQ(left.status, 3);
+    EXPECT_EQ(left_by(left), Lines{"files  4/10"});
+    expect_tidy(left);
+}
+
+TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
+{
+    for (bool const handle_first : {false, true}) {
+        Outcome const run = run_with(on_error_terminal, [handle_first] {
+            use_environment();
+            static bar files;
+            if (handle_first) {
+                static multi_progress group;
+                files = group.add(brief("files"));
+                std::this_thread::sleep_for(300ms);
+            } else {
+                static auto const group = std::make_unique<multi_progress>();
+                static bar const later = group->add(brief("files"));
+                std::this_thread::sleep_for(300ms);
+            }
+            std::exit(0);
+        });
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(left_by(run), Lines{"files 10/10"});
+        expect_tidy(run);
+    }
+}
+
+// ---------------------------------------------------------------------------------------------
+// Processes
+// ---------------------------------------------------------------------------------------------
+
+TEST(ProgressFork, DoesNothingInTheChild)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        auto group = std::make_unique<multi_progress>();
+        bar files = group->add(brief("files"));
+        std::this_thread::sleep_for(250ms);
+        for (int i = 0; i < 20; ++i) { // while the thread draws, or does not
+            pid_t const child = ::fork();
+            if (child == 0) {
+                ::alarm(10);
+                files.inc();
+                files.set_message("child");
+                files.set_length(20);
+                files.finish();
+                files.reset();
+                if (group->println("child")) {
+                    ::_exit(1);
+                }
+                {
+                    suspension const quiet = group->suspend();
+                }
+                group->tick();
+                bar const more = group->add("child", 10);
+                multi_progress another;
+                bar const other = another.add("child", 10);
+                another.println("child");
+                files = {};
+                group.reset();
+                std::exit(0);
+            }
+            files.inc(0);
+            int status = -1;
+            ::waitpid(child, &status, 0);
+            if (status != 0) {
+                report("child " + std::to_string(status));
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(i));
+        }
+    });
+    EXPECT_EQ(run.report, "");
+    EXPECT_EQ(run.err.find("child"), std::string::npos);
+    EXPECT_EQ(left_by(run), Lines{"files 10/10"});
+}
+
+TEST(ProgressStop, IsSilentInTheBackground)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        pid_t const child = ::fork();
+        if (child == 0) {
+            ::setpgid(0, 0); // out of the terminal's foreground group
+            {
+                multi_progress group;
+                bar const files = group.add(brief("files"));
+                std::this_thread::sleep_for(300ms);
+                group.println("a line");
+            }
+            ::_exit(0);
+        }
+        ::waitpid(child, nullptr, 0);
+    });
+    EXPECT_EQ(readable(run.err), R"(a line\n)");
+}
+
+TEST(ProgressStop, WipesTheRowsIfItIsAskedToAndDrawsThemAgain)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        wipe_on_signals();
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        for (int i = 0; i < 2; ++i) {
+            std::this_thread::sleep_for(250ms);
+            ::raise(SIGTSTP); // in a group without a parent that could let it go on: does not stop
+            std::string_view const shell = "stopped\r\n";
+            if (::write(STDERR_FILENO, shell.data(), shell.size()) < 0) {
+                report("write");
+            }
+        }
+        std::this_thread::sleep_for(250ms);
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(run.report, "");
+    EXPECT_EQ(count(run.err, "\x1b[J\x1b[?25h\x1b[?2026l"), 2U);
+    EXPECT_EQ(left_by(run), (Lines{"stopped", "stopped", "", "files  0/10"}));
+}
+
+TEST(ProgressStop, DrawsANewBlockAndLeavesTheStopOutOfTime)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        pid_t const child = ::fork();
+        if (child == 0) {
+            multi_progress group;
+            bar const files = group.add({.message = "files", .row = layout("{msg} {elapsed}")});
+            std::this_thread::sleep_for(300ms);
+            ::raise(SIGSTOP);
+            std::this_thread::sleep_for(300ms);
+            ::kill(::getpid(), SIGKILL);
+        }
+        int status = 0;
+        ::waitpid(child, &status, WUNTRACED);
+        std::this_thread::sleep_for(2s);
+        std::string_view const shell = "stopped\r\n$ fg\r\n";
+        if (::write(STDERR_FILENO, shell.data(), shell.size()) < 0) {
+            report("write");
+        }
+        ::kill(child, SIGCONT);
+        ::waitpid(child, &status, 0);
+    });
+    EXPECT_EQ(run.report, "");
+    EXPECT_EQ(left_by(run), (Lines{"stopped", "$ fgs 00:00", "", "files 00:00"}));
+}
+
+} // namespace

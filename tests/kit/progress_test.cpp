@@ -1,0 +1,650 @@
+#include "kestry/kit/progress.hpp"
+
+#include "kit/fake_terminal.hpp"
+#include "support/readable.hpp"
+#include "support/screen.hpp"
+
+#include <chrono>
+#include <cstdint>
+#include <forward_list>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace hueline::test;
+using namespace kestry::kit::progress;
+using namespace std::chrono_literals;
+using Lines = std::vector<std::string>;
+
+// A group on a terminal of its own that draws when it is told to.
+class Progress : public testing::Test {
+protected:
+    options on_it() const
+    {
+        return {.shown = mode::live, .drawn_by = drawing::caller, .target = terminal, .color = false, .ascii = true};
+    }
+
+    options as_lines() const
+    {
+        options how = on_it();
+        how.shown = mode::plain;
+        return how;
+    }
+
+    // Lets time pass and draws once.
+    std::string after(multi_progress& group, std::chrono::milliseconds time)
+    {
+        terminal->time += time;
+        terminal->taken();
+        group.tick();
+        return terminal->taken();
+    }
+
+    // Rows below the cursor.
+    Lines rows() const
+    {
+        Screen const screen = terminal->screen();
+        Lines found;
+        for (int row = screen.cursor().row + 1; row < terminal->room.rows && !screen.text(row).empty(); ++row) {
+            found.push_back(screen.text(row));
+        }
+        return found;
+    }
+
+    Lines above() const { return terminal->screen().lines_above(); }
+
+    std::shared_ptr<FakeTerminal> const terminal = std::make_shared<FakeTerminal>();
+    layout const brief = layout("{msg} {pos}/{len}");
+};
+
+// ---------------------------------------------------------------------------------------------
+// Frames
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, ShowsItselfAfter200Milliseconds)
+{
+    multi_progress group(on_it());
+    bar const files = group.add("files", 10);
+    EXPECT_EQ(after(group, 0ms), "");
+    EXPECT_EQ(after(group, 199ms), "");
+    EXPECT_NE(after(group, 1ms), "");
+    EXPECT_EQ(rows(), Lines{"files [..............................................]   0%  0/10    --/s --:--"});
+}
+
+TEST_F(Progress, DrawsAtMost12FramesASecond)
+{
+    multi_progress group(on_it());
+    bar const files = group.add({.message = "files", .length = 10000, .row = brief});
+    after(group, 200ms);
+    int const before = terminal->writes;
+    for (int i = 0; i < 1000; ++i) {
+        files.inc();
+        after(group, 1ms);
+    }
+    EXPECT_GE(terminal->writes - before, 11);
+    EXPECT_LE(terminal->writes - before, 12);
+}
+
+TEST_F(Progress, WritesNothingWhileNothingVisibleChanges)
+{
+    multi_progress group(on_it());
+    bar const files = group.add({.message = "files", .length = 1000, .row = layout("{msg} {percent}")});
+    files.inc();
+    EXPECT_NE(after(group, 200ms), "");
+    EXPECT_EQ(after(group, 100ms), "");
+    files.inc(8); // 0.9 %
+    EXPECT_EQ(after(group, 100h), "");
+    files.inc();
+    EXPECT_EQ(readable(after(group, 100ms)).find("files   1%") == std::string::npos, false);
+}
+
+TEST_F(Progress, TurnsASpinnerTenTimesASecond)
+{
+    multi_progress group(on_it());
+    bar const scan = group.add({.message = "scan", .row = layout("{spinner} {msg}")});
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{"- scan"});
+    EXPECT_EQ(readable(after(group, 100ms)), R"(\e[?2026h\e[?25l\e7\e[1B\r\ scan\e8\e[?25h\e[?2026l)");
+}
+
+TEST_F(Progress, LeavesOutAFrameThatTheTerminalDoesNotTake)
+{
+    multi_progress group(on_it());
+    bar const files = group.add({.message = "files", .length = 10, .row = brief});
+    after(group, 200ms);
+    files.inc();
+    terminal->busy = true;
+    EXPECT_EQ(after(group, 1s), "");
+    EXPECT_TRUE(group.println("a line"));
+    EXPECT_EQ(terminal->taken(), "");
+    terminal->busy = false;
+    after(group, 0ms);
+    EXPECT_EQ(above(), Lines{"a line"});
+    EXPECT_EQ(rows(), Lines{"files  1/10"});
+}
+
+TEST_F(Progress, FollowsTheSizeOfTheTerminal)
+{
+    multi_progress group(on_it());
+    bar const files = group.add("files", 10);
+    terminal->room = {20, 24};
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{"files   0%  0/10"});
+    terminal->room = {0, 0};
+    EXPECT_NE(after(group, 100ms).find("files [..............................................]   0%"),
+              std::string::npos);
+}
+
+TEST_F(Progress, SurvivesTheSmallestSizes)
+{
+    multi_progress group(on_it());
+    bar const a = group.add("a", 10);
+    bar const b = group.add("b", 10);
+    for (draw_target::extent const room : {draw_target::extent{1, 1}, {2, 1}, {1, 2}, {2, 2}, {3, 3}, {-5, -5}}) {
+        terminal->room = room;
+        after(group, 1s);
+        a.inc();
+        group.println("line");
+    }
+    terminal->room = {80, 24};
+    after(group, 1s);
+    EXPECT_EQ(rows().size(), 2U);
+    EXPECT_TRUE(terminal->screen().cursor_visible());
+}
+
+TEST_F(Progress, CountsTheBarsForWhichThereIsNoRow)
+{
+    terminal->room = {80, 4};
+    multi_progress group(on_it());
+    std::vector<bar> bars;
+    for (std::string const name : {"a", "b", "c", "d", "e"}) {
+        bars.push_back(group.add({.message = name, .length = 1, .row = brief}));
+    }
+    after(group, 200ms);
+    EXPECT_EQ(rows(), (Lines{"a 0/1", "b 0/1", "+3 more"}));
+    bars[0].finish();
+    after(group, 100ms);
+    EXPECT_EQ(rows(), (Lines{"b 0/1", "c 0/1", "+2 more"}));
+    bars[3].finish();
+    after(group, 100ms);
+    EXPECT_EQ(rows(), (Lines{"b 0/1", "c 0/1", "e 0/1"}));
+    EXPECT_EQ(above(), (Lines{"a 1/1", "d 1/1"}));
+}
+
+TEST_F(Progress, ShowsOneBarInASingleRow)
+{
+    terminal->room = {80, 2};
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 1, .row = brief});
+    bar const b = group.add({.message = "b", .length = 1, .row = brief});
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{"a 0/1"});
+}
+
+TEST_F(Progress, ColoursOnlyIfItMay)
+{
+    options how = on_it();
+    for (bool const color : {false, true}) {
+        how.color = color;
+        multi_progress group(how);
+        bar const files = group.add("files", 2);
+        files.inc();
+        EXPECT_EQ(after(group, 200ms).find("\x1b[32m") != std::string::npos, color);
+    }
+}
+
+TEST_F(Progress, MakesMessagesHarmless)
+{
+    multi_progress group(on_it());
+    bar const files = group.add({.message = "a\x1b[2Jb\nc\xc3\xa9", .row = layout("{msg}")});
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{R"(a\x1b[2Jb\x0ac?)"});
+    files.set_message("\r\xff");
+    after(group, 100ms);
+    EXPECT_EQ(rows(), Lines{R"(\x0d\xff)"});
+}
+
+// ---------------------------------------------------------------------------------------------
+// Bars
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, ShowsWhatItsHandlesSay)
+{
+    multi_progress group(on_it());
+    bar const one = group.add({.message = "one", .length = 10, .start = 3, .row = brief});
+    bar const same = one;
+    one.inc();
+    same.inc(2);
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{"one  6/10"});
+    one.set_position(5);
+    one.set_length(20);
+    one.set_message("two");
+    after(group, 100ms);
+    EXPECT_EQ(rows(), Lines{"two  5/20"});
+    one.set_length(unknown);
+    after(group, 100ms);
+    EXPECT_EQ(rows(), Lines{"two 5/?"});
+}
+
+TEST_F(Progress, AddsBarsBelowOrBeforeOthers)
+{
+    multi_progress group(on_it());
+    bar const b = group.add({.message = "b", .row = layout("{msg}")});
+    bar const c = group.add({.message = "c", .row = layout("{msg}")});
+    bar const a = group.insert_before(b, {.message = "a", .row = layout("{msg}")});
+    bar const d = group.insert_before(bar(), {.message = "d", .row = layout("{msg}")});
+    after(group, 200ms);
+    EXPECT_EQ(rows(), (Lines{"a", "b", "c", "d"}));
+}
+
+TEST_F(Progress, LeavesTheRowOfAnEndedBarAbove)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    bar const b = group.add({.message = "b", .length = 10, .row = brief});
+    bar const c = group.add({.message = "c", .length = 10, .row = brief, .when_ended = leaving::nothing});
+    after(group, 200ms);
+    a.inc(4);
+    a.finish();
+    b.inc(4);
+    b.abandon();
+    c.finish();
+    after(group, 100ms);
+    EXPECT_EQ(above(), (Lines{"a 10/10", "b  4/10"}));
+    EXPECT_EQ(rows(), Lines{});
+    a.finish(); // has ended already
+    a.set_message("z");
+    EXPECT_EQ(after(group, 100ms), "");
+}
+
+TEST_F(Progress, FinishesABarWithItsLastHandle)
+{
+    multi_progress group(on_it());
+    {
+        std::optional<bar> first = group.add({.message = "a", .length = 10, .row = brief});
+        bar const second = *first;
+        first.reset();
+        after(group, 200ms);
+        EXPECT_EQ(rows(), Lines{"a  0/10"});
+    }
+    after(group, 100ms);
+    EXPECT_EQ(above(), Lines{"a 10/10"});
+}
+
+TEST_F(Progress, AbandonsABarWhileAnExceptionPasses)
+{
+    multi_progress group(on_it());
+    try {
+        bar const a = group.add({.message = "a", .length = 10, .row = brief});
+        a.inc(4);
+        after(group, 200ms);
+        throw std::runtime_error("it");
+    } catch (std::runtime_error const&) {
+        // A bar that is made now ends as any other.
+        bar const b = group.add({.message = "b", .length = 10, .row = brief});
+    }
+    after(group, 100ms);
+    EXPECT_EQ(above(), (Lines{"a  4/10", "b 10/10"}));
+}
+
+TEST_F(Progress, TakesMovedAndEmptyHandles)
+{
+    multi_progress group(on_it());
+    bar a = group.add({.message = "a", .length = 10, .row = brief});
+    bar const b = std::move(a);
+    for (bar const& nothing : {a, bar()}) {
+        nothing.inc();
+        nothing.set_position(1);
+        nothing.set_length(1);
+        nothing.set_message("x");
+        nothing.finish();
+        nothing.abandon();
+        nothing.reset();
+    }
+    b.inc();
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{"a  1/10"});
+}
+
+TEST_F(Progress, StartsAgainAfterReset)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 10, .row = layout("{pos} {elapsed} {rate}")});
+    a.inc(5);
+    after(group, 5s);
+    EXPECT_EQ(rows(), Lines{" 5 00:05  1.00/s"});
+    a.reset(2);
+    after(group, 1s);
+    EXPECT_EQ(rows(), Lines{" 2 00:01    --/s"});
+    a.finish();
+    after(group, 1s);
+    EXPECT_EQ(rows(), Lines{});
+    a.reset();
+    after(group, 1s);
+    EXPECT_EQ(rows(), Lines{" 0 00:01    --/s"});
+}
+
+TEST_F(Progress, OutlivesItsGroupInSilence)
+{
+    bar left;
+    {
+        multi_progress group(on_it());
+        left = group.add({.message = "a", .length = 10, .row = brief});
+        after(group, 200ms);
+    }
+    EXPECT_EQ(above(), Lines{"a 10/10"});
+    terminal->taken();
+    left.inc();
+    left.set_message("b");
+    left.reset();
+    left.finish();
+    left = {};
+    EXPECT_EQ(terminal->taken(), "");
+}
+
+TEST_F(Progress, WritesTheLastRowsWhenTheGroupEnds)
+{
+    {
+        multi_progress group(on_it());
+        bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    } // before the first frame
+    EXPECT_EQ(terminal->all, "a 10/10\n");
+}
+
+TEST_F(Progress, RefusesALayoutThatItDoesNotKnow) { EXPECT_THROW(layout("{mgs}"), std::invalid_argument); }
+
+// ---------------------------------------------------------------------------------------------
+// Estimates
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, ShowsRateAndTimeLeft)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 1000, .start = 500, .row = layout("{rate} {eta}")});
+    for (int i = 0; i < 100; ++i) {
+        a.inc();
+        after(group, 100ms);
+    }
+    EXPECT_EQ(rows(), Lines{" 10.0/s 00:40"});
+    after(group, 4900ms);
+    EXPECT_EQ(rows(), Lines{" 10.0/s 00:36"});
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{" 0.00/s --:--"});
+}
+
+TEST_F(Progress, TakesTheLargestNumbers)
+{
+    std::uint64_t constexpr most = std::numeric_limits<std::uint64_t>::max();
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = most - 1, .row = layout("{percent} {pos}/{len} {eta}")});
+    a.set_position(most - 2);
+    after(group, 200ms);
+    EXPECT_EQ(rows(), Lines{" 99% 18446744073709551613/18446744073709551614 00:01"});
+    a.inc(1000); // past the end, and around
+    after(group, 100ms);
+    EXPECT_EQ(rows().size(), 1U);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Lines above
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, PrintsLinesAboveAtOnceAndInOrder)
+{
+    multi_progress group(on_it());
+    EXPECT_TRUE(group.println("before any bar"));
+    EXPECT_EQ(terminal->taken(), "before any bar\n");
+    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    EXPECT_TRUE(group.println("before the first frame"));
+    EXPECT_EQ(terminal->taken(), "before the first frame\n");
+    after(group, 200ms);
+    EXPECT_TRUE(group.println("one"));
+    EXPECT_TRUE(group.println("two\nthree"));
+    EXPECT_TRUE(group.println(""));
+    EXPECT_EQ(above(), (Lines{"before any bar", "before the first frame", "one", "two", "three", ""}));
+    EXPECT_EQ(rows(), Lines{"a  0/10"});
+}
+
+TEST_F(Progress, SaysThatALineCannotBeWritten)
+{
+    multi_progress group(on_it());
+    terminal->works = false;
+    EXPECT_FALSE(group.println("x"));
+    multi_progress lines(as_lines());
+    EXPECT_FALSE(lines.println("x"));
+}
+
+TEST_F(Progress, WaitsForABusyTerminalOnlyWithManyLines)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    after(group, 200ms);
+    terminal->taken();
+    terminal->busy = true;
+    std::string const kibibyte(1023, 'x');
+    for (int i = 0; i < 64; ++i) {
+        group.println(kibibyte);
+    }
+    EXPECT_TRUE(terminal->taken().empty());
+    group.println(kibibyte);
+    EXPECT_GT(terminal->taken().size(), 65U * 1024U);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Others on the terminal
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, GivesTheTerminalToOthers)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    after(group, 200ms);
+    {
+        suspension const outer = group.suspend();
+        EXPECT_EQ(rows(), Lines{});
+        terminal->write("a child's line\n");
+        suspension const inner = group.suspend();
+        a.inc();
+        EXPECT_EQ(after(group, 1s), "");
+        EXPECT_TRUE(group.println("ours"));
+        a.finish();
+        EXPECT_EQ(after(group, 1s), "");
+    }
+    after(group, 100ms);
+    EXPECT_EQ(above(), (Lines{"a child's line", "ours", "a 10/10"}));
+}
+
+TEST_F(Progress, DrawsAgainAfterTheLastSuspension)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    after(group, 200ms);
+    {
+        std::optional<suspension> outer = group.suspend();
+        suspension const inner = group.suspend();
+        outer.reset();
+        EXPECT_EQ(after(group, 1s), "");
+    }
+    EXPECT_NE(after(group, 1s), "");
+    EXPECT_EQ(rows(), Lines{"a  0/10"});
+}
+
+TEST_F(Progress, IsSilentInTheBackground)
+{
+    multi_progress group(on_it());
+    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    bar const b = group.add({.message = "b", .length = 10, .row = brief});
+    after(group, 200ms);
+    terminal->foreground = false;
+    a.inc();
+    EXPECT_EQ(after(group, 1s), "");
+    a.finish();
+    EXPECT_EQ(after(group, 1s), "");
+    EXPECT_TRUE(group.println("a line"));
+    EXPECT_EQ(terminal->taken(), "a line\n");
+    terminal->foreground = true;
+    EXPECT_EQ(readable(after(group, 1s)),
+              R"(\e[?2026h\e[?25la 10/10\e[K\r\n\e[K\x0b\e[1A\e7\r\nb  0/10\e[J\e8\e[?25h\e[?2026l)");
+}
+
+TEST_F(Progress, EndsInTheBackgroundInSilence)
+{
+    {
+        multi_progress group(on_it());
+        bar const a = group.add({.message = "a", .length = 10, .row = brief});
+        terminal->foreground = false;
+        after(group, 1s);
+    }
+    EXPECT_EQ(terminal->all, "");
+}
+
+// ---------------------------------------------------------------------------------------------
+// Lines instead
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, WritesLinesAtTheStartAtEachTenthAndAtTheEnd)
+{
+    {
+        multi_progress group(as_lines());
+        bar const a = group.add("copy", 40 << 20, unit::bytes);
+        EXPECT_EQ(terminal->taken(), "copy: 0%, 0 B of 40.0 MiB\n");
+        a.inc(2 << 20);
+        EXPECT_EQ(after(group, 1s), "");
+        a.inc(2 << 20);
+        EXPECT_EQ(after(group, 1s), "copy: 10%, 4.00 MiB of 40.0 MiB, 2.00 MiB/s, 00:18 left\n");
+        a.inc((4 << 20) - 1);
+        EXPECT_EQ(after(group, 1s), "");
+        group.println("a line");
+        EXPECT_EQ(terminal->taken(), "a line\n");
+    }
+    EXPECT_EQ(terminal->taken(), "copy: done, 40.0 MiB in 00:03\n");
+}
+
+TEST_F(Progress, WritesALineEveryTenSecondsIfItAdvanced)
+{
+    multi_progress group(as_lines());
+    bar const a = group.add("scan");
+    EXPECT_EQ(terminal->taken(), "scan: started\n");
+    EXPECT_EQ(after(group, 11s), "");
+    a.inc(22);
+    EXPECT_EQ(after(group, 0s), "");
+    EXPECT_EQ(after(group, 11s), "scan: 22, 1.00/s\n");
+    a.inc();
+    EXPECT_EQ(after(group, 9900ms), "");
+    EXPECT_EQ(after(group, 100ms).substr(0, 10), "scan: 23, ");
+    a.abandon();
+    EXPECT_EQ(terminal->taken(), "scan: stopped at 23\n");
+}
+
+TEST_F(Progress, WritesNoControlCharacterInLines)
+{
+    {
+        multi_progress group(as_lines());
+        bar const a = group.add("a\x1b[1m\r", 100);
+        for (int i = 0; i < 100; ++i) {
+            a.inc();
+            after(group, 1s);
+        }
+        bar const b = group.add("", 100);
+        b.inc(50);
+        b.abandon();
+    }
+    for (char const c : terminal->all) {
+        EXPECT_TRUE(c == '\n' || (c >= ' ' && c <= '~')) << static_cast<int>(c);
+    }
+    EXPECT_EQ(terminal->all.substr(terminal->all.find("0%, 0 of 100\n", 30)),
+              "0%, 0 of 100\nstopped at 50%, 50 of 100\n"
+              "a\\x1b[1m\\x0d: done, 100 in 01:40\n");
+}
+
+TEST_F(Progress, IsSilentWhenItIsOff)
+{
+    {
+        options how = on_it();
+        how.shown = mode::off;
+        multi_progress group(how);
+        EXPECT_EQ(group.shown(), mode::off);
+        bar const a = group.add("a", 10);
+        a.inc(5);
+        a.set_message("b");
+        EXPECT_EQ(after(group, 1s), "");
+        suspension const quiet = group.suspend();
+        EXPECT_TRUE(group.println("a line"));
+    }
+    EXPECT_EQ(terminal->all, "a line\n");
+}
+
+TEST_F(Progress, EndsManyBarsInBoundedMemory)
+{
+    multi_progress group(on_it());
+    for (int i = 0; i < 20000; ++i) {
+        bar const a = group.add({.message = "a", .length = 1, .row = brief});
+    }
+    // Their rows leave in pieces, without a frame.
+    EXPECT_GT(terminal->writes, 15);
+    EXPECT_LT(terminal->writes, 25);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Ranges
+// ---------------------------------------------------------------------------------------------
+
+TEST_F(Progress, CountsTheElementsOfARange)
+{
+    std::vector<int> items = {1, 2, 3};
+    std::vector<int> seen;
+    for (int& item : track(items, "items", on_it())) {
+        seen.push_back(item);
+        item = 0;
+    }
+    EXPECT_EQ(seen, (std::vector{1, 2, 3}));
+    EXPECT_EQ(items, (std::vector{0, 0, 0})); // they are the caller's own
+    EXPECT_EQ(terminal->all, "items [################################################] 100% 3/3    --/s 00:00\n");
+}
+
+TEST_F(Progress, AbandonsARangeThatIsLeft)
+{
+    std::vector<int> const items = {1, 2, 3};
+    for (int const item : track(items, "items", as_lines())) {
+        if (item == 2) {
+            break;
+        }
+    }
+    EXPECT_EQ(terminal->all, "items: 0%, 0 of 3\nitems: stopped at 33%, 1 of 3\n");
+}
+
+TEST_F(Progress, CountsRangesOfOtherKinds)
+{
+    int const array[] = {1, 2};
+    int sum = 0;
+    for (int const item : track(array, "array", as_lines())) {
+        sum += item;
+    }
+    for (int const item : track(std::vector{3, 4}, "temporary", as_lines())) {
+        sum += item;
+    }
+    std::forward_list<int> const list = {5};
+    for (int const item : track(list, "list", as_lines())) { // without a size
+        sum += item;
+    }
+    for (int const item : track(std::vector<int>(), "empty", as_lines())) {
+        sum += item;
+    }
+    EXPECT_EQ(sum, 15);
+    EXPECT_EQ(terminal->all, "array: 0%, 0 of 2\narray: done, 2 in 00:00\n"
+                             "temporary: 0%, 0 of 2\ntemporary: done, 2 in 00:00\n"
+                             "list: started\nlist: done, 1 in 00:00\n"
+                             "empty: 100%, 0 of 0\nempty: done, in 00:00\n");
+}
+
+} // namespace
