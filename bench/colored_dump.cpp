@@ -46,7 +46,7 @@ Workloads colored_dump()
             {fmt, run<with_fmt>, 0.02},
             {copy, run<copy_text_of_that_length>, 0.80}}},
         {"coloured long dump of 64 MiB", whole(64 * MiB), run<dump>, {
-            {copy, run<copy_text_of_that_length>, 0.85},
+            {copy, run<copy_text_of_that_length>, 0.95},
             {fresh_pages, run<touch_pages_of_that_length>}}, 9},
     };
 }

@@ -61,8 +61,7 @@ def page(about, comparisons, growth, figures):
     yield ""
     yield "A long dump, by the size of its input: the time for a byte over the time for a byte of the smallest, the same for"
     yield "a copy of a text as long as the dump, and instructions. Where the time for a byte grows it is the memory's: the"
-    yield "caches end, and for a text of 32 MiB or more the C library takes every page fresh from the kernel. The dump takes"
-    yield "them at once, the copy one by one."
+    yield "caches end, and for a text of 32 MiB or more the C library takes every page fresh from the kernel."
     yield ""
     first = growth[0]
     yield from table(

@@ -113,7 +113,7 @@ Workloads plain_dump()
             openssl,
             {copy, run<copy_text_of_that_length>, 0.85}}},
         {"long dump of 64 MiB", whole(64 * MiB), run<dump>, {
-            {copy, run<copy_text_of_that_length>, 0.85},
+            {copy, run<copy_text_of_that_length>, 0.95},
             {fresh_pages, run<touch_pages_of_that_length>}}, 15},
     };
 }

@@ -17,15 +17,10 @@ template <class Fill>
 std::string make_string(std::size_t size, Fill fill)
 {
     std::string text;
-#ifdef __cpp_lib_string_resize_and_overwrite
     text.resize_and_overwrite(size, [&fill, size](char* out, std::size_t /* libstdc++ 12 hands over the capacity */) {
         fill(out);
         return size;
     });
-#else
-    text.resize(size);
-    fill(text.data());
-#endif
     return text;
 }
 

@@ -152,7 +152,7 @@ struct Derived : Hueline {
 TEST(Layout, HuelineHoldsItsFlagsInOrder)
 {
     Hueline off;
-    EXPECT_FALSE(value_at<bool>(off, flags));  // _flipped
+    EXPECT_FALSE(value_at<bool>(off, flags));     // _flipped
     EXPECT_FALSE(value_at<bool>(off, flags + 2)); // _initialColor
     off.flipColor();
     EXPECT_TRUE(value_at<bool>(off, flags));

@@ -91,7 +91,8 @@ static_assert(std::is_same_v<decltype(spinner::frames), std::string const&>);
 static_assert(std::is_aggregate_v<status_line> && sizeof(status_line) == after_three_ints + pointer + 5 * string_size);
 static_assert(std::is_same_v<decltype(status_line::done), std::string const&>);
 
-static_assert(std::is_aggregate_v<progress_meter> && sizeof(progress_meter) == after_three_ints + pointer + 3 * string_size);
+static_assert(std::is_aggregate_v<progress_meter> &&
+              sizeof(progress_meter) == after_three_ints + pointer + 3 * string_size);
 static_assert(std::is_same_v<decltype(progress_meter::label), std::string const&>);
 
 TEST(Layout, SpinnerHoldsItsFieldsInOrder)

@@ -244,7 +244,8 @@ TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
 
 TEST(Misuse, OptionWithAnArgumentIsNamed)
 {
-    std::string const rest = " takes no argument: the options are --help, --version, --list, --no-frills, --color and --canonical";
+    std::string const rest =
+        " takes no argument: the options are --help, --version, --list, --no-frills, --color and --canonical";
     expect_misuse({"--help=x"}, "option '--help'" + rest);
     expect_misuse({"--version=2"}, "option '--version'" + rest);
     expect_misuse({"--list="}, "option '--list'" + rest);
@@ -1118,7 +1119,8 @@ TEST(CanonicalDump, SaysWhatItCouldNotReadOrWrite)
     EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such/file': No such file or directory\n");
     EXPECT_EQ(run.status, 1);
     EXPECT_NE(run.out, "");
-    Outcome const full = demo({Sink::full, Sink::pipe}, {"-C", "dump", "/dev/zero"}); // zeros without end are three lines
+    Outcome const full =
+        demo({Sink::full, Sink::pipe}, {"-C", "dump", "/dev/zero"}); // zeros without end are three lines
     EXPECT_NE(full.status, 0);
     EXPECT_EQ(full.err, "hueline-demo: cannot write to standard output: No space left on device\n");
 }
@@ -1126,8 +1128,9 @@ TEST(CanonicalDump, SaysWhatItCouldNotReadOrWrite)
 TEST(CanonicalDump, ShowsHowFarItIs)
 {
     Folder const folder;
-    Outcome const run = demo({Sink::pipe, Sink::terminal}, {"-C", "dump", folder.file("data", some_bytes(4 * mebibyte))},
-                             {.environment = {"TERM=xterm"}});
+    Outcome const run =
+        demo({Sink::pipe, Sink::terminal}, {"-C", "dump", folder.file("data", some_bytes(4 * mebibyte))},
+             {.environment = {"TERM=xterm"}});
     EXPECT_NE(readable(run.err).find("dumped 50% of 4 MiB"), std::string::npos) << readable(run.err);
     EXPECT_EQ(run.out.size(), 4 * mebibyte / 16 * 79 + 9);
 }

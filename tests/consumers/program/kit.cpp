@@ -2,7 +2,4 @@
 
 #include <iostream>
 
-int main()
-{
-    std::cout << kestry::kit::to_string(kestry::kit::color_depth::ansi256) << '\n';
-}
+int main() { std::cout << kestry::kit::to_string(kestry::kit::color_depth::ansi256) << '\n'; }

@@ -382,7 +382,7 @@ requires(detail::insertable<std::decay_t<Piece>>&&...) constexpr auto styled(sty
 
 namespace detail {
 
-// A format specification of text: [[fill]align][width][.precision][s], with arguments in braces for both numbers.
+// A format spec of text: [[fill]align][width][.precision][s], with arguments in braces for both numbers.
 // Error is what the formatting library throws.
 template <class Error>
 class format_spec {
@@ -492,7 +492,7 @@ private:
         return n;
     }
 
-    std::string_view rest; // of the specification
+    std::string_view rest; // of the spec
     layout where;
     std::size_t width_argument = none;
     std::size_t limit_argument = none;
