@@ -530,14 +530,14 @@ TEST(ProgressStop, WipesTheRowsIfItIsAskedToAndDrawsThemAgain)
         multi_progress group;
         bar const files = group.add(brief("files"));
         for (int i = 0; i < 2; ++i) {
-            std::this_thread::sleep_for(250ms);
+            std::this_thread::sleep_for(500ms);
             ::raise(SIGTSTP); // in a group without a parent that could let it go on: does not stop
             std::string_view const shell = "stopped\r\n";
             if (::write(STDERR_FILENO, shell.data(), shell.size()) < 0) {
                 report("write");
             }
         }
-        std::this_thread::sleep_for(250ms);
+        std::this_thread::sleep_for(500ms);
         ::raise(SIGKILL);
     });
     EXPECT_EQ(run.report, "");
