@@ -45,9 +45,9 @@ row_printer::row_printer(hex_options const& options, text_sink& where, color_dep
     if (has_vector_row) {
         vectors = vectors_for(shape);
     }
-    // Two rows more than the bytes need: one that is shown after all, or "*", and the end offset.
+    // Rows that are not full, "*" and the end offset come to the full rows.
     std::size_t const rows = std::min(bytes_expected / shape.width + 3, block);
-    std::size_t const needed = std::max(std::min(rows * room, block), 2 * room);
+    std::size_t const needed = std::min(rows * (longest_offset + shape.columns(shape.width)), block) + room;
     if (needed > sizeof small) {
         large.reset(new char[needed]);
         begin = at = large.get();

@@ -129,7 +129,7 @@ hex_view hexdump(std::span<std::byte const> bytes, hex_options const& options = 
 /// Stream  its number format and its locale are not used. A pending width is spent and pads nothing. Ends early once
 ///         the stream fails.
 /// Throws  what the stream throws, and std::bad_alloc.
-/// Cost    no allocation for up to some 2000 characters, then one.
+/// Cost    no allocation for up to some 1500 plain characters, then one.
 std::ostream& operator<<(std::ostream& os, hex_view const& view);
 
 /// Returns the rows as a stream of that depth gets them.
