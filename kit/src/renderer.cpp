@@ -192,10 +192,10 @@ renderer* renderer::of(std::ostream& os)
     return buffer != nullptr && typeid(*buffer) == typeid(filter) ? &static_cast<filter*>(buffer)->to : nullptr;
 }
 
-std::streamsize renderer::filter::xsputn(char const* bytes, std::streamsize size)
+std::streamsize renderer::filter::xsputn(char const* bytes, std::streamsize length)
 {
-    to.text({bytes, static_cast<std::size_t>(size)});
-    return size;
+    to.text({bytes, static_cast<std::size_t>(length)});
+    return length;
 }
 
 renderer::filter::int_type renderer::filter::overflow(int_type c)

@@ -81,7 +81,7 @@ private:
         renderer& to;
 
     private:
-        std::streamsize xsputn(char const* bytes, std::streamsize size) override;
+        std::streamsize xsputn(char const* bytes, std::streamsize length) override;
         int_type overflow(int_type c) override;
     };
 

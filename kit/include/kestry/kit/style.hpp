@@ -315,13 +315,13 @@ public:
     /// to_string(styled("x", bold)) == "\e[1mx\e[22m"
     friend std::string to_string(styled_text const& text, color_depth limit = color_depth::truecolor)
     {
-        color_depth const depth = limit < text.depth ? limit : text.depth;
+        color_depth const poorer = limit < text.depth ? limit : text.depth;
         if constexpr (is_text) {
-            return detail::to_string(std::get<0>(text.parts), text.look, depth);
+            return detail::to_string(std::get<0>(text.parts), text.look, poorer);
         } else {
             detail::piece pieces[count];
             text.describe(pieces);
-            return detail::to_string(pieces, depth);
+            return detail::to_string(pieces, poorer);
         }
     }
 
