@@ -101,8 +101,8 @@ std::ostream& operator<<(std::ostream& os, delay const& p)
 
 #ifdef __GLIBCXX__ // the streams of another library have other mangled names
 // For programs with declarations of their own, in which clear is a function.
-extern "C" [[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo"), gnu::visibility("default")]] std::ostream&
-clear_as_a_function(std::ostream& os) __asm__("_ZN6kestry7Hueline3csi5clearERSo");
+[[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo"), gnu::visibility("default")]] std::ostream& clear_as_a_function(
+    std::ostream& os) __asm__("_ZN6kestry7Hueline3csi5clearERSo");
 #endif
 
 } // namespace kestry::Hueline::csi
