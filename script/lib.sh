@@ -6,6 +6,12 @@ for_build=(g++ cmake ninja-build libutf8proc-dev)
 for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev
     libfmt-dev unicode-data xxd bsdextrautils)
 
+# What was compiled once is not compiled again, where ccache is there: in another folder too.
+if command -v ccache >/dev/null; then
+    export CMAKE_CXX_COMPILER_LAUNCHER=ccache CCACHE_BASEDIR=$top CCACHE_NOHASHDIR=1
+    export CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+fi
+
 say() { printf '%s\n' "$*" >&2; }
 
 die()
