@@ -342,7 +342,7 @@ std::vector<progress_text> progress_display::rows_for(progress_block::extent roo
         texts.push_back(lay_out(*rows[i], facts_of(*rows[i], at), look, columns));
     }
     if (bars < rows.size() && bars < most) {
-        std::string const more = truncate("+" + std::to_string(rows.size() - bars) + " more", columns, "");
+        std::string const more = truncate('+' + std::to_string(rows.size() - bars) + " more", columns, "");
         texts.emplace_back().add(more, more.size());
     }
     return texts;

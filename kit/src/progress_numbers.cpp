@@ -36,7 +36,10 @@ std::array<std::string_view, 7> constexpr binary = {" B", " KiB", " MiB", " GiB"
 std::array<std::string_view, 7> constexpr decimal = {"", "k", "M", "G", "T", "P", "E"};
 
 // "7" as "07".
-std::string two_digits(std::uint64_t n) { return (n < 10 ? "0" : "") + std::to_string(n); }
+std::string two_digits(std::uint64_t n)
+{
+    return {static_cast<char>('0' + n / 10 % 10), static_cast<char>('0' + n % 10)};
+}
 
 } // namespace
 

@@ -144,7 +144,7 @@ constexpr style bg(color const& c) noexcept { return {{}, c, 0}; }
 ///
 /// reduced(rgb(95, 0, 0), color_depth::ansi256) == palette(52)
 /// reduced(rgb(0, 180, 90), color_depth::ansi16) == green
-/// Cost    some 200 ns for 24 bits into 256: what is written often is better reduced once.
+/// Cost    some 400 ns for 24 bits into 256: what is written often is better reduced once.
 color reduced(color const& c, color_depth depth) noexcept;
 
 /// Returns the style with both colours reduced; at none it is plain, without attributes too.
