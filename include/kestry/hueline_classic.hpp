@@ -35,7 +35,8 @@
 
 namespace kestry {
 
-/// \addtogroup hueline_strings \{
+/// \addtogroup hueline_strings
+/// \{
 
 /// SGR codes. Any other int is a valid code too: static_cast<HexColor>(40) is a black background.
 enum class HexColor : int {
@@ -73,7 +74,8 @@ enum class HexColor_VGA : int {
 
 /// \}
 
-/// \addtogroup hueline_errors \{
+/// \addtogroup hueline_errors
+/// \{
 
 /// What the exceptions of this interface have in common.
 class HuelineExceptionInterface : public std::exception {
@@ -93,7 +95,8 @@ public:
 
 /// \}
 
-/// \addtogroup hueline_strings \{
+/// \addtogroup hueline_strings
+/// \{
 
 /// The colour switch, a scope guard for it, and the functions that it governs.
 ///
@@ -178,7 +181,8 @@ public:
     static std::string bright_color(HexColor const& code, std::string const& s);
     /// \}
 
-    /// \addtogroup hueline_time \{
+    /// \addtogroup hueline_time
+    /// \{
     /// \name Time stamps
     /// In cyan, which stays in force after them.
     /// \{
@@ -214,7 +218,8 @@ std::ostream& operator<<(std::ostream& os, Hueline const& h);
 ///
 /// While colour is not in use, the text alone or an empty string.
 namespace ColorTheme {
-/// \addtogroup hueline_string_themes \{
+/// \addtogroup hueline_string_themes
+/// \{
 
 std::string app_title(std::string const& text);    ///< "\x1b[32m" text: green.
 std::string alert(std::string const& text);        ///< "\x1b[1m\x1b[31m" text "\x1b[2m": bright red.
@@ -242,7 +247,8 @@ std::string status();                              ///< "\x1b[35m": magenta.
 ///
 /// While colour is not in use, the digits or the text alone.
 namespace DataTheme {
-/// \addtogroup hueline_string_themes \{
+/// \addtogroup hueline_string_themes
+/// \{
 
 std::string immediate_destination(unsigned char address); ///< "\x1b[36m" and two digits: cyan.
 std::string total_count(unsigned char count);             ///< "\x1b[1m\x1b[34m", two digits, "\x1b[2m": bright blue.
@@ -252,7 +258,8 @@ std::string response_title(std::string const& text);      ///< "\x1b[35m" text: 
 /// \}
 } // namespace DataTheme
 
-/// \addtogroup hueline_string_dump \{
+/// \addtogroup hueline_string_dump
+/// \{
 
 /// A hex dump, rendered when it is constructed: std::cout << kestry::HexDump(frame).
 ///

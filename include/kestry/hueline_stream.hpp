@@ -46,7 +46,8 @@
 
 namespace kestry::Hueline {
 
-/// \addtogroup hueline_switches \{
+/// \addtogroup hueline_switches
+/// \{
 
 /// Lets os have colour: any other condition of the gate still has to hold.
 ///
@@ -151,7 +152,8 @@ private:
 
 /// \}
 
-/// \addtogroup hueline_style \{
+/// \addtogroup hueline_style
+/// \{
 
 /// Writes the record: the rendition that all styling manipulators share.
 ///
@@ -236,7 +238,8 @@ std::ostream& crossed(std::ostream& os);   ///< Crossed out: SGR 9, "\x1b[9m".
 
 /// \}
 
-/// \addtogroup hueline_color \{
+/// \addtogroup hueline_color
+/// \{
 
 /// \name Foreground colours
 /// Store the colour in the record, then write the record as adjust does.
@@ -283,7 +286,8 @@ std::string col(std::string const& name);
 
 /// \}
 
-/// \addtogroup hueline_palette \{
+/// \addtogroup hueline_palette
+/// \{
 
 /// \name Palette and true colour
 /// Store the sequence in the record, in place of the named colour, then write the record as adjust
@@ -331,7 +335,8 @@ std::ostream& operator<<(std::ostream& os, on_rgb const& c); ///< "\x1b[48;2;" r
 /// Nothing here is checked against a range or flushed. The fixed sequences, all but that of cls, are
 /// unformatted output: a pending width stays pending.
 namespace csi {
-/// \addtogroup hueline_cursor \{
+/// \addtogroup hueline_cursor
+/// \{
 
 /// Shows the cursor: SM (ECMA-48 8.3.125) of mode 25, without the "?" of the common private mode.
 ///
@@ -471,7 +476,8 @@ std::ostream& operator<<(std::ostream& os, delay const& p);
 
 /// \}
 
-/// \addtogroup hueline_palette \{
+/// \addtogroup hueline_palette
+/// \{
 
 /// \name Sequences as strings
 /// For callers who build their text themselves: no stream, no gate, no record.
@@ -487,7 +493,8 @@ std::string on_rgb(int r, int g, int b); ///< 24-bit background: "\x1b[48;2;" r 
 /// \}
 } // namespace csi
 
-/// \addtogroup hueline_indicators \{
+/// \addtogroup hueline_indicators
+/// \{
 
 /// \name Activity indicators
 /// Draw one frame where the cursor is: the caller returns the cursor (csi::cr), flushes and waits
@@ -575,7 +582,8 @@ struct ThemedByte {
 /// The decoration is that of the named manipulators, with their gate and their record. Only
 /// commandLine ends its decoration; after alert, cursor and name the record stays bold and dark.
 namespace kestry::Hueline::ColorTheme {
-/// \addtogroup hueline_themes \{
+/// \addtogroup hueline_themes
+/// \{
 
 // clang-format off
 struct app_title    : detail::ThemedText { using ThemedText::ThemedText; }; ///< The title of a program.
@@ -641,7 +649,8 @@ std::ostream& _status(std::ostream& os);       ///< magenta
 /// The decoration is that of the named manipulators, with their gate and their record. None of them
 /// ends its decoration.
 namespace kestry::Hueline::DataTheme {
-/// \addtogroup hueline_themes \{
+/// \addtogroup hueline_themes
+/// \{
 
 // clang-format off
 struct immediate_destination : detail::ThemedByte { using ThemedByte::ThemedByte; }; ///< The address byte.
@@ -678,7 +687,8 @@ std::ostream& operator<<(std::ostream& os, response_title const& t);        ///<
 
 namespace kestry::Hueline {
 
-/// \addtogroup hueline_dump \{
+/// \addtogroup hueline_dump
+/// \{
 
 /// A hex dump, rendered when it is constructed: std::cout << HexDump(frame).
 ///
@@ -723,7 +733,8 @@ std::ostream& operator<<(std::ostream& os, HexDump const& d);
 /// \}
 } // namespace kestry::Hueline
 
-/// \addtogroup hueline_dump \{
+/// \addtogroup hueline_dump
+/// \{
 
 /// Sets a stream's fill character and width at once: std::cout << myfillandw{'.', 8} << 42.
 ///
@@ -740,7 +751,8 @@ std::ostream& operator<<(std::ostream& os, myfillandw const& m);
 
 namespace kestry::Hueline {
 
-/// \addtogroup hueline_patterns \{
+/// \addtogroup hueline_patterns
+/// \{
 
 /// One SGR sequence, written in the stream's own format.
 struct parameters_template {
@@ -819,7 +831,8 @@ std::ostream& test_pattern_progress_line(std::ostream& os);
 
 /// \}
 
-/// \addtogroup hueline_banner \{
+/// \addtogroup hueline_banner
+/// \{
 
 /// Writes the version tag, "Hueline ver. ", white and the release. No line end. White stays in the
 /// record.

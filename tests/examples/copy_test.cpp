@@ -92,7 +92,7 @@ std::string first_and_last(std::string const& lines)
 
 TEST_F(Copy, CopiesFilesOfAnySize)
 {
-    for (std::size_t const size : {0, 1, 65535, 65536, 65537}) {
+    for (std::size_t const size : {0u, 1u, 65535u, 65536u, 65537u}) {
         SCOPED_TRACE(size);
         std::string contents;
         for (std::size_t i = 0; i < size; ++i) {
