@@ -31,6 +31,8 @@ BEGIN {
     print "#include <ostream>"
 }
 
+{ gsub(/\\[|]/, "\002") } # a bar in a cell
+
 !/^[|]/ { column = 0 }
 
 /^[|]/ && column == 0 {
@@ -48,6 +50,7 @@ BEGIN {
     cell = $column
     sub(/`:.*/, "`", cell)
     # Every second piece stands between backticks.
+    gsub("\002", "|", cell)
     count = split(cell, piece, "`")
     if (piece[1] != "" || count < 3) {
         next # such as "none"
