@@ -5,8 +5,6 @@
 #include "support/process.hpp"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <functional>
 #include <stdexcept>
 
@@ -88,34 +86,7 @@ struct Program {
     int cols = 80;
 };
 
-// A folder that goes with its contents.
-class Folder {
-public:
-    Folder()
-    {
-        std::string made = (std::filesystem::temp_directory_path() / "hueline-pictures-XXXXXX").string();
-        if (::mkdtemp(made.data()) == nullptr) {
-            throw std::runtime_error("cannot make " + made);
-        }
-        name = made;
-    }
-    ~Folder() { std::filesystem::remove_all(name); }
-    Folder(Folder const&) = delete;
-    Folder& operator=(Folder const&) = delete;
-
-    std::filesystem::path name;
-};
-
-// A file of forty of the buffers of copy, each of which is a frame.
-std::string large_file(Folder const& folder)
-{
-    std::filesystem::path const name = folder.name / "firmware.bin";
-    std::ofstream(name).flush();
-    std::filesystem::resize_file(name, 40 * 65536);
-    return name.string();
-}
-
-std::vector<Program> programs(Folder const& folder)
+std::vector<Program> programs()
 {
     std::string const sources = SOURCES;
     std::string const capture = sources + "/examples/frame_monitor.capture";
@@ -125,11 +96,6 @@ std::vector<Program> programs(Folder const& folder)
          .title = "What was decided for each standard stream, and why, in green",
          .argv = {examples + "/colour_policy"},
          .command = "colour_policy"},
-        {.name = "example-copy",
-         .title = "A bar that fits the terminal, and a percentage",
-         .argv = {examples + "/copy", large_file(folder), "/dev/null"},
-         .command = "copy firmware.bin /dev/null",
-         .frame_ms = 100},
         {.name = "example-frame-monitor",
          .title = "Frames in hexadecimal, and damaged ones in red",
          .argv = {examples + "/frame_monitor", capture},
@@ -184,11 +150,17 @@ std::vector<Recording> record_all()
         scene.draw();
     };
     auto const draw_strings = [](Scene const& scene) { draw_in_colour(scene.draw); };
+    auto const draw_kit = [](Scene const& scene) {
+        static std::vector<std::string> const rich = {"COLORTERM=truecolor"};
+        test::change_environment(sixteen_colours);
+        test::change_environment(rich);
+        scene.draw();
+    };
     record(stream_scenes(), contents_of(folder + "/scenes_stream.cpp"), draw_stream, recordings);
     record(string_scenes(), contents_of(folder + "/scenes_strings.cpp"), draw_strings, recordings);
+    record(kit_scenes(), contents_of(folder + "/scenes_kit.cpp"), draw_kit, recordings);
 
-    Folder const temporary;
-    record(programs(temporary), recordings);
+    record(programs(), recordings);
     return recordings;
 }
 

@@ -23,6 +23,9 @@ std::vector<Scene> stream_scenes();
 /// The scenes of the string interface, to be drawn through draw_in_colour().
 std::vector<Scene> string_scenes();
 
+/// The scenes of the kit, to be drawn in an environment that speaks of 24 bits.
+std::vector<Scene> kit_scenes();
+
 /// Colorizes std::cout.
 void colorize_output();
 

@@ -1,4 +1,5 @@
 #include "examples/coming_from.hpp"
+#include "kestry/kit/policy.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 
@@ -17,6 +18,7 @@ TEST(ComingFrom, NamesWriteNothingIntoAPipe)
     Outcome const run = on_pipe([] {
         insert_stream_names(std::cout);
         insert_strings_names(std::cout);
+        insert_kit_names(std::cout);
     });
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.status, 0);
@@ -38,6 +40,19 @@ TEST(ComingFrom, ControlsWriteTheEscapeStringsBesideThem)
     for (Name const& name : stream_names()) {
         Outcome const run = on_terminal([&name] { name.insert(std::cout); });
         EXPECT_EQ(readable(run.out), name.bytes);
+    }
+}
+
+TEST(ComingFrom, KitWritesTheEscapeStringsBesideItFirst)
+{
+    EXPECT_FALSE(kit_names().empty());
+    for (Name const& name : kit_names()) {
+        Outcome const run = on_terminal([&name] {
+            change_environment(sixteen_colours);
+            kestry::kit::set_depth(std::cout, kestry::kit::color_depth::truecolor);
+            name.insert(std::cout);
+        });
+        EXPECT_EQ(readable(run.out).substr(0, name.bytes.size()), name.bytes);
     }
 }
 

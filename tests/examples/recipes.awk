@@ -1,7 +1,7 @@
 # Turns the snippets of docs/recipes.md into C++: a function for each, and a table of what each writes.
 #     awk -v interface=stream -f recipes.awk docs/recipes.md > recipes_stream.cpp
 #
-# A snippet is a block that opens with "```cpp stream" or "```cpp strings". The block after it opens with
+# A snippet is a block that opens with "```cpp stream", "```cpp strings" or "```cpp kit". The block after it opens with
 # "```text" and says what is written where, in the notation of readable(): "on a terminal: bytes". A line
 # that starts with a blank goes on with the line before it.
 
@@ -38,12 +38,18 @@ BEGIN {
     split("on a terminal|in a pipe|standard error on a terminal|standard error in a pipe|anywhere", places, "|")
     kind = ""      # of the snippet that is being read, or whose result is to come
     block = ""     # "code" or "result"
-    header = interface == "stream" ? "stream" : "classic"
-    print "#include \"kestry/hueline_" header ".hpp\""
+    headers["stream"] = "kestry/hueline_stream.hpp"
+    headers["strings"] = "kestry/hueline_classic.hpp"
+    headers["kit"] = "kestry/kit/style.hpp"
+    scopes["stream"] = "kestry::Hueline"
+    scopes["strings"] = "kestry"
+    scopes["kit"] = "kestry::kit"
+    print "#include \"" headers[interface] "\""
     print "#include \"examples/recipes.hpp\""
     print "#include \"examples/recipes_include.hpp\""
     print "namespace {"
-    print interface == "stream" ? "using namespace kestry::Hueline;" : "using namespace kestry;"
+    print "using namespace " scopes[interface] ";"
+    print "namespace kit = kestry::kit;"
 }
 
 block == "" && /^### / {
@@ -58,8 +64,8 @@ block == "" && /^```cpp/ {
     if (kind != "") {
         fail("the snippet before this one has no result")
     }
-    if ($2 != "stream" && $2 != "strings") {
-        fail("a snippet is of \"stream\" or of \"strings\"")
+    if (!($2 in headers)) {
+        fail("a snippet is of \"stream\", of \"strings\" or of \"kit\"")
     }
     kind = $2
     block = "code"

@@ -20,5 +20,6 @@ struct Recipe {
 
 std::vector<Recipe> stream_recipes();
 std::vector<Recipe> strings_recipes();
+std::vector<Recipe> kit_recipes();
 
 } // namespace hueline::test
