@@ -70,7 +70,7 @@ TEST(HexviewStream, AllocatesNothingForAFewRows)
     SmallBuffer buffer;
     std::ostream os(&buffer);
     hex_options const options = {.layout = hex_layout::hexdump_c};
-    std::string const bytes(256, 'a');
+    std::string const bytes(128, 'a');
     std::size_t const made = allocations_of([&] { os << hexdump(bytes_of(bytes), options); }).count;
     EXPECT_EQ(made, 0U);
     EXPECT_EQ(buffer.text(), view(bytes, options));
