@@ -2,7 +2,9 @@
 include(CheckCXXCompilerFlag)
 check_cxx_compiler_flag(-fstack-clash-protection HUELINE_HAS_STACK_CLASH_PROTECTION)
 check_cxx_compiler_flag(-fcf-protection HUELINE_HAS_CF_PROTECTION) # x86
-check_cxx_compiler_flag(-mbranch-protection=standard HUELINE_HAS_BRANCH_PROTECTION) # AArch64
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "aarch64|arm64") # elsewhere clang++ only warns of it
+    check_cxx_compiler_flag(-mbranch-protection=standard HUELINE_HAS_BRANCH_PROTECTION)
+endif()
 
 add_library(hueline_hardening INTERFACE)
 target_compile_options(hueline_hardening INTERFACE

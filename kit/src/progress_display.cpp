@@ -20,7 +20,6 @@ namespace {
 // Seconds.
 double constexpr first_after = 0.2;
 double constexpr period = 1.0 / 12;
-double constexpr turn_after = 0.1; // of the spinner
 double constexpr said_again_after = 10;
 double constexpr stopped_after = 1; // a thread that wakes so much too late was not running
 
