@@ -55,14 +55,21 @@ int if_standard(int descriptor) { return descriptor == STDOUT_FILENO || descript
 // The descriptor that a buffer writes to, standard output or standard error, or else -1. A program may have given the
 // stream another buffer, and std::ios::sync_with_stdio has two for each.
 #ifdef __GLIBCXX__
+// By its name: the description of a template's type is hidden in each library, and they are compared by address.
+template <typename T>
+bool is_a(std::streambuf const& buffer)
+{
+    return std::string_view(typeid(buffer).name()) == typeid(T).name();
+}
+
 int descriptor_of(std::streambuf& buffer)
 {
     using with_stdio = __gnu_cxx::stdio_sync_filebuf<char>;
     using without_stdio = __gnu_cxx::stdio_filebuf<char>;
-    if (typeid(buffer) == typeid(with_stdio)) {
+    if (is_a<with_stdio>(buffer)) {
         return if_standard(fileno(static_cast<with_stdio&>(buffer).file()));
     }
-    if (typeid(buffer) == typeid(without_stdio)) {
+    if (is_a<without_stdio>(buffer)) {
         auto& file = static_cast<without_stdio&>(buffer);
         return file.is_open() ? if_standard(file.fd()) : -1;
     }

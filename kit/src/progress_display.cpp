@@ -388,10 +388,17 @@ bool progress_display::draw_live(urgency how)
 
 bool progress_display::write_rows(std::string_view frame)
 {
-    bool const written = settings.target->write(frame);
-    if (settings.descriptor >= 0) {
+    bool const has_rows = [this] {
         std::lock_guard const locked(mutex);
-        rows_on = block.is_drawn() ? settings.descriptor : -1;
+        return block.is_drawn();
+    }();
+    // Said before they are there: a signal that comes with them wipes them.
+    if (settings.descriptor >= 0 && has_rows) {
+        rows_on = settings.descriptor;
+    }
+    bool const written = settings.target->write(frame);
+    if (settings.descriptor >= 0 && !has_rows) {
+        rows_on = -1;
     }
     return written;
 }

@@ -41,7 +41,8 @@ struct Numbered {
     std::string final_byte;
 };
 
-std::vector<Numbered> const numbered = [] {
+std::vector<Numbered> all_numbered()
+{
     std::vector<Numbered> all;
     for (StreamOperation const& each : operations_on_a_stream()) {
         if (each.name.find("csi::") == 0 && each.arguments == std::vector{Argument::number}) {
@@ -53,7 +54,13 @@ std::vector<Numbered> const numbered = [] {
         }
     }
     return all;
-}();
+}
+
+std::vector<Numbered> const& numbered()
+{
+    static std::vector<Numbered> const all = all_numbered();
+    return all;
+}
 
 // What a colorized std::cout on a terminal receives.
 std::string shown(std::function<void(std::ostream&)> const& body)
@@ -75,7 +82,7 @@ TEST(Csi, GivesClrAndClearOneAddress)
 
 TEST(Csi, WritesAnyNumberAsItIs)
 {
-    for (Numbered const& control : numbered) {
+    for (Numbered const& control : numbered()) {
         std::string const bytes = shown([&](std::ostream& os) {
             for (int const n : {INT_MIN, -1, 0, 1, 255, INT_MAX}) {
                 control.insert(os, n);
@@ -102,7 +109,7 @@ TEST(Csi, WritesAnyPositionAsItIs)
 
 TEST(Csi, PadsTheNumberAndNotTheIntroducer)
 {
-    for (Numbered const& control : numbered) {
+    for (Numbered const& control : numbered()) {
         std::string const end = control.final_byte;
         EXPECT_EQ(shown([&](std::ostream& os) {
                       os << std::setfill('*') << std::setw(6);
@@ -146,7 +153,7 @@ TEST(Csi, ErasesTheDisplayInTheNumberFormatOfTheStream)
 
 TEST(Csi, ShowsTheBaseOfTheStreamInNumbers)
 {
-    for (Numbered const& control : numbered) {
+    for (Numbered const& control : numbered()) {
         std::string const end = control.final_byte;
         EXPECT_EQ(shown([&](std::ostream& os) {
                       control.insert(os << std::hex, 255);
