@@ -34,6 +34,9 @@ using Lines = std::vector<std::string>;
 
 Sinks const on_error_terminal = {Sink::pipe, Sink::terminal};
 
+// Until the first frame is there, on a busy machine too: it is due after 200 ms.
+auto constexpr first_frame = 700ms;
+
 void use_environment()
 {
     for (char const* const name : {"CI", "HUELINE_PROGRESS", "LANG", "LC_CTYPE"}) {
@@ -90,7 +93,7 @@ TEST(ProgressTerminal, DrawsByItselfAndLeavesTheLastRow)
         multi_progress group;
         bar const files = group.add(brief("files"));
         files.inc(4);
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         files.inc(6);
     });
     EXPECT_NE(run.err.find("files  4/10"), std::string::npos);
@@ -182,7 +185,7 @@ TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
         use_environment();
         multi_progress group;
         bar const wide = group.add("wide", 10);
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         winsize const size = {.ws_row = 24, .ws_col = 20, .ws_xpixel = 0, .ws_ypixel = 0};
         ::ioctl(STDERR_FILENO, TIOCSWINSZ, &size);
         std::this_thread::sleep_for(200ms);
@@ -204,7 +207,7 @@ TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
         bar const one = errors.add(brief("one"));
         multi_progress outputs({.descriptor = STDOUT_FILENO});
         bar const two = outputs.add(brief("two"));
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         ::raise(SIGKILL);
     });
     EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
@@ -216,7 +219,7 @@ TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
         use_environment();
         multi_progress group;
         bar const files = group.add(brief("files"));
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         kestry::kit::line(std::cerr) << "a "
                                      << "line\n";
         kestry::kit::line(std::cerr) << "half ";
@@ -374,7 +377,7 @@ TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
             wipe_on_signals();
             multi_progress group;
             bar const files = group.add("files", 1000);
-            std::this_thread::sleep_for(300ms);
+            std::this_thread::sleep_for(first_frame);
             ::kill(::getpid(), signal);
             std::this_thread::sleep_for(10s);
         });
@@ -394,7 +397,7 @@ TEST(ProgressEnd, LeavesSignalsAloneThatAreIgnoredOrHandled)
         wipe_on_signals();
         multi_progress group;
         bar const files = group.add(brief("files"));
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         ::raise(SIGINT);
         ::raise(SIGTERM);
     });
@@ -410,7 +413,7 @@ TEST(ProgressEnd, AbandonsBarsAtAnExceptionAndAtExit)
         multi_progress group;
         bar const files = group.add(brief("files"));
         files.inc(4);
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         throw std::runtime_error("it");
     });
     EXPECT_EQ(thrown.report, "it");
@@ -422,7 +425,7 @@ TEST(ProgressEnd, AbandonsBarsAtAnExceptionAndAtExit)
         multi_progress group;
         bar const files = group.add(brief("files"));
         files.inc(4);
-        std::this_thread::sleep_for(300ms);
+        std::this_thread::sleep_for(first_frame);
         std::exit(3);
     });
     EXPECT_EQ(left.status, 3);
@@ -439,11 +442,11 @@ TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
             if (handle_first) {
                 static multi_progress group;
                 files = group.add(brief("files"));
-                std::this_thread::sleep_for(300ms);
+                std::this_thread::sleep_for(first_frame);
             } else {
                 static auto const group = std::make_unique<multi_progress>();
                 static bar const later = group->add(brief("files"));
-                std::this_thread::sleep_for(300ms);
+                std::this_thread::sleep_for(first_frame);
             }
             std::exit(0);
         });
@@ -467,7 +470,7 @@ TEST(ProgressFork, DoesNothingInTheChild)
         use_environment();
         auto group = std::make_unique<multi_progress>();
         bar files = group->add(brief("files"));
-        std::this_thread::sleep_for(250ms);
+        std::this_thread::sleep_for(first_frame);
         for (int i = 0; i < 20; ++i) { // while the thread draws, or does not
             pid_t const child = ::fork();
             if (child == 0) {
