@@ -37,7 +37,7 @@ void for_each_run(std::string const& section, Workloads const& workloads, Visit 
 template <class Visit>
 void for_each_run(Visit visit)
 {
-    for (auto const topic : {styled_line, colored_text, true_color_stream, true_color_class, plain_dump, colored_dump,
+    for (auto const topic : {styled_line, colored_text, true_color_stream, true_color_classic, plain_dump, colored_dump,
                              indicators, kit_line, kit_style, kit_text, kit_progress}) {
         for_each_run("workload", topic(), visit);
     }

@@ -1,5 +1,5 @@
 /// \file
-/// The colour switch of the class-based interface, for the workloads that need it on or off.
+/// The colour switch of the string interface, for the workloads that need it on or off.
 #pragma once
 
 #include "kestry/hueline_classic.hpp"

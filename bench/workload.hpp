@@ -66,7 +66,7 @@ using Workloads = std::vector<Workload>;
 Workloads styled_line();
 Workloads colored_text();
 Workloads true_color_stream();
-Workloads true_color_class();
+Workloads true_color_classic();
 Workloads plain_dump();
 Workloads colored_dump();
 Workloads indicators();

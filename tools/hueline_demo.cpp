@@ -36,7 +36,7 @@ int constexpr status_of_misuse = 2;
 enum class Leaves {
     gated,     // colours, but none in no-frills mode
     colours,   // colours in no-frills mode too: the indicators' cells carry theirs past the gate
-    open_line, // as colours, and the cursor behind the last frame
+    open_line, // as colours, and the cursor after the last frame
 };
 
 struct Demonstration {

@@ -14,7 +14,7 @@ namespace demo {
 /// os has a depth, the stream form where the gate lets it.
 std::ostream& themes(std::ostream& os);
 
-/// A text decorated by the class-based string interface.
+/// A text decorated by the string interface.
 struct StringForm {
     std::string text;  ///< Ends its decoration.
     std::size_t width; ///< Characters that show.

@@ -67,7 +67,7 @@ std::string state_names(std::ios_base::iostate state)
     return names.empty() ? "good" : joined(names, "|");
 }
 
-// The parts of a text that end in a mark; what stands behind the last mark is the last part.
+// The parts of a text that end in a mark; what follows the last mark is the last part.
 std::vector<std::string> split(std::string_view text, std::string_view mark)
 {
     std::vector<std::string> parts;

@@ -585,13 +585,13 @@ TEST(Themes, AreATableOfRolesAndTwoForms)
     EXPECT_EQ(demo(on_terminals, {"-n", "themes"}).out, run.out);
 }
 
-// A stretch of a theme in the stream form: bold at load, and reset behind it.
+// A stretch of a theme in the stream form: bold at load, and reset after it.
 std::string in_stream(std::string const& sgr, std::string const& text)
 {
     return "\x1b[00m\x1b[1m" + sgr + text + "\x1b[00m\x1b[25h\n";
 }
 
-// The same for a theme that is made bold, and dark behind the text.
+// The same for a theme that is made bold, and dark after the text.
 std::string bold_in_stream(std::string const& sgr, std::string const& text)
 {
     // clang-format off
