@@ -25,3 +25,5 @@ s/^ *friend .*//
     # Outside of them a percent sign is one too.
     s/(^| )%([A-Za-z])/\1\\%\2/g
 }
+# A function that has a second name by reference is shown as a function under both.
+s/^inline constexpr std::ostream& \(&(\w+)\)\(std::ostream&\) = \w+;$/std::ostream\& \1(std::ostream\& os);/
