@@ -17,8 +17,6 @@ namespace kestry::detail {
 
 namespace {
 
-// Whether the gate found a terminal last, or what a colour guard said since.
-bool _colorActive = false;
 bool _noFrills = false;
 bool _forcedColor = false; // a UseColorMode was constructed, and no NoColorMode since
 
@@ -31,6 +29,12 @@ struct ColorizeIndex {
 AT_LOAD ColorizeIndex const _colorizeIndex;
 
 } // namespace
+
+std::ostream* const standard_out = &std::cout;
+std::ostream* const standard_err = &std::cerr;
+std::ostream* const standard_log = &std::clog;
+
+bool _colorActive = false;
 
 constinit AttributeState _currentAttributes;
 constinit AttributeState _savedAttributes;
@@ -61,21 +65,11 @@ bool is_terminal(std::FILE* file)
     return answer;
 }
 
-// The stdio stream of a standard stream, told by its address: another stream that shares std::cout's
-// buffer has none.
-std::FILE* stdio_of(std::ostream const& os)
-{
-    if (&os == &std::cout) {
-        return stdout;
-    }
-    return &os == &std::cerr || &os == &std::clog ? stderr : nullptr;
-}
-
 } // namespace
 
-bool allowColor(std::ostream& os)
+bool ask_terminal(std::ostream& os)
 {
-    _colorActive = is_terminal(stdio_of(os));
+    _colorActive = is_terminal(&os == &std::cout ? stdout : stderr);
     return _colorActive && !_noFrills && colorize_word(os) != 0;
 }
 
