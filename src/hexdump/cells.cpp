@@ -21,8 +21,8 @@ char* put_wide_cells(char* out, Bytes bytes, std::string_view before, std::strin
     return out;
 }
 
-// A tenth of the time of the plain form, for cells that fit a block: each is stored as a whole block with
-// the digits over it, and the next cell, or what follows the dump, overwrites the rest of the block.
+// The faster form, for cells that fit a block: each is stored as a whole block with the digits over it,
+// and the next cell, or what follows the dump, overwrites the rest of the block.
 std::size_t constexpr block = 16;
 
 char* put_narrow_cells(char* out, char const* limit, Bytes bytes, std::string_view before, std::string_view after)
