@@ -174,7 +174,8 @@ With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
 and each of the two streams whether it is a terminal.
 
 Each NAME is a demonstration; they are shown in the order given. Without a NAME
-the banner is shown.
+the banner is shown. Start with the tour: where a person is at the keys, any key
+goes on, and q ends it.
 
 dump writes each FILE in hexadecimal, sixteen bytes a line. All arguments after
 it but options are files, and all after "--". Without a FILE, and for "-", it
@@ -198,7 +199,8 @@ TEST(Options, VersionIsTheShortTagWithoutColour)
 
 TEST(Options, ListNamesTheDemonstrations)
 {
-    std::string const text = "banner        the version and most of the patterns\n"
+    std::string const text = "tour          a part at a time, with the code that wrote it\n"
+                             "banner        the version and most of the patterns\n"
                              "templates     plain lines and lines in white on green\n"
                              "codes         the SGR codes 0 to 108, on a terminal only\n"
                              "normal-reset  what normal keeps and reset forgets\n"
@@ -254,7 +256,7 @@ TEST(Misuse, OptionWithAnArgumentIsNamed)
 
 TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
 {
-    std::string const possible = ": the names are banner, templates, codes, normal-reset, matrix, palette, greyscale, "
+    std::string const possible = ": the names are tour, banner, templates, codes, normal-reset, matrix, palette, greyscale, "
                                  "rgb, status, progress, themes, dump";
     expect_misuse({"matrx"}, "unknown demonstration 'matrx'" + possible);
     expect_misuse({"matrix2"}, "unknown demonstration 'matrix2'" + possible);
@@ -665,7 +667,7 @@ TEST(FailedWrite, EndsInOneLineWithTheReason)
          {Arguments{}, Arguments{"--help"}, Arguments{"--version"}, Arguments{"--list"}, Arguments{"banner"},
           Arguments{"templates"}, Arguments{"normal-reset"}, Arguments{"matrix"}, Arguments{"palette"},
           Arguments{"greyscale"}, Arguments{"rgb"}, Arguments{"status"}, Arguments{"progress"}, Arguments{"themes"},
-          Arguments{"dump", file}, Arguments{"-n", "matrix", "rgb"}}) {
+          Arguments{"tour"}, Arguments{"dump", file}, Arguments{"-n", "matrix", "rgb"}}) {
         SCOPED_TRACE(arguments.empty() ? "" : arguments.front());
         for (Sink const err : {Sink::terminal, Sink::pipe}) {
             Outcome const full = demo({Sink::full, err}, arguments);
