@@ -970,7 +970,7 @@ TEST(Dump, WritesALineAsSoonAsItIsFull)
 {
     Folder const folder;
     Outcome const run = shell(on_pipes, open_input + R"(exec "$0" dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
     EXPECT_EQ(run.signal, SIGTERM);
 }
@@ -1107,7 +1107,7 @@ TEST(CanonicalDump, WritesALineAsSoonAsItIsFull)
 {
     Folder const folder;
     Outcome const run = shell(on_pipes, open_input + R"(exec "$0" -C dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "def|\n"}, .time_allowed = 10s});
+                              {.interrupt = Interrupt{SIGTERM, "def|\n"}});
     EXPECT_EQ(run.out, "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n");
     EXPECT_EQ(run.signal, SIGTERM);
 }
@@ -1286,7 +1286,7 @@ TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
     folder.file("data", std::string(2 * mebibyte, 'x'));
     Outcome const run =
         shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")", {folder.path.string()},
-              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+              {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.err, wiped)) << readable(run.err);
 }
