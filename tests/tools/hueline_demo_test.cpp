@@ -836,8 +836,9 @@ TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
 
 TEST(Signal, ThatWasIgnoredAtStartLeavesTheOthersAlone)
 {
+    std::string const command = R"(trap '' HUP; exec env LD_PRELOAD="$1" CLOCK_STANDS_AFTER=60 "$0" status)";
     Outcome const run =
-        shell({Sink::terminal, Sink::pipe}, R"(trap '' HUP; exec "$0" status)", {}, interrupted(SIGTERM, "\x1b[93m"));
+        shell({Sink::terminal, Sink::pipe}, command, {FAST_CLOCK}, {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
 }
