@@ -73,13 +73,80 @@ require()
     apt_get install --no-install-recommends "${missing[@]}" || die "These packages could not be installed: ${missing[*]}"
 }
 
+# What the longer commands say is kept here.
+logs=$top/build/log
+
+# Runs a command with its output in build/log/<name>. If it takes longer than ten seconds, its counter is shown now and then:
+# logged <name> <command>...
+logged()
+{
+    local log=$logs/$1 line next=$((SECONDS + 10)) counter='^[[ ]*([0-9]+/[0-9]+)(\]| Test)'
+    mkdir -p "$logs"
+    "${@:2}" </dev/null 2>&1 | while IFS= read -r line; do
+        printf '%s\n' "$line"
+        if ((SECONDS >= next)) && [[ $line =~ $counter ]]; then
+            next=$((SECONDS + 10))
+            say "    ${BASH_REMATCH[1]}"
+        fi
+    done >"$log"
+}
+
 # Configures and builds a preset: build <preset> [<option of cmake>...]. Warnings are errors.
 build()
 {
     cd "$top"
     # Once more from nothing where a build folder was moved, or has the cache of another compiler.
     quietly configure --preset "$@"
-    quietly cmake --build --preset "$1" --parallel "$(nproc)"
+    logged "build-$1" cmake --build --preset "$1" --parallel "$(nproc)" || {
+        grep -E -m 1 -A 50 'FAILED:|error:' "$logs/build-$1" >&2 || tail -n 50 "$logs/build-$1" >&2
+        die "Failed: building $1. All that was said is in build/log/build-$1"
+    }
 }
 
 configure() { cmake "$@" || cmake --fresh "$@"; }
+
+# Runs the tests of a preset: run_tests <preset> [<option of ctest>...]. What failed comes last, since of a long log only the
+# end may be kept: as much of each output as fits on a page, and then the names.
+run_tests()
+{
+    local log=$logs/test-$1 results=$top/build/$1/Testing/Temporary shown=20
+    cd "$top"
+    rm -f "$results/LastTestsFailed.log"
+    if logged "test-$1" ctest --preset "$1" --parallel "$(nproc)" "${@:2}"; then
+        grep -E '^[0-9]+% tests passed' "$log" >&2
+        return
+    fi
+    if [ -e "$results/LastTestsFailed.log" ]; then
+        failed_output "$results/LastTestsFailed.log" "$results/LastTest.log" >&2
+        say "Failed under $1: $(wc -l <"$results/LastTestsFailed.log") tests"
+        sed -n '/^The following tests FAILED/,$s/^\t *[0-9]* - /    /p' "$log" | head -n "$shown" >&2
+    else
+        tail -n "$shown" "$log" >&2
+    fi
+    die "All that was said is in build/log/test-$1, and in $results/LastTest.log"
+}
+
+# Of each of the first failed tests, the first and last lines that it wrote, without what GoogleTest writes of any test:
+# failed_output <list of ctest> <log of ctest>
+failed_output()
+{
+    awk -F '[:/]' '
+        function show(    i, head, tail) {
+            head = lines > room ? int(room * 2 / 3) : lines
+            tail = lines > room ? room - head : 0
+            for (i = 1; i <= head; ++i) print text[i]
+            if (tail > 0) print "    ... " lines - room " lines more ..."
+            for (i = lines - tail + 1; i <= lines; ++i) print text[i]
+            print ""
+            lines = 0
+        }
+        FNR == NR { if (count < 6) { failed[$1] = 1; room = int(42 / ++count) } next }
+        /^[0-9]+\/[0-9]+ Testing: / { inside = $1 in failed; if (inside) print; next }
+        !inside { next }
+        /^".*time elapsed: / { show(); inside = 0; next }
+        /^[0-9]+\/[0-9]+ Test: |^Command: |^Directory: |^Output:$|^-----|^<end of output>$|^".*(start|end) time: / { next }
+        /^Test (time =|Failed|Passed)|^Running main|^Note: Google Test filter|^\[(==|--| RUN|  PASSED|  FAILED)/ { next }
+        /^$| FAILED TEST/ { next }
+        { text[++lines] = $0 }
+    ' "$1" "$2"
+}

@@ -203,7 +203,7 @@ public:
         return text;
     }
 
-    std::uint64_t below(std::uint64_t end) { return random() % end; }
+    std::size_t below(std::size_t end) { return static_cast<std::size_t>(random() % end); }
 
 private:
     std::string piece()
@@ -327,7 +327,7 @@ private:
         }
     }
 
-    std::string character_below(std::uint64_t end)
+    std::string character_below(std::size_t end)
     {
         auto const code = static_cast<char32_t>(below(end));
         return code >= 0xd800 && code <= 0xdfff ? "?" : utf8(code);
