@@ -1,5 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
+#include "stream/unformatted.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -66,7 +68,7 @@ public:
     {
         flush();
         if (!inserted) {
-            insert({});
+            insert("");
         }
     }
 
@@ -74,7 +76,7 @@ private:
     void insert(std::string_view text)
     {
         inserted = true;
-        os.write(text.data(), static_cast<std::streamsize>(text.size()));
+        detail::unformatted(os, text);
     }
 
     std::ostream& os;
