@@ -528,7 +528,7 @@ TEST(Color, OfUnknownKindIsMisuse)
     std::string const rest = " of option '--color': it is one of auto, always, never, 16, 256, 24bit";
     expect_misuse({"--color=maybe"}, "unknown WHEN 'maybe'" + rest);
     expect_misuse({"matrix", "--color="}, "unknown WHEN ''" + rest);
-    expect_misuse({"--color=a\x1b[31m"}, "unknown WHEN 'a?[31m'" + rest);
+    expect_misuse({"--color=a\x1b[31m"}, R"(unknown WHEN 'a\x1b[31m')" + rest);
 }
 
 // ---------------------------------------------------------------------------------------------
