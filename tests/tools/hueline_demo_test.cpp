@@ -576,7 +576,7 @@ TEST(Themes, AreATableOfRolesAndTwoForms)
                        "help                          -v shows more       -v shows more\n"
                        "help()                        -v shows more       -v shows more\n"
                        "prompt                        continue?           continue?\n"
-                       "version                       0.2.2-r0            0.2.2-r0\n"
+                       "version                       1.4                 1.4\n"
                        "cursor                        >                   >\n"
                        "commandLine                   ls -l               ls -l\n"
                        "commandLine()                 ls -l               ls -l\n"
@@ -629,7 +629,7 @@ TEST(Themes, EachFormHasItsColoursOnATerminal)
         "help                          \x1b[34m-v shows more\x1b[0m       " + in_stream("\x1b[34m", "-v shows more") +
         "help()                        \x1b[33m-v shows more\x1b[0m       " + in_stream("\x1b[33m", "-v shows more") +
         "prompt                        \x1b[35mcontinue?\x1b[0m           " + in_stream("\x1b[35m", "continue?") +
-        "version                       \x1b[37m0.2.2-r0\x1b[0m            " + in_stream("\x1b[37m", "0.2.2-r0") +
+        "version                       \x1b[37m1.4\x1b[0m                 " + in_stream("\x1b[37m", "1.4") +
         "cursor                        \x1b[1m\x1b[36m>\x1b[2m\x1b[0m                   " +
         bold_in_stream("\x1b[36m", ">") +
         // commandLine ends its own decoration, in both forms.
