@@ -35,7 +35,7 @@
 
 namespace kestry {
 
-/// \addtogroup hueline_strings
+/// \addtogroup hueline_string_color
 /// \{
 
 /// SGR codes. Any other int is a valid code too: static_cast<HexColor>(40) is a black background.
@@ -95,7 +95,7 @@ public:
 
 /// \}
 
-/// \addtogroup hueline_strings
+/// \addtogroup hueline_string_color
 /// \{
 
 /// The colour switch, a scope guard for it, and the functions that it governs.

@@ -2,6 +2,7 @@
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/writes.hpp"
 
 #include <array>
 #include <cerrno>
@@ -19,12 +20,14 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pty.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -61,6 +64,15 @@ Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
 
 // Where the waits of the animations are not what a test is about.
 Launch const without_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK}};
+
+// The first wait does not end.
+Launch const with_endless_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=0"}};
+
+// An animation goes on for a few steps and then waits for the signal.
+Launch interrupted(int signal, std::string const& after)
+{
+    return {.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=60"}, .interrupt = Interrupt{signal, after}};
+}
 
 // Runs a command of the shell, where "$0" is the tool and "$1" the first of the arguments.
 Outcome shell(Sinks sinks, std::string const& command, Arguments const& arguments = {}, Launch const& launch = {})
@@ -323,7 +335,7 @@ std::string without_frills(std::vector<std::string> const& operations)
 
 void expect_pattern_on_pipe(Arguments const& arguments, std::string const& expected)
 {
-    Outcome const run = demo(on_pipes, arguments);
+    Outcome const run = demo(on_pipes, arguments, with_endless_waits);
     EXPECT_EQ(difference(expected, run.out), "");
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
@@ -344,10 +356,8 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
 
 TEST(OnAPipe, IndicatorsKeepTheirOwnColoursAndDoNotWait)
 {
-    auto const start = std::chrono::steady_clock::now();
     expect_pattern_on_pipe({"status"}, on_a_pipe({status_line}));
     expect_pattern_on_pipe({"progress"}, on_a_pipe({progress_line}));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 7s); // with the waits it would be 7.5
 }
 
 TEST(OnAPipe, BannerIsTheLibrarysTextAndNothingElse)
@@ -518,7 +528,7 @@ TEST(Color, OfUnknownKindIsMisuse)
     std::string const rest = " of option '--color': it is one of auto, always, never, 16, 256, 24bit";
     expect_misuse({"--color=maybe"}, "unknown WHEN 'maybe'" + rest);
     expect_misuse({"matrix", "--color="}, "unknown WHEN ''" + rest);
-    expect_misuse({"--color=a\x1b[31m"}, R"(unknown WHEN 'a\x1b[31m')" + rest);
+    expect_misuse({"--color=a\x1b[31m"}, "unknown WHEN 'a?[31m'" + rest);
 }
 
 // ---------------------------------------------------------------------------------------------
@@ -695,6 +705,19 @@ TEST(FailedWrite, WithStandardErrorClosedTheStatusTells)
     EXPECT_EQ(demo({Sink::pipe, Sink::closed}, {"no-such-name"}).status, 2);
 }
 
+TEST(Complaint, IsOneWrite)
+{
+    Outcome const run = on_pipe([] {
+        report(writes_to(STDERR_FILENO, [] {
+            if (fork() == 0) {
+                become_demo({"dump", "no-such-file"});
+            }
+            wait(nullptr);
+        }));
+    });
+    EXPECT_EQ(run.report, "[hueline-demo: cannot read 'no-such-file': No such file or directory\n]");
+}
+
 // Makes each write(2) of so many bytes fail with ENOSPC, in this process and in what it becomes.
 bool refuse_writes_of(unsigned size)
 {
@@ -771,8 +794,7 @@ TEST(Signal, InAnAnimationLeavesTheTerminalTidy)
         SCOPED_TRACE(signal);
         for (std::string const name : {"status", "progress"}) {
             std::string const third_step = name == "status" ? "#\x1b[40m\x1b[36m#\x1b[40m\x1b[93m" : "4%";
-            Outcome const run =
-                demo({Sink::terminal, Sink::pipe}, {name}, {.interrupt = Interrupt{signal, third_step}});
+            Outcome const run = demo({Sink::terminal, Sink::pipe}, {name}, interrupted(signal, third_step));
             EXPECT_EQ(run.signal, signal);
             EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
             EXPECT_EQ(count(run.out, tidy_end), 1U);
@@ -784,7 +806,7 @@ TEST(Signal, InAnAnimationLeavesTheTerminalTidy)
 
 TEST(Signal, InTheBannerLeavesTheTerminalTidy)
 {
-    Outcome const run = demo(on_terminals, {}, {.interrupt = Interrupt{SIGINT, "\x1b[93m"}});
+    Outcome const run = demo(on_terminals, {}, interrupted(SIGINT, "\x1b[93m"));
     EXPECT_EQ(run.signal, SIGINT);
     EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
     EXPECT_EQ(run.err, "");
@@ -816,8 +838,9 @@ TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
 
 TEST(Signal, ThatWasIgnoredAtStartLeavesTheOthersAlone)
 {
-    Outcome const run = shell({Sink::terminal, Sink::pipe}, R"(trap '' HUP; exec "$0" status)", {},
-                              {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
+    std::string const command = R"(trap '' HUP; exec env LD_PRELOAD="$1" CLOCK_STANDS_AFTER=60 "$0" status)";
+    Outcome const run =
+        shell({Sink::terminal, Sink::pipe}, command, {FAST_CLOCK}, {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
 }
@@ -955,6 +978,46 @@ TEST(Dump, OfAFileWithADashInItsName)
     EXPECT_EQ(shell(on_pipes, R"(cd "$1" && "$0" dump -- -n)", {folder.path.string()}).out, "64 61 73 68\n");
 }
 
+bool is_closed_on_exec(pid_t pid, std::string const& descriptor)
+{
+    std::ifstream info("/proc/" + std::to_string(pid) + "/fdinfo/" + descriptor);
+    std::string name;
+    for (unsigned flags = 0; info >> name;) {
+        if (name == "flags:" && info >> std::oct >> flags) {
+            return (flags & O_CLOEXEC) != 0;
+        }
+    }
+    return false;
+}
+
+// The tool leads a session that has no terminal yet. One that became its own would end it by hanging up.
+TEST(Dump, OfATerminalDoesNotMakeItItsOwn)
+{
+    Outcome const run = run_with(on_pipes, [] {
+        int const master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) {
+            report("no terminal");
+            return;
+        }
+        std::string const name = ptsname(master);
+        pid_t const pid = getpid();
+        if (fork() == 0) {
+            write(master, "0123456789abcde\n", 16);
+            await_output(STDOUT_FILENO, "0a\n");
+            for (auto const& open : std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd")) {
+                if (std::filesystem::read_symlink(open) == name) {
+                    report(is_closed_on_exec(pid, open.path().filename()) ? "closed on exec" : "left open on exec");
+                }
+            }
+            _exit(0); // the last one who has the other end
+        }
+        become_demo({"dump", name});
+    });
+    EXPECT_EQ(run.report, "closed on exec");
+    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 0a\n");
+    EXPECT_EQ(run.signal, 0);
+}
+
 TEST(Dump, OfWhatComesInPiecesIsTheSame)
 {
     std::string const pieces = "{ printf aaaaaaaaaa; sleep 0.2; printf bbbbbbbbbb; sleep 0.2; printf cccccccccccc; }";
@@ -972,7 +1035,7 @@ TEST(Dump, WritesALineAsSoonAsItIsFull)
 {
     Folder const folder;
     Outcome const run = shell(on_pipes, open_input + R"(exec "$0" dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
     EXPECT_EQ(run.signal, SIGTERM);
 }
@@ -1109,7 +1172,7 @@ TEST(CanonicalDump, WritesALineAsSoonAsItIsFull)
 {
     Folder const folder;
     Outcome const run = shell(on_pipes, open_input + R"(exec "$0" -C dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "def|\n"}, .time_allowed = 10s});
+                              {.interrupt = Interrupt{SIGTERM, "def|\n"}});
     EXPECT_EQ(run.out, "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n");
     EXPECT_EQ(run.signal, SIGTERM);
 }
@@ -1286,9 +1349,8 @@ TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
 {
     Folder const folder;
     folder.file("data", std::string(2 * mebibyte, 'x'));
-    Outcome const run =
-        shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")", {folder.path.string()},
-              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+    Outcome const run = shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")",
+                              {folder.path.string()}, {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.err, wiped)) << readable(run.err);
 }

@@ -481,7 +481,7 @@ private:
         std::size_t n = 0;
         if (starts_with_digit()) {
             n = parse_number();
-            context.check_arg_id(static_cast<int>(n));
+            context.check_arg_id(static_cast<decltype(context.next_arg_id())>(n)); // each library has its own type
         } else {
             n = static_cast<std::size_t>(context.next_arg_id());
         }
