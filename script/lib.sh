@@ -138,49 +138,25 @@ build()
 
 configure() { cmake "$@" || cmake --fresh "$@"; }
 
-# Runs the tests of a preset, and says how many passed: run_tests <preset> [<option of ctest>...]. What failed comes last,
-# since of a long log only the end may be kept: as much of each output as fits on a page, and then the names.
+# Runs the tests of a preset, and says how many passed: run_tests <preset> [<option of ctest>...]. A few that fail run once
+# more, one at a time, and are named if they pass then: a machine may have been busy. What they write comes last, since of
+# a long log only the end may be kept.
 run_tests()
 {
-    local log=$logs/test-$1 results=$top/build/$1/Testing/Temporary shown=20
+    local log=$logs/test-$1 few=20 failed
     cd "$top"
-    rm -f "$results/LastTestsFailed.log"
+    rm -f "build/$1/Testing/Temporary/LastTestsFailed.log"
     if logged "test-$1" ctest --preset "$1" --parallel "$(nproc)" "${@:2}"; then
         sed -n 's/^100% tests passed, 0 tests failed out of \([0-9]*\)$/    \1 tests passed/p' "$log" >&2
         return
     fi
-    if [ -e "$results/LastTestsFailed.log" ]; then
-        failed_output "$results/LastTestsFailed.log" "$results/LastTest.log" >&2
-        say "Failed under $1, of $(sed -n 's/^.* failed out of //p' "$log") tests:"
-        sed -n '/^The following tests FAILED/,$s/^\t *[0-9]* - /    /p' "$log" | head -n "$shown" >&2
-    else
-        tail -n "$shown" "$log" >&2
-    fi
+    failed=$(sed -n '/^The following tests FAILED/,$s/^\t *[0-9]* - /    /p' "$log")
+    say "Failed under $1, of $(sed -n 's/^.* failed out of //p' "$log") tests:"
+    say "$(head -n "$few" <<<"$failed")"
     blame_disks
-    die "All that was said is in build/log/test-$1, and in $results/LastTest.log"
-}
-
-# Of each of the first failed tests, the first and last lines that it wrote, without what GoogleTest writes of any test:
-# failed_output <list of ctest> <log of ctest>
-failed_output()
-{
-    awk -F '[:/]' '
-        function show(    i, head, tail) {
-            head = lines > room ? int(room * 2 / 3) : lines
-            tail = lines > room ? room - head : 0
-            for (i = 1; i <= head; ++i) print text[i]
-            if (tail > 0) print "    ... " lines - room " lines more ..."
-            for (i = lines - tail + 1; i <= lines; ++i) print text[i]
-            print ""
-            lines = 0
-        }
-        FNR == NR { if (count < 6) { failed[$1] = 1; room = int(42 / ++count) } next }
-        /^[0-9]+\/[0-9]+ Testing: / { inside = $1 in failed; if (inside) print; next }
-        !inside { next }
-        /^".*time elapsed: / { show(); inside = 0; next }
-        /^[0-9]+\/[0-9]+ Test: |^Command: |^Directory: |^Output:$|^-----|^<end of output>$|^".*(start|end) time: / { next }
-        /^Test (time =|Failed|Passed)|^Running main|^Note: Google Test filter|^\[(==|--| RUN|  PASSED|  FAILED)/ { next }
-        /^$| FAILED TEST/ { next }
-        { text[++lines] = $0 }
-    ' "$1" "$2"
+    if [ -n "$failed" ] && [ "$(wc -l <<<"$failed")" -le "$few" ]; then
+        say 'Running them again, one at a time:'
+        ctest --preset "$1" --rerun-failed --output-on-failure --parallel 1 </dev/null >&2 && return
+    fi
+    die "All that was said is in build/log/test-$1"
 }
