@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <clocale>
 #include <cstddef>
 #include <iostream>
 #include <memory>
@@ -24,7 +25,6 @@
 #include <vector>
 
 #include <langinfo.h>
-#include <locale.h>
 
 namespace demo {
 

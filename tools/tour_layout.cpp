@@ -37,12 +37,12 @@ Lines folded(std::string_view line, std::size_t width, std::size_t further)
     while (row.size() > width) {
         std::size_t const start = row.find_first_not_of(' ');
         std::size_t cut = row.rfind(" <<", width);
-        if (cut == row.npos || cut <= start) {
+        if (cut == std::string::npos || cut <= start) {
             cut = row.rfind(' ', width);
         }
-        bool const is_within = cut != row.npos && cut > start;
+        bool const is_within = cut != std::string::npos && cut > start;
         rows.push_back(row.substr(0, is_within ? cut : width));
-        row = blanks + row.substr(is_within ? cut + 1 : width);
+        row.replace(0, is_within ? cut + 1 : width, blanks);
     }
     rows.push_back(row);
     return rows;

@@ -94,7 +94,7 @@ bool BarsOnScreen::write(std::string_view bytes)
 bool BarsInText::write(std::string_view bytes)
 {
     for (std::string const& line : lines_of(bytes)) {
-        if (line.find('%') == line.npos) { // of what goes on
+        if (line.find('%') == std::string::npos) { // of what goes on
             cout << line << '\n';
         }
     }

@@ -136,7 +136,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   Cursor control                                                       7 of 12
   The controls of ECMA-48, each by its name: cub is cursor back.
 
-  for (auto const port : {"ttyS0", "ttyS1", "ttyS2"}) {
+  for (auto const* port : {"ttyS0", "ttyS1", "ttyS2"}) {
       cout << port << " ..." << std::flush << csi::delay{700};
       cout << csi::cub{3} << green << "ready" << reset << '\n';
   }
@@ -170,7 +170,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   The kit: text from elsewhere                                        10 of 12
   Names that hide sequences, made visible and cut to columns.
 
-  for (auto const name : {"log.txt", "\033[2Jlog.txt", "a-long-name.txt"}) {
+  for (auto const* name : {"log.txt", "\033[2Jlog.txt", "a-long-name.txt"}) {
       cout << pad(truncate(escape_untrusted(name), 12, "..."), 14) << "ok\n";
   }
 
