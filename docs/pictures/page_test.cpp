@@ -10,42 +10,42 @@ namespace {
 
 using namespace hueline::pictures;
 
-Recording const colours = {
+Recording const colors = {
     .name = "colours", .title = "Words", .code = "cout << red;\n", .language = "cpp", .pipe = "red\n"};
 
 std::string pipe_part(std::string const& received)
 {
-    Recording recording = colours;
+    Recording recording = colors;
     recording.pipe = received;
     return page("{{colours pipe}}\n", {recording});
 }
 
 TEST(Page, ShowsPictureCodeAndPipe)
 {
-    EXPECT_EQ(page("before\n{{colours}}\nafter\n", {colours}), "before\n"
-                                                               "![Words](images/colours.svg)\n"
-                                                               "\n"
-                                                               "```cpp\ncout << red;\n```\n"
-                                                               "\n"
-                                                               "A pipe receives:\n"
-                                                               "\n"
-                                                               "```text\nred\n```\n"
-                                                               "after\n");
+    EXPECT_EQ(page("before\n{{colours}}\nafter\n", {colors}), "before\n"
+                                                              "![Words](images/colours.svg)\n"
+                                                              "\n"
+                                                              "```cpp\ncout << red;\n```\n"
+                                                              "\n"
+                                                              "A pipe receives:\n"
+                                                              "\n"
+                                                              "```text\nred\n```\n"
+                                                              "after\n");
 }
 
 TEST(Page, ShowsThePartsAlone)
 {
-    EXPECT_EQ(page("{{colours picture}}\n", {colours}), "![Words](images/colours.svg)\n");
-    EXPECT_EQ(page("{{colours code}}\n", {colours}), "```cpp\ncout << red;\n```\n");
+    EXPECT_EQ(page("{{colours picture}}\n", {colors}), "![Words](images/colours.svg)\n");
+    EXPECT_EQ(page("{{colours code}}\n", {colors}), "```cpp\ncout << red;\n```\n");
 }
 
 TEST(Page, RefusesUnknownNames)
 {
-    EXPECT_THROW(page("{{colors}}\n{{colours}}\n", {colours}), std::runtime_error);
-    EXPECT_THROW(page("{{colours sound}}\n", {colours}), std::runtime_error);
+    EXPECT_THROW(page("{{colors}}\n{{colours}}\n", {colors}), std::runtime_error);
+    EXPECT_THROW(page("{{colours sound}}\n", {colors}), std::runtime_error);
 }
 
-TEST(Page, RefusesToLeaveAPictureOut) { EXPECT_THROW(page("text\n", {colours}), std::runtime_error); }
+TEST(Page, RefusesToLeaveAPictureOut) { EXPECT_THROW(page("text\n", {colors}), std::runtime_error); }
 
 TEST(Pipe, MayReceiveNothing) { EXPECT_EQ(pipe_part(""), "A pipe receives nothing.\n"); }
 

@@ -50,15 +50,21 @@ std::string body_of(std::string const& function, std::string const& source)
     return body;
 }
 
+// Of the picture of a function: "true-colour" for true_color.
+std::string file_name_of(std::string name)
+{
+    std::replace(name.begin(), name.end(), '_', '-');
+    std::size_t const color = name.find("color");
+    return color == std::string::npos ? name : name.replace(color, 5, "colour");
+}
+
 void record(std::vector<Scene> const& scenes, std::string const& source, std::function<void(Scene const&)> const& draw,
             std::vector<Recording>& recordings)
 {
     for (Scene const& scene : scenes) {
-        std::string file_name = scene.name;
-        std::replace(file_name.begin(), file_name.end(), '_', '-');
         auto const body = [&] { draw(scene); };
         recordings.push_back({
-            .name = file_name,
+            .name = file_name_of(scene.name),
             .title = scene.title,
             .code = body_of(scene.name, source),
             .language = "cpp",
@@ -149,7 +155,7 @@ std::vector<Recording> record_all()
         colorize_output();
         scene.draw();
     };
-    auto const draw_strings = [](Scene const& scene) { draw_in_colour(scene.draw); };
+    auto const draw_classic = [](Scene const& scene) { draw_in_color(scene.draw); };
     auto const draw_kit = [](Scene const& scene) {
         static std::vector<std::string> const rich = {"COLORTERM=truecolor"};
         test::change_environment(sixteen_colours);
@@ -157,7 +163,7 @@ std::vector<Recording> record_all()
         scene.draw();
     };
     record(stream_scenes(), contents_of(folder + "/scenes_stream.cpp"), draw_stream, recordings);
-    record(string_scenes(), contents_of(folder + "/scenes_strings.cpp"), draw_strings, recordings);
+    record(string_scenes(), contents_of(folder + "/scenes_classic.cpp"), draw_classic, recordings);
     record(kit_scenes(), contents_of(folder + "/scenes_kit.cpp"), draw_kit, recordings);
 
     record(programs(), recordings);

@@ -20,7 +20,7 @@ struct Scene {
 /// The scenes of the stream interface, to be drawn while std::cout is colorized.
 std::vector<Scene> stream_scenes();
 
-/// The scenes of the string interface, to be drawn through draw_in_colour().
+/// The scenes of the string interface, to be drawn through draw_in_color().
 std::vector<Scene> string_scenes();
 
 /// The scenes of the kit, to be drawn in an environment that speaks of 24 bits.
@@ -30,6 +30,6 @@ std::vector<Scene> kit_scenes();
 void colorize_output();
 
 /// Calls draw while the colour switch is on if standard output is a terminal.
-void draw_in_colour(void (*draw)());
+void draw_in_color(void (*draw)());
 
 } // namespace hueline::pictures

@@ -66,7 +66,7 @@ void overview()
     }
 }
 
-void named_colours()
+void named_colors()
 {
     for (auto const weight : {thin, bold}) {
         cout << weight << red << "red " << green << "green " << yellow << "yellow " << blue << "blue "
@@ -111,7 +111,7 @@ void modes()
         NoColorMode const plain;
         cout << green << "NoColorMode:" << normal << color_mode_state;
         {
-            UseColorMode const coloured;
+            UseColorMode const colored;
             cout << green << "UseColorMode:" << normal << color_mode_state;
         }
     }
@@ -119,7 +119,7 @@ void modes()
         NoFrillsMode const plain;
         cout << green << "NoFrillsMode:" << normal << frills_mode_state;
         {
-            UseFrillsMode const coloured;
+            UseFrillsMode const colored;
             cout << green << "UseFrillsMode:" << normal << frills_mode_state;
         }
     }
@@ -152,7 +152,7 @@ void palette()
     cout << reset;
 }
 
-void true_colour()
+void true_color()
 {
     for (int i = 0; i < 64; ++i) {
         cout << on_rgb{4 * i, 64, 255 - 4 * i} << ' ';
@@ -350,14 +350,14 @@ std::vector<Scene> stream_scenes()
 {
     return {
         {"overview", "Styled words, messages, dumped frames, bands of colour and a bar that fills", overview, 60},
-        {"named_colours", "The eight colours as text, thin and bold, and as background", named_colours},
+        {"named_colors", "The eight colours as text, thin and bold, and as background", named_colors},
         {"attributes", "Bold, faint, italic, underlined, blinking, reversed, crossed and concealed words", attributes},
         {"normal_and_reset", "What normal keeps and reset forgets", normal_and_reset},
         {"push_and_pull", "One red word in a cyan line", push_and_pull},
         {"modes", "Words in green where a mode allows colour, and what each mode says of itself", modes},
         {"by_number", "Eight cells of text in the eight colours, and eight on them", by_number},
         {"palette", "The 256 colours of the palette, each with its number", palette},
-        {"true_colour", "A band from blue to red, and a text from pink to yellow", true_colour},
+        {"true_color", "A band from blue to red, and a text from pink to yellow", true_color},
         {"sequences_as_strings", "Three sequences as strings", sequences_as_strings},
         {"codes_past_the_record", "The bright colours by their SGR codes", codes_past_the_record},
         {"cursor_moves", "Names of cursor controls, at the places to which they moved", cursor_moves},

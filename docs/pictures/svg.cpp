@@ -18,10 +18,10 @@ int constexpr margin = 12;
 
 char const* const fonts = "ui-monospace,SFMono-Regular,Menlo,Consolas,'DejaVu Sans Mono','Liberation Mono',monospace";
 
-std::string hex(Rgb colour)
+std::string hex(Rgb color)
 {
     char text[8];
-    std::snprintf(text, sizeof text, "#%02x%02x%02x", colour.r, colour.g, colour.b);
+    std::snprintf(text, sizeof text, "#%02x%02x%02x", color.r, color.g, color.b);
     return text;
 }
 

@@ -68,7 +68,7 @@ TEST(Svg, GivesEachStyleARule)
     EXPECT_TRUE(has(picture, R"(<text class="a" x="36" y="14" textLength="18">ef</text>)"));
 }
 
-TEST(Svg, CollectsTheGroundsOfAColour)
+TEST(Svg, CollectsTheGroundsOfAColor)
 {
     Cell const on_red = {.ground = red};
     EXPECT_TRUE(has(still({row(" ") + row("  ", on_red), row("   ", on_red)}),

@@ -19,17 +19,17 @@ Rgb constexpr named[16] = {
     {0x6a, 0xa9, 0xff}, {0xd6, 0x70, 0xd6}, {0x29, 0xb8, 0xdb}, {0xff, 0xff, 0xff},
 };
 
-VTermColor vterm_color(Rgb colour)
+VTermColor vterm_color(Rgb color)
 {
     VTermColor converted = {};
-    vterm_color_rgb(&converted, colour.r, colour.g, colour.b);
+    vterm_color_rgb(&converted, color.r, color.g, color.b);
     return converted;
 }
 
-Rgb rgb(VTermState const* state, VTermColor colour)
+Rgb rgb(VTermState const* state, VTermColor color)
 {
-    vterm_state_convert_color_to_rgb(state, &colour);
-    return {colour.rgb.red, colour.rgb.green, colour.rgb.blue};
+    vterm_state_convert_color_to_rgb(state, &color);
+    return {color.rgb.red, color.rgb.green, color.rgb.blue};
 }
 
 // Faint ink: two thirds of the way from the ground to the ink.
@@ -75,8 +75,8 @@ Terminal::Terminal(int height, int width) : terminal(vterm_new(height, width)), 
     VTermColor const ground = vterm_color(default_ground);
     vterm_state_set_default_colors(state, &ink, &ground);
     for (int i = 0; i < 16; ++i) {
-        VTermColor const colour = vterm_color(named[i]);
-        vterm_state_set_palette_color(state, i, &colour);
+        VTermColor const color = vterm_color(named[i]);
+        vterm_state_set_palette_color(state, i, &color);
     }
     vterm_screen_reset(vterm_obtain_screen(terminal.get()), 1);
 }

@@ -28,7 +28,7 @@ std::string text(Row const& row)
     return all.substr(0, all.find_last_not_of(' ') + 1);
 }
 
-TEST(Terminal, ShowsPlainTextInDefaultColours)
+TEST(Terminal, ShowsPlainTextInDefaultColors)
 {
     Grid const grid = shown("a\xe2\x89\xa4");
     EXPECT_EQ(grid[0][0], Cell{.character = "a"});
@@ -63,7 +63,7 @@ TEST(Terminal, ShowsAttributes)
     EXPECT_EQ(grid[0][4], (Cell{.character = "e", .strike = true}));
 }
 
-TEST(Terminal, ShowsNamedPaletteAndTrueColours)
+TEST(Terminal, ShowsNamedPaletteAndTrueColors)
 {
     Grid const grid = shown("\x1b[31ma\x1b[38;5;196mb\x1b[38;2;1;2;3mc\x1b[0;44md\x1b[91me");
     EXPECT_EQ(grid[0][0].ink, red);
@@ -73,7 +73,7 @@ TEST(Terminal, ShowsNamedPaletteAndTrueColours)
     EXPECT_EQ(grid[0][4].ink, (Rgb{0xf1, 0x4c, 0x4c}));
 }
 
-TEST(Terminal, ExchangesTheColoursOfReversedText)
+TEST(Terminal, ExchangesTheColorsOfReversedText)
 {
     Grid const grid = shown("\x1b[7;31ma");
     EXPECT_EQ(grid[0][0].ink, default_ground);
@@ -106,7 +106,7 @@ TEST(Faint, MayBeBoldToo)
     EXPECT_EQ(cell.ink, faint_red);
 }
 
-TEST(Faint, IsNoNumberOfAColour)
+TEST(Faint, IsNoNumberOfAColor)
 {
     EXPECT_EQ(shown("\x1b[38;5;2ma")[0][0].ink, (Rgb{0x0d, 0xbc, 0x79}));
     EXPECT_EQ(shown("\x1b[38;2;2;2;2ma")[0][0].ink, (Rgb{2, 2, 2}));

@@ -24,7 +24,7 @@ SYSTEM_HEADERS = ["cstdlib", "iostream", "string", "vector"]
 
 
 def plain_type(text):
-    """A type without the names of our scopes, const behind it as in the list of symbols."""
+    """A type without the names of our scopes, const after it as in the list of symbols."""
     text = re.sub(r"\bkestry::(\w+::)*", "", text)
     text = re.sub(r"^const (\w+)", r"\1 const", text)
     return re.sub(r"\bunsigned const\b", "unsigned int const", text)

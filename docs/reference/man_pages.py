@@ -1,6 +1,6 @@
 """Writes the manual pages of section 3, one for each topic of the headers: man_pages.py <XML folder> <output folder>
 
-Reads what Doxygen makes of the two headers, in the folders stream and strings of the XML folder. A topic is a group
+Reads what Doxygen makes of the two headers, in the folders stream and classic of the XML folder. A topic is a group
 there; its text and its members in the order of the header become a page in man(7). The same input gives the same bytes.
 """
 
@@ -13,7 +13,7 @@ import xml.etree.ElementTree as ElementTree
 HERE = pathlib.Path(__file__).parent
 HEADERS = {
     "stream": ("kestry/hueline_stream.hpp", "kestry::Hueline"),
-    "strings": ("kestry/hueline_classic.hpp", "kestry"),
+    "classic": ("kestry/hueline_classic.hpp", "kestry"),
 }
 SYNOPSIS_WIDTH = 68
 

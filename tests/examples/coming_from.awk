@@ -12,15 +12,15 @@ function note(bytes, expression)
         if (expression !~ /default_color/) {
             table = table "{R\"(" bytes ")\", [](std::ostream& os) { show(os, " expression "); }},\n"
         }
-    } else if (interface == "strings" || expression ~ /^csi::/) {
-        table = table "{R\"(" bytes ")\", [](std::ostream& os) { " in_colour "os << " expression "; }},\n"
+    } else if (interface == "classic" || expression ~ /^csi::/) {
+        table = table "{R\"(" bytes ")\", [](std::ostream& os) { " in_color "os << " expression "; }},\n"
     }
 }
 
 BEGIN {
     FS = " *[|] *"
-    in_colour = interface == "stream" ? "os << colorize; " : "Hueline colours; colours.useColor(true); "
-    heading = interface == "stream" ? "stream interface" : interface == "strings" ? "string interface" : "kit"
+    in_color = interface == "stream" ? "os << colorize; " : "Hueline colors; colors.useColor(true); "
+    heading = interface == "stream" ? "stream interface" : interface == "classic" ? "string interface" : "kit"
     if (interface == "kit") {
         print "#include \"examples/coming_from_kit.hpp\""
     } else {

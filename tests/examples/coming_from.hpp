@@ -15,14 +15,14 @@ struct Name {
 };
 
 std::vector<Name> stream_names();
-std::vector<Name> strings_names();
+std::vector<Name> classic_names();
 std::vector<Name> kit_names();
 
 /// \name All names
 /// Insert every name of the tables; those of the kit are only evaluated.
 /// \{
 void insert_stream_names(std::ostream& os);
-void insert_strings_names(std::ostream& os);
+void insert_classic_names(std::ostream& os);
 void insert_kit_names(std::ostream& os);
 /// \}
 

@@ -17,7 +17,7 @@ TEST(ComingFrom, NamesWriteNothingIntoAPipe)
 {
     Outcome const run = on_pipe([] {
         insert_stream_names(std::cout);
-        insert_strings_names(std::cout);
+        insert_classic_names(std::cout);
         insert_kit_names(std::cout);
     });
     EXPECT_EQ(run.out, "");
@@ -26,8 +26,8 @@ TEST(ComingFrom, NamesWriteNothingIntoAPipe)
 
 TEST(ComingFrom, StringsEqualTheEscapeStringsBesideThem)
 {
-    EXPECT_FALSE(strings_names().empty());
-    for (Name const& name : strings_names()) {
+    EXPECT_FALSE(classic_names().empty());
+    for (Name const& name : classic_names()) {
         std::ostringstream text;
         name.insert(text);
         EXPECT_EQ(readable(text.str()), name.bytes);

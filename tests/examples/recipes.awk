@@ -1,7 +1,7 @@
 # Turns the snippets of docs/recipes.md into C++: a function for each, and a table of what each writes.
 #     awk -v interface=stream -f recipes.awk docs/recipes.md > recipes_stream.cpp
 #
-# A snippet is a block that opens with "```cpp stream", "```cpp strings" or "```cpp kit". The block after it opens with
+# A snippet is a block that opens with "```cpp stream", "```cpp classic" or "```cpp kit". The block after it opens with
 # "```text" and says what is written where, in the notation of readable(): "on a terminal: bytes". A line
 # that starts with a blank goes on with the line before it.
 
@@ -39,10 +39,10 @@ BEGIN {
     kind = ""      # of the snippet that is being read, or whose result is to come
     block = ""     # "code" or "result"
     headers["stream"] = "kestry/hueline_stream.hpp"
-    headers["strings"] = "kestry/hueline_classic.hpp"
+    headers["classic"] = "kestry/hueline_classic.hpp"
     headers["kit"] = "kestry/kit/style.hpp"
     scopes["stream"] = "kestry::Hueline"
-    scopes["strings"] = "kestry"
+    scopes["classic"] = "kestry"
     scopes["kit"] = "kestry::kit"
     print "#include \"" headers[interface] "\""
     print "#include \"examples/recipes.hpp\""
@@ -65,7 +65,7 @@ block == "" && /^```cpp/ {
         fail("the snippet before this one has no result")
     }
     if (!($2 in headers)) {
-        fail("a snippet is of \"stream\", of \"strings\" or of \"kit\"")
+        fail("a snippet is of \"stream\", of \"classic\" or of \"kit\"")
     }
     kind = $2
     block = "code"

@@ -19,7 +19,7 @@ struct Recipe {
 };
 
 std::vector<Recipe> stream_recipes();
-std::vector<Recipe> strings_recipes();
+std::vector<Recipe> classic_recipes();
 std::vector<Recipe> kit_recipes();
 
 } // namespace hueline::test

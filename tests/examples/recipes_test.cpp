@@ -35,7 +35,7 @@ TEST_P(Recipes, WritesWhatThePageSays)
 std::string name_of(testing::TestParamInfo<Recipe> const& info) { return info.param.name; }
 
 INSTANTIATE_TEST_SUITE_P(Stream, Recipes, testing::ValuesIn(stream_recipes()), name_of);
-INSTANTIATE_TEST_SUITE_P(Strings, Recipes, testing::ValuesIn(strings_recipes()), name_of);
+INSTANTIATE_TEST_SUITE_P(Classic, Recipes, testing::ValuesIn(classic_recipes()), name_of);
 INSTANTIATE_TEST_SUITE_P(Kit, Recipes, testing::ValuesIn(kit_recipes()), name_of);
 
 } // namespace

@@ -11,6 +11,7 @@
 #include "support/readable.hpp"
 #include "support/utf8.hpp"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>

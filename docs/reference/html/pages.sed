@@ -1,4 +1,4 @@
-# The pages of docs/ as pages of the reference: an anchor behind the title, contents, and links to where things are here.
+# The pages of docs/ as pages of the reference: an anchor after the title, contents, and links to where things are here.
 1{/^<!--/d}
 s/^# Gallery$/& {#gallery}\n\n[TOC]/
 s/\[pictures\/\]\(\.\.\/pictures\)/`pictures\/`/
@@ -7,7 +7,7 @@ s/\[([a-z_]+)\.cpp\]\(\.\.\/examples\/\1\.cpp\)/[\1.cpp](\1_8cpp-example.html)/g
 1s/^# Coming from elsewhere$/& {#coming_from}\n\n[TOC]/
 s/\[recipes\.md\]\(recipes\.md\)/\\ref recipes/g
 s/\[examples\/([a-z_]+)\.cpp\]\(\.\.\/examples\/\1\.cpp\)/[examples\/\1.cpp](\1_8cpp-example.html)/g
-s/^```(cpp) (stream|strings|kit)$/```\1/
+s/^```(cpp) (stream|classic|kit)$/```\1/
 1s/^# The kit$/& {#kit}\n\n[TOC]/
 s/^## (Policy|Styles|Lines|Text|Progress)$/& {#kit_\L\1}/
 s/^## Hex views$/& {#kit_hex-views}/

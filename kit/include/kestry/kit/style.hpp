@@ -464,14 +464,14 @@ private:
 
     constexpr std::size_t parse_number()
     {
-        std::size_t n = 0;
+        std::uint64_t n = 0;
         for (; starts_with_digit(); rest.remove_prefix(1)) {
-            n = n * 10 + static_cast<std::size_t>(rest.front() - '0');
+            n = n * 10 + static_cast<std::uint64_t>(rest.front() - '0');
             if (n > 0x7fffffff) {
                 throw Error("the number is too large");
             }
         }
-        return n;
+        return static_cast<std::size_t>(n);
     }
 
     template <class Context>

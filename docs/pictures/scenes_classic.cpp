@@ -20,7 +20,7 @@ using std::cout;
 // Quoted on a page: laid out by hand.
 // clang-format off
 
-void strings_colours()
+void string_interface_colors()
 {
     std::string const end = Hueline::color(HexColor::reset);
     cout << Hueline::color(HexColor::red, "red ") << Hueline::color(HexColor::green, "green ")
@@ -34,14 +34,14 @@ void strings_colours()
          << Hueline::color(HexColor::dim) << "dim" << end << '\n';
 }
 
-void strings_bytes()
+void string_interface_bytes()
 {
     unsigned char const escape = 0x1b, other = 0xa5;
     cout << Hueline::color(HexColor::green, escape) << ' ' << Hueline::bright_color(HexColor::green, other)
          << Hueline::color(HexColor::reset) << '\n';
 }
 
-void strings_true_colour()
+void string_interface_true_color()
 {
     std::string const end = Hueline::color(HexColor::reset);
     cout << Hueline::color(255, 128, 0) << "foreground "
@@ -54,7 +54,7 @@ void strings_true_colour()
     cout << end << '\n';
 }
 
-void strings_switches()
+void string_interface_switches()
 {
     std::string const end = defaultOperatingSystemText(); // empty where there is no colour
     Hueline scope;
@@ -68,18 +68,18 @@ void strings_switches()
     Hueline::setNoFrillsMode(false);
 }
 
-void strings_cursor()
+void string_interface_cursor()
 {
     cout << Hueline::hide_cursor() << "no cursor here, " << Hueline::show_cursor() << "and here it is again\n";
 }
 
-void strings_time_stamps()
+void string_interface_time_stamps()
 {
     cout << Hueline::current_time() << ' ' << Hueline::time_stamp("[at boot]") << Hueline::color(HexColor::reset)
          << " device 7 is gone\n";
 }
 
-void strings_themes_of_text()
+void string_interface_themes_of_text()
 {
     std::string const end = defaultOperatingSystemText();
     cout << app_title("app_title ") << version("version ") << seperator("seperator ")
@@ -91,7 +91,7 @@ void strings_themes_of_text()
     cout << alert("alert ") << "stays dim until " << end << "the end\n";
 }
 
-void strings_themes_of_data()
+void string_interface_themes_of_data()
 {
     std::string const end = defaultOperatingSystemText();
     cout << immediate_destination(0x10) << ' ' << total_count(0x09) << end << ' '
@@ -100,7 +100,7 @@ void strings_themes_of_data()
          << response_title("!*") << end << '\n';
 }
 
-void strings_dumps()
+void string_interface_dumps()
 {
     unsigned char const byte = 0xff;
     unsigned short const number = 0xbeef;
@@ -115,10 +115,10 @@ void strings_dumps()
 
 } // namespace
 
-void draw_in_colour(void (*draw)())
+void draw_in_color(void (*draw)())
 {
-    Hueline colours;
-    colours.useColor(isatty(STDOUT_FILENO) != 0);
+    Hueline colors;
+    colors.useColor(isatty(STDOUT_FILENO) != 0);
     draw();
 }
 
@@ -126,15 +126,15 @@ void draw_in_colour(void (*draw)())
 std::vector<Scene> string_scenes()
 {
     return {
-        {"strings_colours", "The named colours, and their bright forms", strings_colours},
-        {"strings_bytes", "Two bytes in hexadecimal", strings_bytes},
-        {"strings_true_colour", "24-bit colours, and the sixteen colours of the VGA palette", strings_true_colour},
-        {"strings_switches", "Words in red where the switches allow colour", strings_switches},
-        {"strings_cursor", "A text during which the cursor was hidden", strings_cursor},
-        {"strings_time_stamps", "Time stamps in cyan", strings_time_stamps},
-        {"strings_themes_of_text", "Texts in the colours of their role", strings_themes_of_text},
-        {"strings_themes_of_data", "The fields of two frames, each in its colour", strings_themes_of_data},
-        {"strings_dumps", "Hex dumps in green", strings_dumps},
+        {"string_interface_colors", "The named colours, and their bright forms", string_interface_colors},
+        {"string_interface_bytes", "Two bytes in hexadecimal", string_interface_bytes},
+        {"string_interface_true_color", "24-bit colours, and the sixteen colours of the VGA palette", string_interface_true_color},
+        {"string_interface_switches", "Words in red where the switches allow colour", string_interface_switches},
+        {"string_interface_cursor", "A text during which the cursor was hidden", string_interface_cursor},
+        {"string_interface_time_stamps", "Time stamps in cyan", string_interface_time_stamps},
+        {"string_interface_themes_of_text", "Texts in the colours of their role", string_interface_themes_of_text},
+        {"string_interface_themes_of_data", "The fields of two frames, each in its colour", string_interface_themes_of_data},
+        {"string_interface_dumps", "Hex dumps in green", string_interface_dumps},
     };
 }
 // clang-format on
