@@ -50,6 +50,9 @@ void copy(fs::path const& source, fs::path const& target)
     half_done = replaces ? written : "";
     for (int const signal : {SIGHUP, SIGINT, SIGTERM}) {
         before[signal] = std::signal(signal, remove_and_raise);
+        if (before[signal] == SIG_IGN) { // under nohup, say
+            std::signal(signal, SIG_IGN);
+        }
     }
     progress::multi_progress group;
     auto const bar = group.add(source.filename().string(), error ? progress::unknown : size, progress::unit::bytes);

@@ -12,6 +12,9 @@
 
 namespace hueline::test {
 
+/// The dump of 0x1234567800000abc, as much of it as an unsigned long holds.
+inline constexpr auto long_digits = sizeof(long) == 8 ? "1234567800000abc" : "00000abc";
+
 /// What an operation takes: a number of a step, or several, ...
 enum class Argument {
     number,           ///< Any int.

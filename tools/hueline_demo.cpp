@@ -3,6 +3,7 @@
 #include "console.hpp"
 #include "dump.hpp"
 #include "themes.hpp"
+#include "tour.hpp"
 
 #include <kestry/kit/policy.hpp>
 
@@ -56,6 +57,7 @@ std::string_view constexpr dump_name = "dump"; // takes arguments, so it is no m
 
 // clang-format off
 Demonstration const demonstrations[] = {
+    {"tour",         tour,                           Leaves::gated,     "a part at a time, with the code that wrote it"},
     {"banner",       build_version,                  Leaves::colours,   "the version and most of the patterns"},
     {"templates",    templates,                      Leaves::gated,     "plain lines and lines in white on green"},
     {"codes",        test_pattern_supported_m_codes, Leaves::gated,     "the SGR codes 0 to 108, on a terminal only"},
@@ -71,7 +73,7 @@ Demonstration const demonstrations[] = {
 };
 // clang-format on
 
-Demonstration const& banner = demonstrations[0];
+Demonstration const& banner = demonstrations[1];
 
 std::string all_names()
 {
@@ -230,7 +232,8 @@ With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
 and each of the two streams whether it is a terminal.
 
 Each NAME is a demonstration; they are shown in the order given. Without a NAME
-the banner is shown.
+the banner is shown. Start with the tour: where a person is at the keys, any key
+goes on, and q ends it.
 
 dump writes each FILE in hexadecimal, sixteen bytes a line. All arguments after
 it but options are files, and all after "--". Without a FILE, and for "-", it

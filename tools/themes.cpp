@@ -58,7 +58,7 @@ Role const roles[] = {
     {"help",                         "-v shows more",    text<help>},
     {"help()",                       "-v shows more",    start<_help>},
     {"prompt",                       "continue?",        text<prompt>},
-    {"version",                      "0.2.2-r0",         text<version>},
+    {"version",                      "1.4",              text<version>},
     {"cursor",                       ">",                text<cursor>},
     {"commandLine",                  "ls -l",            text<commandLine>},
     {"commandLine()",                "ls -l",            start<_commandLine>},

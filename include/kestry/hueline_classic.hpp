@@ -1,15 +1,15 @@
 /// \file
 /// Colour and decoration as strings: the string interface of libhueline.
 ///
-///     kestry::Hueline colour;
-///     colour.useColor(true);
+///     kestry::Hueline mode;
+///     mode.useColor(true);
 ///     std::cout << kestry::Hueline::color(kestry::HexColor::red, "failed")
 ///               << kestry::Hueline::color(kestry::HexColor::reset) << '\n';
 ///
-/// One pair of switches governs everything: colour is in use while the colour switch is on (useColor,
-/// flipColor, and the destructor that puts it back) and no-frills mode is off. While it is not, every
-/// function returns its text plain. No function here looks at a stream or asks for a terminal: the
-/// caller decides.
+/// One pair of switches governs everything: colour is in use while the colour switch is on and no-frills
+/// mode is off. The colour switch is set by useColor, flipColor, unflipColor and by assignment, and put
+/// back by the destructor. While colour is not in use, every function returns its text plain. No function
+/// here looks at a stream or asks for a terminal: the caller decides.
 ///
 /// Every function that returns a string throws std::bad_alloc when memory runs out.
 ///
@@ -80,7 +80,7 @@ enum class HexColor_VGA : int {
 /// What the exceptions of this interface have in common.
 class HuelineExceptionInterface : public std::exception {
 public:
-    ~HuelineExceptionInterface() override;
+    ~HuelineExceptionInterface() override; ///< Virtual, as that of std::exception.
     /// Says what happened.
     char const* what() const noexcept override = 0;
 };
@@ -88,7 +88,7 @@ public:
 /// A colour code outside a closed table.
 class UnknownCodeException : public HuelineExceptionInterface {
 public:
-    ~UnknownCodeException() override;
+    ~UnknownCodeException() override; ///< Virtual, as that of std::exception.
     /// "UnknownCodeException passed to Hueline"
     char const* what() const noexcept override;
 };

@@ -7,17 +7,17 @@
 /// On a terminal that line is written with escape sequences; into a pipe, a file or a string stream
 /// it is the text alone.
 ///
-/// The gate. Every manipulator that is called "gated" below first asks one question: may an escape
-/// sequence be written to this stream now? It may while all of these hold:
+/// The gate. Every manipulator that is called gated below, or has a line "Gate refused", first asks one
+/// question: may an escape sequence be written to this stream now? It may while all of these hold:
 ///   - the stream is std::cout, std::cerr or std::clog itself (no other stream, not even one that
 ///     shares its buffer);
 ///   - the stdio stream behind it (stdout for std::cout, stderr for the other two) is a terminal;
 ///   - no-frills mode is off;
 ///   - the stream has been colorized: its colorize word, 0 at first, is another number.
-/// While one of these does not hold, a gated manipulator writes nothing. Each run of the gate records whether a
-/// terminal was found, for _isUsingColor() and the destructors of the colour guards; constructing a
-/// UseColorMode records one too, constructing a NoColorMode records none. The gate leaves errno as it
-/// was. A standard stream costs one isatty(3), any other stream no system call.
+/// While one of these does not hold, a gated manipulator writes nothing. Each run of the gate records
+/// whether a terminal was found, for _isUsingColor() and the destructors of the colour guards;
+/// constructing a UseColorMode counts as finding one, constructing a NoColorMode as finding none. The
+/// gate leaves errno as it was. A standard stream costs one isatty(3), any other stream no system call.
 ///
 /// The record. Attributes and colours are kept in one record for the whole process. A styling
 /// manipulator changes the record and writes all of it again: "\x1b[00m" and then one SGR sequence
@@ -63,8 +63,8 @@ std::ostream& colorize(std::ostream& os);
 /// Stream  its colorize word is 0 afterwards.
 std::ostream& nocolorize(std::ostream& os);
 
-/// Says whether the gate found a terminal when it ran last, or a UseColorMode was constructed and no
-/// NoColorMode since; false in no-frills mode.
+/// Says whether a terminal was recorded last, by the gate or by a colour guard, or a UseColorMode has
+/// been constructed and no NoColorMode since; false in no-frills mode.
 ///
 /// It does not tell of one stream: a gated manipulator on any stream counts, and a terminal counts
 /// even if its stream was not colorized. color_mode_state asks about one stream.
@@ -95,8 +95,8 @@ std::ostream& frills_mode_state(std::ostream& os);
 ///
 /// The destructor takes colour away again, whether or not std::cout was colorized before, unless since
 /// the constructor a gated manipulator has found no terminal or a NoColorMode was constructed, and
-/// nothing has recorded a terminal after that. _isUsingColor() stays true after the scope, until a
-/// NoColorMode is constructed.
+/// nothing has recorded a terminal after that. _isUsingColor() stays true after the scope, except in
+/// no-frills mode, until a NoColorMode is constructed.
 class UseColorMode {
 public:
     /// Colorizes std::cout, and makes _isUsingColor() true unless in no-frills mode.
@@ -226,7 +226,7 @@ std::ostream& reverse(std::ostream& os);     ///< Foreground and background exch
 std::ostream& noreverse(std::ostream& os);   ///< Foreground and background as they are.
 /// \}
 
-/// \name Past the record
+/// \name Without the record
 /// Write their sequence alone, as a formatted insertion, and leave the record as it is: the next
 /// rendition starts with "\x1b[00m" and ends them.
 ///
@@ -356,8 +356,8 @@ std::ostream& lf(std::ostream& os);  ///< Line feed: "\n", unformatted, no flush
 std::ostream& cls(std::ostream& os); ///< Erases the display: what csi::ed{2} writes. Gated.
 std::ostream& clr(std::ostream& os); ///< Another name for cls.
 
-/// The same function as clr, by reference: both names have one address in every program. Declared as a
-/// function, a compiler would take it for another one.
+/// The same function as clr, by reference: both names have one address in every program. If it were
+/// declared as a function, compilers would take "&clear == &clr" for false without asking the linker.
 inline constexpr std::ostream& (&clear)(std::ostream&) = clr;
 
 /// Asks for the cursor position: DSR (ECMA-48 8.3.35), "\x1b[6n". Gated. The answer arrives as input.
@@ -442,7 +442,7 @@ struct sd {
 };
 std::ostream& operator<<(std::ostream& os, sd const& p); ///< "\x1b[" n "T"
 
-/// Selects one rendition, past the record: SGR (8.3.117).
+/// Selects one rendition without touching the record: SGR (8.3.117).
 struct sgr {
     int n; ///< 31 for red, 91 for bright red, 0 for the default rendition, ...
 };
@@ -549,8 +549,8 @@ struct progress_meter {
 };
 /// Writes lead, label, a blank, before, the percentage, "%" and after.
 ///
-/// The percentage is position / (end - start) * 100 in float, cut towards zero. It is the position
-/// that counts, not the way from start: 15 between 10 and 20 is 150. What is no int (end equal to
+/// The percentage is position / (end - start) * 100 in float, cut towards zero. The position itself is
+/// divided, not its distance from start: 15 between 10 and 20 is 150. What is no int (end equal to
 /// start, or huge numbers) is cut to the nearest int, and 0 / 0 is 0.
 ///
 /// Stream  decimal afterwards. The number is an ordinary int insertion: a pending width pads it.
@@ -585,18 +585,57 @@ namespace kestry::Hueline::ColorTheme {
 /// \addtogroup hueline_themes
 /// \{
 
+/// \name Texts by role
+/// Apply the manipulators shown, write the text as a formatted insertion, and apply those after it.
+///
+/// Stream  a pending width pads the text where the gate refuses, and the first sequence where it lets
+///         it through: pad the text itself instead.
+/// \{
+
 // clang-format off
-struct app_title    : detail::ThemedText { using ThemedText::ThemedText; }; ///< The title of a program.
-struct alert        : detail::ThemedText { using ThemedText::ThemedText; }; ///< What needs attention.
-struct info         : detail::ThemedText { using ThemedText::ThemedText; }; ///< What is good to know.
-struct default_text : detail::ThemedText { using ThemedText::ThemedText; }; ///< Ordinary text.
-struct seperator    : detail::ThemedText { using ThemedText::ThemedText; }; ///< What stands between things.
-struct help         : detail::ThemedText { using ThemedText::ThemedText; }; ///< What explains a use.
-struct prompt       : detail::ThemedText { using ThemedText::ThemedText; }; ///< What asks for input.
-struct version      : detail::ThemedText { using ThemedText::ThemedText; }; ///< A version.
-struct cursor       : detail::ThemedText { using ThemedText::ThemedText; }; ///< A mark of the place.
-struct commandLine  : detail::ThemedText { using ThemedText::ThemedText; }; ///< A command as typed.
-struct name         : detail::ThemedText { using ThemedText::ThemedText; }; ///< The name of a thing.
+/// The title of a program.
+struct app_title : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, app_title const& t); ///< green, text
+
+/// What needs attention.
+struct alert : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, alert const& t); ///< red, bold, text, dark
+
+/// What is good to know.
+struct info : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, info const& t); ///< yellow, text
+
+/// Ordinary text.
+struct default_text : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, default_text const& t); ///< cyan, text
+
+/// A separator between items.
+struct seperator : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, seperator const& t); ///< white, text
+
+/// Help text.
+struct help : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, help const& t); ///< blue, text
+
+/// What asks for input.
+struct prompt : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, prompt const& t); ///< magenta, text
+
+/// A version.
+struct version : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, version const& t); ///< white, text
+
+/// A mark of the place.
+struct cursor : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, cursor const& t); ///< cyan, bold, text, dark
+
+/// A command as typed.
+struct commandLine : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, commandLine const& t); ///< white, text, reset
+
+/// The name of a thing.
+struct name : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, name const& t); ///< white, bold, text, dark
 // clang-format on
 
 /// A path, given as text or as a number.
@@ -607,25 +646,6 @@ struct path {
     std::string text;                                                             ///< The path when it is text.
     std::uint32_t number;                                                         ///< The path when it is a number.
 };
-
-/// \name Texts by role
-/// Apply the manipulators shown, write the text as a formatted insertion, and apply those after it.
-///
-/// Stream  a pending width pads the text where the gate refuses, and the first sequence where it lets
-///         it through: pad the text itself instead.
-/// \{
-std::ostream& operator<<(std::ostream& os, app_title const& t);    ///< green, text
-std::ostream& operator<<(std::ostream& os, alert const& t);        ///< red, bold, text, dark
-std::ostream& operator<<(std::ostream& os, info const& t);         ///< yellow, text
-std::ostream& operator<<(std::ostream& os, default_text const& t); ///< cyan, text
-std::ostream& operator<<(std::ostream& os, seperator const& t);    ///< white, text
-std::ostream& operator<<(std::ostream& os, help const& t);         ///< blue, text
-std::ostream& operator<<(std::ostream& os, prompt const& t);       ///< magenta, text
-std::ostream& operator<<(std::ostream& os, version const& t);      ///< white, text
-std::ostream& operator<<(std::ostream& os, cursor const& t);       ///< cyan, bold, text, dark
-std::ostream& operator<<(std::ostream& os, commandLine const& t);  ///< white, text, reset
-std::ostream& operator<<(std::ostream& os, name const& t);         ///< white, bold, text, dark
-
 /// cyan, then the text, or the number in decimal.
 ///
 /// Stream  decimal afterwards, if the path is a number.
@@ -652,11 +672,30 @@ namespace kestry::Hueline::DataTheme {
 /// \addtogroup hueline_themes
 /// \{
 
+/// \name Fields of a frame
+/// Apply the manipulators shown, then write what HexDump makes of the field: a text is cut after 19
+/// bytes unless HexDump::_longDumps.
+///
+/// Stream  a pending width pads the first dump where the gate refuses, and the first sequence where it
+///         lets it through.
+/// \{
+
 // clang-format off
-struct immediate_destination : detail::ThemedByte { using ThemedByte::ThemedByte; }; ///< The address byte.
-struct total_count           : detail::ThemedByte { using ThemedByte::ThemedByte; }; ///< The count byte.
-struct request_title         : detail::ThemedText { using ThemedText::ThemedText; }; ///< The title of a request.
-struct response_title        : detail::ThemedText { using ThemedText::ThemedText; }; ///< The title of a response.
+/// The address byte.
+struct immediate_destination : detail::ThemedByte { using ThemedByte::ThemedByte; };
+std::ostream& operator<<(std::ostream& os, immediate_destination const& b); ///< cyan, byte
+
+/// The count byte.
+struct total_count : detail::ThemedByte { using ThemedByte::ThemedByte; };
+std::ostream& operator<<(std::ostream& os, total_count const& b); ///< blue, byte
+
+/// The title of a request.
+struct request_title : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, request_title const& t); ///< magenta, bold, bytes of the text
+
+/// The title of a response.
+struct response_title : detail::ThemedText { using ThemedText::ThemedText; };
+std::ostream& operator<<(std::ostream& os, response_title const& t); ///< magenta, dark, bytes of the text
 // clang-format on
 
 /// A checksum of one byte or of two.
@@ -667,19 +706,7 @@ struct crc {
     std::uint8_t narrow;                                                ///< The checksum of one byte.
     std::uint16_t wide;                                                 ///< The checksum of two bytes.
 };
-
-/// \name Fields of a frame
-/// Apply the manipulators shown, then write what HexDump makes of the field: a text is cut after 19
-/// bytes unless HexDump::_longDumps.
-///
-/// Stream  a pending width pads the first dump where the gate refuses, and the first sequence where it
-///         lets it through.
-/// \{
-std::ostream& operator<<(std::ostream& os, immediate_destination const& b); ///< cyan, byte
-std::ostream& operator<<(std::ostream& os, total_count const& b);           ///< blue, byte
-std::ostream& operator<<(std::ostream& os, crc const& c);                   ///< green, byte; or high, " ", low, " "
-std::ostream& operator<<(std::ostream& os, request_title const& t);         ///< magenta, bold, bytes of the text
-std::ostream& operator<<(std::ostream& os, response_title const& t);        ///< magenta, dark, bytes of the text
+std::ostream& operator<<(std::ostream& os, crc const& c); ///< green, byte; or high, " ", low, " "
 /// \}
 
 /// \}
@@ -759,7 +786,7 @@ struct parameters_template {
     int code; ///< The SGR code.
 };
 
-/// Writes one SGR sequence past the record.
+/// Writes one SGR sequence without touching the record.
 ///
 /// Writes  "\x1b[", code and "m", all formatted insertions.
 /// Gate    refused: writes nothing.
@@ -782,9 +809,9 @@ std::ostream& colorized_platformspecific_template(std::ostream& os);
 /// \}
 
 /// \name Test patterns
-/// Show what a terminal makes of the library's sequences. All but the last two change the record. They
-/// colorize their stream where they say "colorize", and unless they say otherwise write their plain
-/// text to a stream that fails the gate.
+/// Show what a terminal makes of the library's sequences. All but the last two change the record. Those
+/// that print the word "colorize" do colorize their stream. Unless they say otherwise, they write their
+/// plain text to a stream that fails the gate.
 ///
 /// Throws  std::bad_cast where a line ends and the stream's locale has no std::ctype<char>, as std::endl
 ///         does.

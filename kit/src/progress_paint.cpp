@@ -6,7 +6,7 @@ namespace kestry::kit::detail {
 
 namespace {
 
-void paint(std::string& out, std::string_view text, std::string_view sgr)
+void append_colored(std::string& out, std::string_view text, std::string_view sgr)
 {
     if (sgr.empty()) {
         out += text;
@@ -86,7 +86,7 @@ void paint_from(std::string& out, progress_text const& row, std::size_t byte)
     for (progress_span const& span : row.spans) {
         std::size_t const first = std::max(begin, byte);
         if (first < span.end) {
-            paint(out, std::string_view(row.text).substr(first, span.end - first), span.sgr);
+            append_colored(out, std::string_view(row.text).substr(first, span.end - first), span.sgr);
         }
         begin = span.end;
     }

@@ -270,7 +270,7 @@ void follow(std::string_view parameters, rendition& shown, rendition const& arou
 {
     for_each_sgr(parameters, [&](sgr_parameter const& selected) {
         unsigned const n = selected.code;
-        auto const paint = [&](color& of) {
+        auto const set = [&](color& of) {
             color const c = read_color(selected.text);
             of = c.kind == color_kind::none ? of : reduced(c, depth);
         };
@@ -280,9 +280,9 @@ void follow(std::string_view parameters, rendition& shown, rendition const& arou
         else if (n >= 90 && n <= 97)   shown.foreground = named(n - 90 + 8);
         else if (n >= 40 && n <= 47)   shown.background = named(n - 40);
         else if (n >= 100 && n <= 107) shown.background = named(n - 100 + 8);
-        else if (n == 38)              paint(shown.foreground);
-        else if (n == 48)              paint(shown.background);
-        else if (n == 58)              paint(shown.line);
+        else if (n == 38)              set(shown.foreground);
+        else if (n == 48)              set(shown.background);
+        else if (n == 58)              set(shown.line);
         else if (n == 39)              shown.foreground = around.foreground;
         else if (n == 49)              shown.background = around.background;
         else if (n == 59)              shown.line = around.line;

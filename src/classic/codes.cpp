@@ -43,8 +43,8 @@ SgrSequence sequence(HexColor code) { return SgrSequence("\x1b[", static_cast<in
 
 std::string colored(HexColor code, std::string_view text) { return concatenate({sequence(code), text}); }
 
-// Between bright and dim, which is faint and no reset, and in the ordinary colour, not in the bright
-// code.
+// SGR 1 before and SGR 2 after, which is faint and no reset; the colour between them is the ordinary one,
+// not the one 60 above it.
 std::string bright_colored(HexColor code, std::string_view text)
 {
     return concatenate({"\x1b[1m", sequence(code), text, "\x1b[2m"});
@@ -56,7 +56,7 @@ std::string Hueline::color(HexColor const& code) { return isUsingColor() ? seque
 
 std::string Hueline::bright_color(HexColor const& code)
 {
-    // 64 bits: the sum is a number for every code.
+    // 64 bits: an int overflows near INT_MAX.
     return isUsingColor() ? SgrSequence("\x1b[", static_cast<std::int64_t>(code) + 60).str() : std::string{};
 }
 

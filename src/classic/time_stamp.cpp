@@ -13,8 +13,7 @@ std::string Hueline::current_time()
     if (std::tm const* const broken_down = std::localtime(&now)) {
         local = *broken_down; // at once: the next call of localtime overwrites it
     }
-    // Zeros all over and the last one kept: what strftime leaves behind when a locale's time does
-    // not fit still ends.
+    // If a locale's time does not fit, what strftime has written so far is unspecified: it ends all the same.
     char stamp[80] = {};
     std::strftime(stamp, sizeof stamp, "[%Y-%m-%d.%X]", &local);
     stamp[sizeof stamp - 1] = '\0';

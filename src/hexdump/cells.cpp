@@ -13,7 +13,7 @@ namespace {
 using Bytes = std::span<unsigned char const>;
 
 // The plain form: what the faster ones must equal.
-char* put_wide_cells(char* out, Bytes bytes, std::string_view before, std::string_view after)
+char* put_cells_one_by_one(char* out, Bytes bytes, std::string_view before, std::string_view after)
 {
     for (unsigned char const b : bytes) {
         out = put_text(put_byte(put_text(out, before), b), after);
@@ -38,7 +38,7 @@ char* put_narrow_cells(char* out, char const* limit, Bytes bytes, std::string_vi
         out += width;
         ++done;
     }
-    return put_wide_cells(out, bytes.subspan(done), before, after);
+    return put_cells_one_by_one(out, bytes.subspan(done), before, after);
 }
 
 } // namespace
@@ -50,7 +50,7 @@ char* put_cells(char* out, char const* limit, Bytes bytes, std::string_view befo
         return out + bytes.size() * width;
     }
     return width <= block ? put_narrow_cells(out, limit, bytes, before, after)
-                          : put_wide_cells(out, bytes, before, after);
+                          : put_cells_one_by_one(out, bytes, before, after);
 }
 
 } // namespace kestry::detail

@@ -14,10 +14,10 @@ namespace kestry::detail {
 
 namespace {
 
-// How many bytes a dump shows that is cut.
+// How many bytes a dump that is cut shows.
 std::size_t constexpr shown_of_cut = 19;
 
-// The size of a text of that many cells and what follows them. Throws where no string is as long.
+// The size of a text of that many cells and what follows them. Throws if no string can be that long.
 std::size_t checked_size(std::size_t cells, std::size_t cell, std::size_t rest)
 {
     std::size_t size = 0;
@@ -63,7 +63,7 @@ std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view se
     }
     auto const shown = length == Length::whole ? bytes : bytes.first(std::min(bytes.size(), shown_of_cut));
 
-    // cppcheck-suppress variableScope // suffix shows it
+    // cppcheck-suppress variableScope // suffix refers to it
     char rest[128];
     std::string_view suffix = colors.reset;
     if (shown.size() < bytes.size()) {

@@ -29,7 +29,8 @@ std::string dump_short(unsigned short u);                    ///< "0x" and four 
 std::string dump_word(unsigned long w);                      ///< At least eight digits, more only where w needs them.
 std::string dump_words(std::span<unsigned int const> words); ///< Eight digits and a blank for each word.
 
-/// Each byte with its separator.
+/// Each byte in its colour, with its separator; " ... ", the count in parentheses and a blank if bytes are
+/// left out; the reset. Nothing at all for no bytes.
 std::string dump_bytes(std::span<unsigned char const> bytes, std::string_view separator, DumpColors const& colors,
                        Length length);
 

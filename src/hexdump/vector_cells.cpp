@@ -59,7 +59,7 @@ IN_VECTORS inline Vector shuffle(Vector const& a, Vector const& b)
     return shuffle<places>(a, b, std::make_index_sequence<block>{});
 }
 
-// Stores each lane so many characters after the one before.
+// Stores the lanes of a vector so many characters apart.
 template <std::size_t distance>
 IN_VECTORS inline void store(char* out, Vector const& lanes)
 {
@@ -93,7 +93,7 @@ IN_VECTORS inline void find_digits(Digits& digits, unsigned char const* bytes)
 IN_VECTORS void put_separated(char* out, Bytes bytes, char separator)
 {
     Vector const dots = Vector{} + static_cast<signed char>(separator);
-    // The last block starts so much earlier that it is whole: what it writes twice is the same.
+    // The last block overlaps the one before it, so that it is whole: there the same is written twice.
     std::size_t const last = bytes.size() - block;
     for (std::size_t at = 0;; at = std::min(at + block, last)) {
         Digits digits;
@@ -148,7 +148,7 @@ IN_VECTORS void put_prefixed(char* out, Bytes bytes, char const (&cell)[8])
 }
 
 #ifdef __x86_64__
-// Whether the processor has the vectors, and the system keeps them over a change of process. The
+// Whether the processor has the vectors, and the system keeps them when it switches between processes. The
 // compiler's __builtin_cpu_supports would ask far more, and at the start of every process.
 [[gnu::target("xsave")]] bool find_vectors()
 {

@@ -1,5 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
+#include "stream/unformatted.hpp"
+
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -66,7 +68,7 @@ public:
     {
         flush();
         if (!inserted) {
-            insert({});
+            insert("");
         }
     }
 
@@ -74,7 +76,7 @@ private:
     void insert(std::string_view text)
     {
         inserted = true;
-        os.write(text.data(), static_cast<std::streamsize>(text.size()));
+        detail::unformatted(os, text);
     }
 
     std::ostream& os;
@@ -87,7 +89,12 @@ int percentage(progress_meter const& m)
 {
     // The width of the bar as int arithmetic has it, without the undefined behaviour of an overflow.
     int const steps = static_cast<int>(static_cast<unsigned>(m.end) - static_cast<unsigned>(m.start));
-    float const percent = static_cast<float>(m.position) / static_cast<float>(steps) * 100.0F;
+    // A float at each step; volatile, because the registers of an i387 hold more digits than that.
+    float volatile const position = static_cast<float>(m.position);
+    float volatile const span = static_cast<float>(steps);
+    float volatile const quotient = position / span;
+    float volatile const product = quotient * 100.0F;
+    float const percent = product;
     if (std::isnan(percent)) {
         return 0;
     }

@@ -1,6 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "stream/state.hpp"
+#include "stream/unformatted.hpp"
 
 #include <chrono>
 #include <ostream>
@@ -8,16 +9,6 @@
 #include <string_view>
 
 namespace kestry::detail {
-
-namespace {
-
-// A width that is pending stays so.
-std::ostream& unformatted(std::ostream& os, std::string_view bytes)
-{
-    return os.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-}
-
-} // namespace
 
 std::ostream& show_cursor(std::ostream& os) { return unformatted(os, "\x1b[25h"); }
 
@@ -59,7 +50,7 @@ std::ostream& position(std::ostream& os, int row, int col, char final_byte)
 
 // clang-format off
 std::ostream& show(std::ostream& os) { return allowColor(os) ? show_cursor(os) : os; } // SM 25, ECMA-48 8.3.125
-std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // an MC 25 by its final byte
+std::ostream& hide(std::ostream& os) { return fixed(os, "\x1b[25i"); }                 // the final byte of MC, media copy
 std::ostream& cr  (std::ostream& os) { return unformatted(os, "\r"); }
 std::ostream& lf  (std::ostream& os) { return unformatted(os, "\n"); }
 std::ostream& cls (std::ostream& os) { return os << ed{2}; }
@@ -100,7 +91,7 @@ std::ostream& operator<<(std::ostream& os, delay const& p)
 }
 
 #ifdef __GLIBCXX__ // the streams of another library have other mangled names
-// For programs with declarations of their own, in which clear is a function.
+// The exported name of clear, for programs that declare it as a function themselves.
 [[gnu::alias("_ZN6kestry7Hueline3csi3clrERSo"), gnu::visibility("default")]] std::ostream& clear_as_a_function(
     std::ostream& os) __asm__("_ZN6kestry7Hueline3csi5clearERSo");
 #endif

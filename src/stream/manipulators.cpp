@@ -31,7 +31,7 @@ std::ostream& set(std::ostream& os, bool AttributeState::*flag, bool value)
     return compose(os);
 }
 
-// Past the record: the reset that opens the next rendition ends it.
+// Without the record: the reset that opens the next rendition ends it.
 std::ostream& once(std::ostream& os, std::string_view sequence) { return allowColor(os) ? os << sequence : os; }
 
 } // namespace

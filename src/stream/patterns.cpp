@@ -17,7 +17,7 @@ std::ostream& heading(std::ostream& os)
     return os << reset << "reset " << colorize << "colorize " << dark << "dark " << thin << "thin " << std::endl;
 }
 
-// Each colour of the palette from first to last on each of them.
+// Colours of the palette, from first to last, on each other: a row for each background.
 void palette(std::ostream& os, int first, int last)
 {
     for (int b = first; b <= last; ++b) {

@@ -22,7 +22,8 @@ bool _forcedColor = false; // a UseColorMode was constructed, and no NoColorMode
 
 AT_LOAD std::ios_base::Init const _standardStreams;
 
-// The index of the colorize word in every stream's iword array. A word other than 0 wants colour.
+// The index of the colorize word in every stream's iword array. A word other than 0 wants colour. Of a
+// class, since the order of construction can be given for objects of a class alone.
 struct ColorizeIndex {
     int const value = std::ios_base::xalloc();
 };
@@ -43,7 +44,7 @@ AT_LOAD ColorState _currentColors;
 
 namespace {
 
-// Built between the two and destroyed between them; nothing reads or writes it.
+// Unused. It keeps its place in the order of construction and destruction.
 AT_LOAD std::stringstream _scratchStream;
 
 } // namespace
@@ -67,7 +68,7 @@ bool is_terminal(std::FILE* file)
 
 } // namespace
 
-bool ask_terminal(std::ostream& os)
+bool allowed_on_standard(std::ostream& os)
 {
     _colorActive = is_terminal(&os == &std::cout ? stdout : stderr);
     return _colorActive && !_noFrills && colorize_word(os) != 0;

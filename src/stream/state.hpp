@@ -7,16 +7,16 @@
 #include <string>
 #include <string_view>
 
-// None of this is exported. Said here, it lets every access go straight to its place and not through the
-// table of addresses.
+// None of this is exported. The compiler's option for that does not reach declarations of variables that
+// are defined elsewhere; this does, so that no access goes through the global offset table.
 #pragma GCC visibility push(hidden)
 
 namespace kestry::detail {
 
 /// The attributes of the rendition that adjust writes. `lite` is the absence of faint.
 ///
-/// Constant at load, apart from the colours, which are not: what a static object sets before they are
-/// built stays set.
+/// Initialised with constants, so that what a static object sets before the library's own initialisation
+/// stays set.
 struct AttributeState {
     bool bold = true;
     bool lite = true;
@@ -26,7 +26,7 @@ struct AttributeState {
     bool reverse = false;
 };
 
-/// Its colours, each a whole sequence or empty.
+/// The colours of the rendition, each a whole sequence or empty. Built at load.
 struct ColorState {
     std::string foreground;
     std::string background;
@@ -51,19 +51,19 @@ extern std::ostream* const standard_log;
 /// Whether the gate found a terminal last, or what a colour guard said since.
 extern bool _colorActive;
 
-/// The gate for a standard stream.
-bool ask_terminal(std::ostream& os);
+/// The gate, for a standard stream.
+bool allowed_on_standard(std::ostream& os);
 
 /// The gate: whether an escape sequence may be written to os now.
 ///
 /// Records whether a terminal was found, whatever the answer. Leaves errno as it was: a refused
 /// isatty would otherwise change what `cerr << red << strerror(errno)` says.
 ///
-/// Inline, so that a string stream costs no call: a fifth of the time of a styled log line.
+/// Inline: the call would be a fifth of the time of a styled log line in a string stream.
 inline bool allowColor(std::ostream& os)
 {
     if (&os == standard_out || &os == standard_err || &os == standard_log) {
-        return ask_terminal(os);
+        return allowed_on_standard(os);
     }
     _colorActive = false;
     return false;

@@ -1,7 +1,6 @@
 /// \file
-/// Digits: every decimal and hexadecimal number that the library puts into a text of its own. Plain
-/// digits whatever the global locale. Includes neither public header, since each source file includes
-/// one of them.
+/// Digits for sequences and dumps, decimal and hexadecimal: plain ones whatever the global locale. Includes
+/// neither public header, since each source file includes one of them.
 #pragma once
 
 #include <array>

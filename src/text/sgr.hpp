@@ -12,7 +12,7 @@ namespace kestry::detail {
 
 /// An SGR sequence (ECMA-48 8.3.117): SgrSequence("\x1b[38;5;", 200) is "\x1b[38;5;200m".
 ///
-/// Built in place, without memory of its own.
+/// Built in an array of its own: allocates nothing.
 class SgrSequence {
 public:
     /// An introducer of at most seven characters, one to five numbers with ";" between them, and "m".

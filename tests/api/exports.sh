@@ -1,5 +1,5 @@
 #!/bin/bash
-# Lists what a shared object exports, as tests/api/exports.txt has it: exports.sh <libhueline.so.0.2.2>
+# Lists what a shared object exports, as tests/api/exports.txt and exports_kit.txt have it: exports.sh <lib....so.0.2.2>
 set -euo pipefail
 export LC_ALL=C
 
@@ -15,6 +15,7 @@ nm --dynamic --defined-only "$1" | awk '{ print $NF }' | sort | while read -r sy
     esac
     printf '%s  %s%s\n' "$symbol" "$(c++filt "$symbol")" "$kind"
 done | sed -E '
+    s/std::basic_string_view<char, std::char_traits<char> >/std::string_view/g
     s/std::__cxx11::basic_string<char, std::char_traits<char>, std::allocator<char> >/std::string/g
     s/std::vector<([a-z ]+), std::allocator<[a-z ]+> >/std::vector<\1>/g
     s/\[abi:cxx11\]//

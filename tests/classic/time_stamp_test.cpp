@@ -180,7 +180,7 @@ TEST(CurrentTime, FollowsTheZoneFromCallToCall)
 
 TEST(CurrentTime, IsAnyTimeThereIs)
 {
-    std::pair<std::time_t, char const*> const times[] = {
+    std::pair<std::int64_t, char const*> const times[] = {
         {0, "[1970-01-01.00:00:00]"},
         {-1, "[1969-12-31.23:59:59]"},
         {951'782'400, "[2000-02-29.00:00:00]"},
@@ -191,8 +191,10 @@ TEST(CurrentTime, IsAnyTimeThereIs)
         {253'402'300'800, "[10000-01-01.00:00:00]"},
     };
     for (auto const& [seconds, stamp] : times) {
-        At const at(seconds);
-        EXPECT_EQ(Hueline::current_time(), stamp);
+        if (std::in_range<std::time_t>(seconds)) { // it has 32 bits on some machines
+            At const at(static_cast<std::time_t>(seconds));
+            EXPECT_EQ(Hueline::current_time(), stamp);
+        }
     }
 }
 

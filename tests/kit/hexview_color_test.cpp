@@ -130,9 +130,9 @@ bool has_two_sequences_in_one_place(std::string_view text)
 
 TEST(HexviewColor, IsThePlainFormWithoutItsSequences)
 {
-    std::uint64_t const seed = std::random_device{}();
+    auto const seed = std::random_device{}();
     SCOPED_TRACE("seed " + std::to_string(seed));
-    std::mt19937_64 random(seed);
+    std::mt19937 random(seed);
     hex_theme long_sequences;
     long_sequences.printable = fg(rgb(201, 202, 203)) | bg(rgb(204, 205, 206)) | bold | italic | underline;
     long_sequences.offset = fg(rgb(211, 212, 213)) | crossed_out;

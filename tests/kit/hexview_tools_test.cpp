@@ -103,7 +103,7 @@ std::string in_pieces(std::string const& bytes, hex_options const& options, std:
     hex_writer writer(os, options);
     std::span<std::byte const> left = bytes_of(bytes);
     while (!left.empty()) {
-        std::size_t const some = std::min<std::size_t>(left.size(), 1 + random() % 40);
+        auto const some = static_cast<std::size_t>(std::min<std::uint64_t>(left.size(), 1 + random() % 40));
         writer.write(left.first(some));
         left = left.subspan(some);
     }
@@ -116,8 +116,8 @@ class Choices {
 public:
     explicit Choices(std::uint64_t seed) : random(seed) {}
 
-    std::uint64_t below(std::uint64_t end) { return random() % end; }
-    bool one_in(std::uint64_t n) { return below(n) == 0; }
+    std::size_t below(std::size_t end) { return static_cast<std::size_t>(random() % end); }
+    bool one_in(std::size_t n) { return below(n) == 0; }
 
     // Bytes of any kind, and stretches of one byte, so that rows repeat.
     std::string bytes(std::size_t size)

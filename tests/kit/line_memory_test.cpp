@@ -2,7 +2,7 @@
 
 #include <kestry/kit/line.hpp>
 
-#include "writes.hpp"
+#include "support/writes.hpp"
 
 #include "robustness/failing_new.hpp"
 #include "support/process.hpp"

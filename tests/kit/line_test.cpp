@@ -1,6 +1,6 @@
 #include <kestry/kit/line.hpp>
 
-#include "writes.hpp"
+#include "support/writes.hpp"
 
 #include "kestry/hueline_stream.hpp"
 

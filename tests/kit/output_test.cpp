@@ -1,6 +1,6 @@
 #include "output.hpp"
 
-#include "writes.hpp"
+#include "support/writes.hpp"
 
 #include <kestry/kit/line.hpp>
 

@@ -1,5 +1,6 @@
 #include "progress_estimate.hpp"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <functional>

@@ -3,6 +3,8 @@
 #include "support/readable.hpp"
 #include "support/utf8.hpp"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 namespace {

@@ -185,7 +185,7 @@ TEST(Reloading, AThousandTimesTakesNoMemoryButTheStreamsWords)
 {
     int constexpr loads = 1000;
     auto const run = on_terminal([] {
-        for (int i = 0; i < 100; ++i) {
+        for (int i = 0; i < 200; ++i) {
             use_once(); // what the loader and the allocator keep for the next time
         }
         int const mappings_before = mappings();

@@ -29,10 +29,11 @@ std::ostream& operator<<(std::ostream& os, Step const& step);
 /// The numbers of a step as 32-bit words.
 inline std::vector<unsigned> words_of(Step const& step) { return {step.numbers.begin(), step.numbers.end()}; }
 
-/// Its first two numbers as the halves of a 64-bit word.
-inline std::uint64_t long_word_of(Step const& step)
+/// Its first two numbers as the halves of 64 bits, of which a long has the lower 32 on some machines.
+inline unsigned long long_word_of(Step const& step)
 {
-    return std::uint64_t{static_cast<unsigned>(step.numbers.at(0))} << 32 | static_cast<unsigned>(step.numbers.at(1));
+    return static_cast<unsigned long>(std::uint64_t{static_cast<unsigned>(step.numbers.at(0))} << 32 |
+                                      static_cast<unsigned>(step.numbers.at(1)));
 }
 
 /// Its first text as bytes.

@@ -10,7 +10,7 @@
 #include "operations_stream.hpp"
 
 #include "stream/isatty_calls.hpp"
-#include "stream/system_clock.hpp"
+#include "support/clock.hpp"
 
 #include <cerrno>
 #include <cstdio>

@@ -69,8 +69,10 @@ std::string repeated(std::string const& text, long long times)
 int percentage(int position, int start, int end)
 {
     int const steps = static_cast<int>(static_cast<unsigned>(end) - static_cast<unsigned>(start)); // an int: it wraps
-    float const span = static_cast<float>(steps);
-    float const percent = static_cast<float>(position) / span * 100.0F;
+    float volatile const part = static_cast<float>(position); // volatile: some registers hold more than a float
+    float volatile const span = static_cast<float>(steps);
+    float volatile const share = part / span;
+    float volatile const percent = share * 100.0F;
     if (std::isnan(percent)) {
         return 0;
     }

@@ -9,7 +9,7 @@
 
 #include "operations_stream.hpp"
 
-#include "stream/system_clock.hpp"
+#include "support/clock.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 

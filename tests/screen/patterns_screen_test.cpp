@@ -3,7 +3,7 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "screen/look.hpp"
-#include "stream/system_clock.hpp"
+#include "support/clock.hpp"
 
 #include "support/process.hpp"
 #include "support/screen.hpp"

@@ -1,6 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "system_clock.hpp"
+#include "support/clock.hpp"
 
 #include "support/process.hpp"
 #include "support/readable.hpp"

@@ -19,6 +19,7 @@
 #include <sstream>
 #include <string>
 #include <type_traits>
+#include <utility>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -277,6 +278,25 @@ TEST(Gate, LeavesErrno)
         });
         EXPECT_EQ(run.report, "No such file or directory") << name_of(err);
     }
+}
+
+TEST(Gate, LeavesErrnoWhereStdoutAndStderrAreInMemory)
+{
+    auto const run = on_terminal([] {
+        char* text = nullptr;
+        std::size_t size = 0;
+        std::FILE* const memory = open_memstream(&text, &size); // has no descriptor, as fileno says with EBADF
+        auto const ask = [&](std::FILE*& file, std::ostream& os) {
+            std::FILE* const before = std::exchange(file, memory);
+            errno = ENOENT;
+            push(os);
+            report(std::strerror(errno));
+            file = before;
+        };
+        ask(stdout, std::cout);
+        ask(stderr, std::cerr);
+    });
+    EXPECT_EQ(run.report, "No such file or directoryNo such file or directory");
 }
 
 TEST(Gate, LeavesErrnoForTheTextAfterAColour)
@@ -1017,6 +1037,21 @@ TEST(NoColorMode, InsideUseColorModeLeavesCoutWithoutColour)
         report_word(std::cout); // no terminal was found, so the outer end does nothing
     });
     EXPECT_EQ(run.report, "0 1 ");
+}
+
+TEST(NoColorMode, DoesNotCountWhatUseColorModeAskedForInItsScope)
+{
+    auto const run = on_terminal([] {
+        {
+            NoColorMode const outer;
+            {
+                UseColorMode const inner;
+            }
+            find_no_terminal();
+        }
+        report_word(std::cout);
+    });
+    EXPECT_EQ(run.report, "0 ");
 }
 
 TEST(NoColorMode, LeavesWhatWasAskedForAndFoundInItsScope)

@@ -21,6 +21,7 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -38,7 +39,9 @@ using Clock = std::chrono::steady_clock;
 int constexpr status_of_exception = 99;
 int constexpr status_of_no_program = 127; // as the shell has it
 
-int report_descriptor = -1; // open in a child only
+// Open in a child only.
+int report_descriptor = -1;
+int question_descriptor = -1;
 
 int checked(int result, char const* call)
 {
@@ -81,12 +84,21 @@ struct Channel {
     Descriptor child_end = {};
     std::string bytes = {};
     bool at_end = false;
+    std::size_t awaited = 0; // how many of the bytes the child has waited for
 };
 
 Channel open_pipe()
 {
     std::array<int, 2> ends;
     checked(pipe(ends.data()), "pipe");
+    return {.parent_end = Descriptor(ends[0]), .child_end = Descriptor(ends[1])};
+}
+
+// Each question is one message: the digit of a descriptor, and the bytes that shall have arrived there.
+Channel open_questions()
+{
+    std::array<int, 2> ends;
+    checked(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()), "socketpair");
     return {.parent_end = Descriptor(ends[0]), .child_end = Descriptor(ends[1])};
 }
 
@@ -209,8 +221,9 @@ struct Channels {
     Channel out;
     Channel err;
     Channel reported;
+    Channel questions;
 
-    std::array<Channel*, 3> all() { return {&out, &err, &reported}; }
+    std::array<Channel*, 4> all() { return {&out, &err, &reported, &questions}; }
 };
 
 // Nothing that is thrown here may reach the caller, which would then run twice.
@@ -227,6 +240,7 @@ struct Channels {
     connect(channels.out, STDOUT_FILENO);
     connect(channels.err, STDERR_FILENO);
     report_descriptor = channels.reported.child_end.release();
+    question_descriptor = channels.questions.child_end.release();
     for (Channel* channel : channels.all()) {
         channel->parent_end.close();
         channel->child_end.close();
@@ -249,7 +263,7 @@ std::string end_of(std::string_view bytes)
 // Waits for bytes and takes them; false once all channels have come to their end.
 bool await(Channels& channels, Clock::time_point deadline)
 {
-    std::array<pollfd, 3> ready = {};
+    std::array<pollfd, 4> ready = {};
     bool open = false;
     for (std::size_t i = 0; i < ready.size(); ++i) {
         Channel const& channel = *channels.all()[i];
@@ -275,11 +289,30 @@ bool await(Channels& channels, Clock::time_point deadline)
     return true;
 }
 
+void answer(Channels& channels)
+{
+    std::string& question = channels.questions.bytes;
+    if (question.empty()) {
+        return;
+    }
+    Channel& asked = question[0] == '1' ? channels.out : channels.err;
+    std::string_view const wanted = std::string_view(question).substr(1);
+    std::size_t const found = asked.bytes.find(wanted, asked.awaited);
+    if (found != std::string::npos) {
+        asked.awaited = found + wanted.size();
+        send(channels.questions.parent_end.get(), "y", 1, MSG_NOSIGNAL);
+        question.clear();
+    }
+}
+
 // Forks; the child ends with the status that work returns.
 Outcome run(Sinks sinks, Launch const& launch, std::function<int()> const& work)
 {
     Descriptor input = open_file(launch.input);
-    Channels channels = {.out = open_sink(sinks.out), .err = open_sink(sinks.err), .reported = open_pipe()};
+    Channels channels = {.out = open_sink(sinks.out),
+                         .err = open_sink(sinks.err),
+                         .reported = open_pipe(),
+                         .questions = open_questions()};
     Channel& out = channels.out;
 
     std::fflush(nullptr); // the child would write it too
@@ -303,6 +336,7 @@ Outcome run(Sinks sinks, Launch const& launch, std::function<int()> const& work)
             --interrupts_left;
             searched = out.bytes.size();
         }
+        answer(channels);
     }
 
     int const state = child.wait();
@@ -365,6 +399,15 @@ void report(std::string_view text)
             throw std::system_error(errno, std::generic_category(), "report");
         }
         text.remove_prefix(static_cast<std::size_t>(n < 0 ? 0 : n));
+    }
+}
+
+void await_output(int descriptor, std::string_view bytes)
+{
+    std::string const question = std::to_string(descriptor) + std::string(bytes);
+    checked(static_cast<int>(send(question_descriptor, question.data(), question.size(), MSG_NOSIGNAL)), "send");
+    char yes = 0;
+    while (recv(question_descriptor, &yes, 1, 0) < 0 && errno == EINTR) {
     }
 }
 

@@ -41,7 +41,7 @@ struct Outcome {
 /// flushed after body. The exit status is 0, or 99 if an exception left body: then its text is in
 /// the report.
 ///
-/// Throws std::runtime_error if the child does not end within 30 seconds; the child is killed then.
+/// Throws std::runtime_error if the child does not end within a minute, which is for what hangs; the child is killed then.
 Outcome run_with(Sinks sinks, std::function<void()> const& body);
 
 /// run_with, both sinks being terminals.
@@ -52,6 +52,10 @@ Outcome on_pipe(std::function<void()> const& body);
 
 /// In a body: adds text to the report, past standard output and standard error.
 void report(std::string_view text);
+
+/// In a body: waits until these bytes have arrived at a terminal or pipe at standard output or standard error (its
+/// descriptor tells which), after those that were last waited for there. One thread or process of a body waits at a time.
+void await_output(int descriptor, std::string_view bytes);
 
 /// In a body: changes the environment. "NAME=value" sets a variable, "NAME" removes it; the texts are used as they are, so
 /// they have to live on.
@@ -73,7 +77,7 @@ struct Launch {
     std::string input = {};                    ///< What the program reads on standard input.
     std::vector<std::string> environment = {}; ///< As change_environment takes it.
     std::optional<Interrupt> interrupt = {};
-    std::chrono::milliseconds time_allowed = std::chrono::seconds(30);
+    std::chrono::milliseconds time_allowed = std::chrono::minutes(1);
 };
 
 /// Runs a program: argv[0] is its path, or its name if PATH finds it. The exit status is 127, with the

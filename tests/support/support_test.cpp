@@ -2,6 +2,7 @@
 #include "support/readable.hpp"
 #include "support/screen.hpp"
 
+#include <atomic>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -11,6 +12,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/ioctl.h>
@@ -34,6 +36,7 @@ void PrintTo(Position const& p, std::ostream* os) { *os << p.row << ", " << p.co
 namespace {
 
 using namespace hueline::test;
+using namespace std::chrono_literals;
 
 Sink const every_sink[] = {Sink::terminal, Sink::pipe, Sink::file, Sink::full, Sink::closed};
 
@@ -120,11 +123,11 @@ int open_descriptors()
     return count;
 }
 
-TEST(RunWith, OpensNoOtherDescriptorThanThatOfReport)
+TEST(RunWith, OpensNoOtherDescriptorsThanThoseOfReportAndAwaitOutput)
 {
     int const before = open_descriptors();
     auto const run = on_terminal([] { report(std::to_string(open_descriptors())); });
-    EXPECT_EQ(run.report, std::to_string(before + 1));
+    EXPECT_EQ(run.report, std::to_string(before + 2));
     EXPECT_EQ(open_descriptors(), before);
 }
 
@@ -268,6 +271,30 @@ TEST(RunWith, TellsAnExceptionThatLeavesTheBody)
     EXPECT_EQ(number.report, "an exception of unknown type");
 }
 
+TEST(AwaitOutput, ReturnsOnceTheBytesHaveArrivedOnceMore)
+{
+    for (int const descriptor : {STDOUT_FILENO, STDERR_FILENO}) {
+        for (Sink const sink : {Sink::terminal, Sink::pipe}) {
+            auto const run = run_with({sink, sink}, [descriptor] {
+                std::atomic<int> written = 0;
+                std::thread writer([&] {
+                    for (int i = 0; i < 3; ++i) {
+                        std::this_thread::sleep_for(10ms);
+                        ++written;
+                        write_text(descriptor, "text");
+                    }
+                });
+                for (int i = 1; i <= 3; ++i) {
+                    await_output(descriptor, "text");
+                    report(written >= i ? "late enough " : "too early ");
+                }
+                writer.join();
+            });
+            EXPECT_EQ(run.report, "late enough late enough late enough ");
+        }
+    }
+}
+
 TEST(RunProgram, PassesArgumentsAndInput)
 {
     std::vector<std::string> const argv = {"sh", "-c", "echo \"$1\"; cat; echo warning >&2; exit 3", "", "two  words"};
@@ -324,16 +351,18 @@ TEST(RunProgram, TellsTheSignalThatWasSent)
 
 TEST(RunProgram, KillsAProgramThatDoesNotEnd)
 {
-    std::string told;
-    try {
-        std::vector<std::string> const argv = {"sh", "-c", "echo $$; while :; do sleep 0.01; done"};
-        run_program({}, argv, {.time_allowed = std::chrono::milliseconds(200)});
-    } catch (std::runtime_error const& e) {
-        told = e.what();
-    }
     std::string const start = "the child did not end; standard output: ";
-    ASSERT_EQ(told.substr(0, start.size()), start);
-    pid_t const pid = std::stoi(told.substr(start.size()));
+    pid_t pid = 0;
+    for (auto allowed = 200ms; pid == 0; allowed *= 2) { // until the program has come to its first word
+        try {
+            run_program({}, {"sh", "-c", "echo $$; while :; do sleep 0.01; done"}, {.time_allowed = allowed});
+            FAIL();
+        } catch (std::runtime_error const& e) {
+            std::string const told = e.what();
+            ASSERT_EQ(told.substr(0, start.size()), start);
+            pid = std::atoi(told.c_str() + start.size());
+        }
+    }
     EXPECT_EQ(kill(pid, 0), -1);
     EXPECT_EQ(errno, ESRCH);
 }

@@ -2,6 +2,7 @@
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/writes.hpp"
 
 #include <array>
 #include <cerrno>
@@ -19,12 +20,14 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pty.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -61,6 +64,15 @@ Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
 
 // Where the waits of the animations are not what a test is about.
 Launch const without_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK}};
+
+// The first wait does not end.
+Launch const with_endless_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=0"}};
+
+// An animation goes on for a few steps and then waits for the signal.
+Launch interrupted(int signal, std::string const& after)
+{
+    return {.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=60"}, .interrupt = Interrupt{signal, after}};
+}
 
 // Runs a command of the shell, where "$0" is the tool and "$1" the first of the arguments.
 Outcome shell(Sinks sinks, std::string const& command, Arguments const& arguments = {}, Launch const& launch = {})
@@ -174,7 +186,8 @@ With auto, NO_COLOR, FORCE_COLOR, CLICOLOR_FORCE, CLICOLOR and TERM are asked,
 and each of the two streams whether it is a terminal.
 
 Each NAME is a demonstration; they are shown in the order given. Without a NAME
-the banner is shown.
+the banner is shown. Start with the tour: where a person is at the keys, any key
+goes on, and q ends it.
 
 dump writes each FILE in hexadecimal, sixteen bytes a line. All arguments after
 it but options are files, and all after "--". Without a FILE, and for "-", it
@@ -198,7 +211,8 @@ TEST(Options, VersionIsTheShortTagWithoutColour)
 
 TEST(Options, ListNamesTheDemonstrations)
 {
-    std::string const text = "banner        the version and most of the patterns\n"
+    std::string const text = "tour          a part at a time, with the code that wrote it\n"
+                             "banner        the version and most of the patterns\n"
                              "templates     plain lines and lines in white on green\n"
                              "codes         the SGR codes 0 to 108, on a terminal only\n"
                              "normal-reset  what normal keeps and reset forgets\n"
@@ -254,7 +268,7 @@ TEST(Misuse, OptionWithAnArgumentIsNamed)
 
 TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
 {
-    std::string const possible = ": the names are banner, templates, codes, normal-reset, matrix, palette, greyscale, "
+    std::string const possible = ": the names are tour, banner, templates, codes, normal-reset, matrix, palette, greyscale, "
                                  "rgb, status, progress, themes, dump";
     expect_misuse({"matrx"}, "unknown demonstration 'matrx'" + possible);
     expect_misuse({"matrix2"}, "unknown demonstration 'matrix2'" + possible);
@@ -321,7 +335,7 @@ std::string without_frills(std::vector<std::string> const& operations)
 
 void expect_pattern_on_pipe(Arguments const& arguments, std::string const& expected)
 {
-    Outcome const run = demo(on_pipes, arguments);
+    Outcome const run = demo(on_pipes, arguments, with_endless_waits);
     EXPECT_EQ(difference(expected, run.out), "");
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
@@ -342,10 +356,8 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
 
 TEST(OnAPipe, IndicatorsKeepTheirOwnColoursAndDoNotWait)
 {
-    auto const start = std::chrono::steady_clock::now();
     expect_pattern_on_pipe({"status"}, on_a_pipe({status_line}));
     expect_pattern_on_pipe({"progress"}, on_a_pipe({progress_line}));
-    EXPECT_LT(std::chrono::steady_clock::now() - start, 7s); // with the waits it would be 7.5
 }
 
 TEST(OnAPipe, BannerIsTheLibrarysTextAndNothingElse)
@@ -564,7 +576,7 @@ TEST(Themes, AreATableOfRolesAndTwoForms)
                        "help                          -v shows more       -v shows more\n"
                        "help()                        -v shows more       -v shows more\n"
                        "prompt                        continue?           continue?\n"
-                       "version                       0.2.2-r0            0.2.2-r0\n"
+                       "version                       1.4                 1.4\n"
                        "cursor                        >                   >\n"
                        "commandLine                   ls -l               ls -l\n"
                        "commandLine()                 ls -l               ls -l\n"
@@ -617,7 +629,7 @@ TEST(Themes, EachFormHasItsColoursOnATerminal)
         "help                          \x1b[34m-v shows more\x1b[0m       " + in_stream("\x1b[34m", "-v shows more") +
         "help()                        \x1b[33m-v shows more\x1b[0m       " + in_stream("\x1b[33m", "-v shows more") +
         "prompt                        \x1b[35mcontinue?\x1b[0m           " + in_stream("\x1b[35m", "continue?") +
-        "version                       \x1b[37m0.2.2-r0\x1b[0m            " + in_stream("\x1b[37m", "0.2.2-r0") +
+        "version                       \x1b[37m1.4\x1b[0m                 " + in_stream("\x1b[37m", "1.4") +
         "cursor                        \x1b[1m\x1b[36m>\x1b[2m\x1b[0m                   " +
         bold_in_stream("\x1b[36m", ">") +
         // commandLine ends its own decoration, in both forms.
@@ -665,7 +677,7 @@ TEST(FailedWrite, EndsInOneLineWithTheReason)
          {Arguments{}, Arguments{"--help"}, Arguments{"--version"}, Arguments{"--list"}, Arguments{"banner"},
           Arguments{"templates"}, Arguments{"normal-reset"}, Arguments{"matrix"}, Arguments{"palette"},
           Arguments{"greyscale"}, Arguments{"rgb"}, Arguments{"status"}, Arguments{"progress"}, Arguments{"themes"},
-          Arguments{"dump", file}, Arguments{"-n", "matrix", "rgb"}}) {
+          Arguments{"tour"}, Arguments{"dump", file}, Arguments{"-n", "matrix", "rgb"}}) {
         SCOPED_TRACE(arguments.empty() ? "" : arguments.front());
         for (Sink const err : {Sink::terminal, Sink::pipe}) {
             Outcome const full = demo({Sink::full, err}, arguments);
@@ -691,6 +703,19 @@ TEST(FailedWrite, WithStandardErrorClosedTheStatusTells)
 {
     EXPECT_EQ(demo({Sink::full, Sink::closed}, {"matrix"}).status, 1);
     EXPECT_EQ(demo({Sink::pipe, Sink::closed}, {"no-such-name"}).status, 2);
+}
+
+TEST(Complaint, IsOneWrite)
+{
+    Outcome const run = on_pipe([] {
+        report(writes_to(STDERR_FILENO, [] {
+            if (fork() == 0) {
+                become_demo({"dump", "no-such-file"});
+            }
+            wait(nullptr);
+        }));
+    });
+    EXPECT_EQ(run.report, "[hueline-demo: cannot read 'no-such-file': No such file or directory\n]");
 }
 
 // Makes each write(2) of so many bytes fail with ENOSPC, in this process and in what it becomes.
@@ -769,8 +794,7 @@ TEST(Signal, InAnAnimationLeavesTheTerminalTidy)
         SCOPED_TRACE(signal);
         for (std::string const name : {"status", "progress"}) {
             std::string const third_step = name == "status" ? "#\x1b[40m\x1b[36m#\x1b[40m\x1b[93m" : "4%";
-            Outcome const run =
-                demo({Sink::terminal, Sink::pipe}, {name}, {.interrupt = Interrupt{signal, third_step}});
+            Outcome const run = demo({Sink::terminal, Sink::pipe}, {name}, interrupted(signal, third_step));
             EXPECT_EQ(run.signal, signal);
             EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
             EXPECT_EQ(count(run.out, tidy_end), 1U);
@@ -782,7 +806,7 @@ TEST(Signal, InAnAnimationLeavesTheTerminalTidy)
 
 TEST(Signal, InTheBannerLeavesTheTerminalTidy)
 {
-    Outcome const run = demo(on_terminals, {}, {.interrupt = Interrupt{SIGINT, "\x1b[93m"}});
+    Outcome const run = demo(on_terminals, {}, interrupted(SIGINT, "\x1b[93m"));
     EXPECT_EQ(run.signal, SIGINT);
     EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
     EXPECT_EQ(run.err, "");
@@ -814,8 +838,9 @@ TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
 
 TEST(Signal, ThatWasIgnoredAtStartLeavesTheOthersAlone)
 {
-    Outcome const run = shell({Sink::terminal, Sink::pipe}, R"(trap '' HUP; exec "$0" status)", {},
-                              {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
+    std::string const command = R"(trap '' HUP; exec env LD_PRELOAD="$1" CLOCK_STANDS_AFTER=60 "$0" status)";
+    Outcome const run =
+        shell({Sink::terminal, Sink::pipe}, command, {FAST_CLOCK}, {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
 }
@@ -953,6 +978,46 @@ TEST(Dump, OfAFileWithADashInItsName)
     EXPECT_EQ(shell(on_pipes, R"(cd "$1" && "$0" dump -- -n)", {folder.path.string()}).out, "64 61 73 68\n");
 }
 
+bool is_closed_on_exec(pid_t pid, std::string const& descriptor)
+{
+    std::ifstream info("/proc/" + std::to_string(pid) + "/fdinfo/" + descriptor);
+    std::string name;
+    for (unsigned flags = 0; info >> name;) {
+        if (name == "flags:" && info >> std::oct >> flags) {
+            return (flags & O_CLOEXEC) != 0;
+        }
+    }
+    return false;
+}
+
+// The tool leads a session that has no terminal yet. One that became its own would end it by hanging up.
+TEST(Dump, OfATerminalDoesNotMakeItItsOwn)
+{
+    Outcome const run = run_with(on_pipes, [] {
+        int const master = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+        if (master < 0 || grantpt(master) != 0 || unlockpt(master) != 0) {
+            report("no terminal");
+            return;
+        }
+        std::string const name = ptsname(master);
+        pid_t const pid = getpid();
+        if (fork() == 0) {
+            write(master, "0123456789abcde\n", 16);
+            await_output(STDOUT_FILENO, "0a\n");
+            for (auto const& open : std::filesystem::directory_iterator("/proc/" + std::to_string(pid) + "/fd")) {
+                if (std::filesystem::read_symlink(open) == name) {
+                    report(is_closed_on_exec(pid, open.path().filename()) ? "closed on exec" : "left open on exec");
+                }
+            }
+            _exit(0); // the last one who has the other end
+        }
+        become_demo({"dump", name});
+    });
+    EXPECT_EQ(run.report, "closed on exec");
+    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 0a\n");
+    EXPECT_EQ(run.signal, 0);
+}
+
 TEST(Dump, OfWhatComesInPiecesIsTheSame)
 {
     std::string const pieces = "{ printf aaaaaaaaaa; sleep 0.2; printf bbbbbbbbbb; sleep 0.2; printf cccccccccccc; }";
@@ -970,7 +1035,7 @@ TEST(Dump, WritesALineAsSoonAsItIsFull)
 {
     Folder const folder;
     Outcome const run = shell(on_pipes, open_input + R"(exec "$0" dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
     EXPECT_EQ(run.signal, SIGTERM);
 }
@@ -1107,7 +1172,7 @@ TEST(CanonicalDump, WritesALineAsSoonAsItIsFull)
 {
     Folder const folder;
     Outcome const run = shell(on_pipes, open_input + R"(exec "$0" -C dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "def|\n"}, .time_allowed = 10s});
+                              {.interrupt = Interrupt{SIGTERM, "def|\n"}});
     EXPECT_EQ(run.out, "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n");
     EXPECT_EQ(run.signal, SIGTERM);
 }
@@ -1284,9 +1349,8 @@ TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
 {
     Folder const folder;
     folder.file("data", std::string(2 * mebibyte, 'x'));
-    Outcome const run =
-        shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")", {folder.path.string()},
-              {.interrupt = Interrupt{SIGTERM, "65 66\n"}, .time_allowed = 10s});
+    Outcome const run = shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")",
+                              {folder.path.string()}, {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.err, wiped)) << readable(run.err);
 }

@@ -178,8 +178,7 @@ private:
 ///
 /// Throws  std::system_error with errno if the descriptor cannot be read, after the rows of what could be; and as
 ///         hex_writer does. A stream that fails ends it early.
-/// Cost    128 KiB of memory for what is read, and as much for what is written. A file of 4 MiB and more is read in a
-///         thread of its own, which takes no signals, while the calling one writes; with three times as much memory.
+/// Cost    128 KiB of memory for what is read, and as much for what is written.
 void hexdump_file(std::ostream& os, int descriptor, hex_options const& options = {});
 
 } // namespace kestry::kit

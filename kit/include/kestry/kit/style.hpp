@@ -464,14 +464,14 @@ private:
 
     constexpr std::size_t parse_number()
     {
-        std::size_t n = 0;
+        std::uint64_t n = 0;
         for (; starts_with_digit(); rest.remove_prefix(1)) {
-            n = n * 10 + static_cast<std::size_t>(rest.front() - '0');
+            n = n * 10 + static_cast<std::uint64_t>(rest.front() - '0');
             if (n > 0x7fffffff) {
                 throw Error("the number is too large");
             }
         }
-        return n;
+        return static_cast<std::size_t>(n);
     }
 
     template <class Context>
@@ -481,7 +481,7 @@ private:
         std::size_t n = 0;
         if (starts_with_digit()) {
             n = parse_number();
-            context.check_arg_id(static_cast<int>(n));
+            context.check_arg_id(static_cast<decltype(context.next_arg_id())>(n)); // each library has its own type
         } else {
             n = static_cast<std::size_t>(context.next_arg_id());
         }
