@@ -1,4 +1,4 @@
-// hueline-pictures: draws the pictures of docs/images/ and writes docs/gallery.md.
+// hueline-pictures: draws the pictures of docs/images/, and writes docs/gallery.md and docs/roles.md.
 //
 //     hueline-pictures          writes the files
 //     hueline-pictures --check  compares the files with what it would write, and names those that differ
@@ -8,6 +8,7 @@
 #include "page.hpp"
 #include "picture.hpp"
 #include "recording.hpp"
+#include "roles.hpp"
 
 #include <cstdlib>
 #include <exception>
@@ -40,6 +41,19 @@ Files make()
     for (Recording const& recording : recordings) {
         files[images / (recording.name + ".svg")] = signature + picture_of(recording);
     }
+    // The pictures of the roles have the colours of xterm, which come first.
+    std::vector<OwnColors> const terminals = own_colors(contents_of(SOURCES "/docs/terminals/palettes.tsv"));
+    std::vector<Recording> const roles = record_roles();
+    for (Recording const& recording : roles) {
+        Recording on_ground = recording;
+        on_ground.title += " on a dark ground";
+        files[images / ("roles-" + recording.name + "-dark.svg")] =
+            signature + picture_of(on_ground, on_dark(terminals.front().palette));
+        on_ground.title = recording.title + " on a light ground";
+        files[images / ("roles-" + recording.name + "-light.svg")] =
+            signature + picture_of(on_ground, on_light(terminals.front().palette));
+    }
+    files[docs / "roles.md"] = roles_page(contents_of(SOURCES "/docs/pictures/roles.md.in"), roles, terminals);
     files[docs / "gallery.md"] = page(contents_of(SOURCES "/docs/pictures/gallery.md.in"), recordings);
     return files;
 }
@@ -50,7 +64,7 @@ std::vector<fs::path> leftovers(Files const& files)
     std::vector<fs::path> found;
     if (fs::exists(images)) {
         for (fs::directory_entry const& entry : fs::directory_iterator(images)) {
-            bool const is_ours = contents_of(entry.path()).starts_with(signature);
+            bool const is_ours = entry.is_regular_file() && contents_of(entry.path()).starts_with(signature);
             if (is_ours && !files.contains(entry.path())) {
                 found.push_back(entry.path());
             }

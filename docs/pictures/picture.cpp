@@ -36,15 +36,16 @@ bool comes_round(std::vector<Frame> const& frames)
                        [&](Frame const& frame) { return frame.grid == frames.back().grid; });
 }
 
-bool is_used(Cell const& cell)
+bool is_used(Cell const& cell, Rgb ground)
 {
-    return cell.character != " " || cell.ground != default_ground || cell.underline || cell.strike;
+    return cell.character != " " || cell.ground != ground || cell.underline || cell.strike;
 }
 
-bool is_blank(Frame const& frame)
+bool is_blank(Frame const& frame, Rgb ground)
 {
+    auto const is_cell_used = [&](Cell const& cell) { return is_used(cell, ground); };
     return std::none_of(frame.grid.begin(), frame.grid.end(),
-                        [](Row const& row) { return std::any_of(row.begin(), row.end(), is_used); });
+                        [&](Row const& row) { return std::any_of(row.begin(), row.end(), is_cell_used); });
 }
 
 struct Size {
@@ -52,13 +53,13 @@ struct Size {
     std::size_t cols = 1;
 };
 
-Size used_size(std::vector<Frame> const& frames)
+Size used_size(std::vector<Frame> const& frames, Rgb ground)
 {
     Size size;
     for (Frame const& frame : frames) {
         for (std::size_t row = 0; row < frame.grid.size(); ++row) {
             for (std::size_t col = 0; col < frame.grid[row].size(); ++col) {
-                if (is_used(frame.grid[row][col])) {
+                if (is_used(frame.grid[row][col], ground)) {
                     size.rows = std::max(size.rows, row + 1);
                     size.cols = std::max(size.cols, col + 1);
                 }
@@ -80,11 +81,11 @@ void cut(std::vector<Frame>& frames, Size size)
 
 } // namespace
 
-std::string picture_of(Recording const& recording)
+std::string picture_of(Recording const& recording, Palette const& palette)
 {
     // As high as it takes: on a terminal that scrolled, the first lines would be gone.
     auto const lines = std::count(recording.terminal.begin(), recording.terminal.end(), '\n');
-    Terminal terminal(std::max(24, static_cast<int>(lines) + 1), recording.cols);
+    Terminal terminal(std::max(24, static_cast<int>(lines) + 1), recording.cols, palette);
 
     std::vector<Frame> frames;
     for (std::string_view const piece : pieces_of(recording)) {
@@ -96,19 +97,19 @@ std::string picture_of(Recording const& recording)
         }
         frames.push_back({grid, recording.frame_ms});
     }
-    if (frames.size() > 1 && is_blank(frames.front())) { // what comes before the first "\r"
+    if (frames.size() > 1 && is_blank(frames.front(), palette.ground)) { // what comes before the first "\r"
         frames.erase(frames.begin());
     }
     if (!comes_round(frames)) {
         frames.back().ms = last_frame_ms;
     }
 
-    Size size = used_size(frames);
+    Size size = used_size(frames, palette.ground);
     if (recording.rows != 0) {
         size.rows = std::min(size.rows, static_cast<std::size_t>(recording.rows));
     }
     cut(frames, size);
-    return svg(frames, recording.title);
+    return svg(frames, recording.title, palette.ground);
 }
 
 } // namespace hueline::pictures

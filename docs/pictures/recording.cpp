@@ -170,4 +170,21 @@ std::vector<Recording> record_all()
     return recordings;
 }
 
+std::vector<Recording> record_roles()
+{
+    auto const stream = [] {
+        colorize_output();
+        write_stream_roles();
+    };
+    auto const string = [] { draw_in_color(write_string_roles); };
+    return {
+        {.name = "stream",
+         .title = "The roles of the stream themes",
+         .terminal = all_output("stream", run_with(terminals, stream))},
+        {.name = "string",
+         .title = "The roles of the string themes",
+         .terminal = all_output("string", run_with(terminals, string))},
+    };
+}
+
 } // namespace hueline::pictures

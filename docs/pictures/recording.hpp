@@ -23,4 +23,7 @@ struct Recording {
 /// std::runtime_error if one of them fails.
 std::vector<Recording> record_all();
 
+/// The roles of both interfaces, "stream" and "string", a line for each.
+std::vector<Recording> record_roles();
+
 } // namespace hueline::pictures

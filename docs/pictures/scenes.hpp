@@ -26,6 +26,13 @@ std::vector<Scene> string_scenes();
 /// The scenes of the kit, to be drawn in an environment that speaks of 24 bits.
 std::vector<Scene> kit_scenes();
 
+/// Writes a line for each role of the stream themes, in the rendition at load, while std::cout is colorized. Its text comes
+/// first: what has no text of its own shows a byte, and its name after two blanks.
+void write_stream_roles();
+
+/// The same for the roles of the string interface, to be drawn through draw_in_color().
+void write_string_roles();
+
 /// Colorizes std::cout.
 void colorize_output();
 

@@ -137,12 +137,12 @@ void for_each_run(Row const& row, Kind kind, What what)
     }
 }
 
-void add_paths(Row const& row, std::size_t y, Paths& paths)
+void add_paths(Row const& row, std::size_t y, Rgb under, Paths& paths)
 {
     for_each_run(
         row, [](Cell const& cell) { return cell.ground; },
         [&](std::size_t first, std::size_t end) {
-            if (row[first].ground != default_ground) {
+            if (row[first].ground != under) {
                 paths.grounds[row[first].ground] += box(first * cell_width, y, (end - first) * cell_width, cell_height);
             }
         });
@@ -159,17 +159,24 @@ void add_paths(Row const& row, std::size_t y, Paths& paths)
     });
 }
 
-// The texts of a row. Blanks between characters of one kind belong to them, all others are left out.
+bool is_wide(Row const& row, std::size_t i) { return i + 1 < row.size() && row[i + 1].character.empty(); }
+
+// The texts of a row. Blanks between characters of one kind belong to them, all others are left out. A wide character is a
+// text of its own: fonts differ in how wide they make it, and it is stretched to its two cells.
 std::string texts(Row const& row, std::size_t y, Classes& classes)
 {
     std::string all;
     for (std::size_t first = 0; first < row.size(); ++first) {
-        if (is_blank(row[first])) {
+        if (is_blank(row[first]) || row[first].character.empty()) {
             continue;
         }
         Letter const kind = letter(row[first]);
-        std::size_t end = first + 1;
-        for (std::size_t i = end; i < row.size() && (is_blank(row[i]) || letter(row[i]) == kind); ++i) {
+        bool const wide = is_wide(row, first);
+        std::size_t end = first + (wide ? 2 : 1);
+        auto const goes_on = [&](std::size_t i) {
+            return i < row.size() && !is_wide(row, i) && (is_blank(row[i]) || letter(row[i]) == kind);
+        };
+        for (std::size_t i = end; !wide && goes_on(i); ++i) {
             end = is_blank(row[i]) ? end : i + 1;
         }
         std::string text;
@@ -181,6 +188,9 @@ std::string texts(Row const& row, std::size_t y, Classes& classes)
         if (end - first > 1) { // a single character has no room to adjust
             all += " textLength=\"" + number((end - first) * cell_width) + "\"";
         }
+        if (wide) {
+            all += " lengthAdjust=\"spacingAndGlyphs\"";
+        }
         all += ">" + escaped(text) + "</text>\n";
         first = end - 1;
     }
@@ -190,11 +200,11 @@ std::string texts(Row const& row, std::size_t y, Classes& classes)
 // Draws a row of cells at a time, some of them far below the window.
 class Canvas {
 public:
-    explicit Canvas(Classes& shared) : classes(shared) {}
+    Canvas(Rgb ground, Classes& shared) : under(ground), classes(shared) {}
 
     void add(Row const& row, std::size_t y)
     {
-        add_paths(row, y, paths);
+        add_paths(row, y, under, paths);
         characters += texts(row, y, classes);
     }
 
@@ -214,6 +224,7 @@ public:
     }
 
 private:
+    Rgb under;
     Classes& classes;
     Paths paths = {};
     std::string characters = {};
@@ -262,9 +273,9 @@ std::string keyframes(std::vector<Frame> const& frames, std::vector<std::size_t>
 }
 
 // The rows that never change.
-std::string still_rows(std::vector<Frame> const& frames, Classes& classes)
+std::string still_rows(std::vector<Frame> const& frames, Rgb ground, Classes& classes)
 {
-    Canvas canvas(classes);
+    Canvas canvas(ground, classes);
     Grid const& grid = frames.front().grid;
     for (std::size_t row = 0; row < grid.size(); ++row) {
         if (is_static(frames, row)) {
@@ -276,9 +287,9 @@ std::string still_rows(std::vector<Frame> const& frames, Classes& classes)
 
 // The other rows of each different frame, one frame below the other.
 std::string strip(std::vector<Frame> const& frames, std::vector<std::size_t> const& places, std::size_t height,
-                  Classes& classes)
+                  Rgb ground, Classes& classes)
 {
-    Canvas canvas(classes);
+    Canvas canvas(ground, classes);
     std::size_t next_place = 0;
     for (std::size_t i = 0; i < frames.size(); ++i) {
         if (places[i] != next_place) { // it is there already
@@ -307,7 +318,7 @@ std::string sized(std::size_t width, std::size_t height)
 
 } // namespace
 
-std::string svg(std::vector<Frame> const& frames, std::string const& title)
+std::string svg(std::vector<Frame> const& frames, std::string const& title, Rgb ground)
 {
     Grid const& first = frames.front().grid;
     std::size_t const width = first.front().size() * cell_width;
@@ -317,11 +328,11 @@ std::string svg(std::vector<Frame> const& frames, std::string const& title)
 
     // First what is drawn, for it decides about the style sheet.
     Classes classes;
-    std::string cells = still_rows(frames, classes);
+    std::string cells = still_rows(frames, ground, classes);
     if (moves) {
         std::string const place = "translate(0,-" + number(places[frames.size() * 3 / 5] * height) + ")";
-        cells += "<g class=\"strip\"" + attribute("transform", place) + ">\n" + strip(frames, places, height, classes) +
-                 "</g>\n";
+        cells += "<g class=\"strip\"" + attribute("transform", place) + ">\n" +
+                 strip(frames, places, height, ground, classes) + "</g>\n";
     }
 
     std::string style = "text{white-space:pre}\npath{shape-rendering:crispEdges}\n" + classes.rules();
@@ -342,7 +353,7 @@ std::string svg(std::vector<Frame> const& frames, std::string const& title)
            attribute("viewBox", view_box) + " role=\"img\"" + attribute("font-family", fonts) +
            attribute("font-size", number(font_size)) + " xml:space=\"preserve\">\n" + "<title>" + escaped(title) +
            "</title>\n" + "<style>\n" + style + "</style>\n" + "<rect" + sized(outer_width, outer_height) +
-           " rx=\"8\"" + attribute("fill", hex(default_ground)) + "/>\n" + "<svg" + attribute("x", number(margin)) +
+           " rx=\"8\"" + attribute("fill", hex(ground)) + "/>\n" + "<svg" + attribute("x", number(margin)) +
            attribute("y", number(margin)) + sized(width, height) + ">\n" + cells + "</svg>\n" + "</svg>\n";
 }
 

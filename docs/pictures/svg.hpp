@@ -20,7 +20,7 @@ struct Frame {
 /// Each run of alike cells is a text of its own with a fixed place and length, so that columns line up whatever font
 /// the viewer has. A moving picture is a strip of the different frames behind a window that jumps from one to the next;
 /// rows that never change are no part of the strip. Where pictures do not move, or should not (prefers-reduced-motion),
-/// a frame from past the middle shows.
-std::string svg(std::vector<Frame> const& frames, std::string const& title);
+/// a frame from past the middle shows. Around the cells, and where they have no other, the ground is the one given.
+std::string svg(std::vector<Frame> const& frames, std::string const& title, Rgb ground = default_ground);
 
 } // namespace hueline::pictures

@@ -55,6 +55,17 @@ TEST(Svg, LeavesASingleCharacterItsLength)
     EXPECT_TRUE(has(still({row("a")}), R"(<text class="a" x="0" y="14">a</text>)"));
 }
 
+TEST(Svg, StretchesAWideCharacterToItsTwoCells)
+{
+    Cell const wide = {.character = "\xe6\x97\xa5"};
+    Cell const second = {.character = ""};
+    std::string const picture = still({row("ab") + Row{wide, second} + row("cd")});
+    EXPECT_TRUE(has(picture, R"(<text class="a" x="0" y="14" textLength="18">ab</text>)"));
+    EXPECT_TRUE(has(picture, R"(x="18" y="14" textLength="18" lengthAdjust="spacingAndGlyphs">)"
+                             "\xe6\x97\xa5</text>"));
+    EXPECT_TRUE(has(picture, R"(<text class="a" x="36" y="14" textLength="18">cd</text>)"));
+}
+
 TEST(Svg, EscapesWhatIsMarkup) { EXPECT_TRUE(has(still({row("<&>\"")}), ">&lt;&amp;&gt;&quot;</text>")); }
 
 TEST(Svg, GivesEachStyleARule)

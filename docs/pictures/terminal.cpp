@@ -11,13 +11,8 @@ namespace hueline::pictures {
 
 namespace {
 
-// The named colours, as legible on a dark ground as terminals of today have them.
-Rgb constexpr named[16] = {
-    {0x00, 0x00, 0x00}, {0xcd, 0x31, 0x31}, {0x0d, 0xbc, 0x79}, {0xd9, 0xc2, 0x2b},
-    {0x3b, 0x78, 0xd8}, {0xbc, 0x3f, 0xbc}, {0x11, 0xa8, 0xcd}, {0xe5, 0xe5, 0xe5},
-    {0x6b, 0x70, 0x7a}, {0xf1, 0x4c, 0x4c}, {0x23, 0xd1, 0x8b}, {0xf5, 0xf5, 0x43},
-    {0x6a, 0xa9, 0xff}, {0xd6, 0x70, 0xd6}, {0x29, 0xb8, 0xdb}, {0xff, 0xff, 0xff},
-};
+// What libvterm has in the second cell of a wide character.
+std::uint32_t constexpr second_cell = 0xffffffff;
 
 VTermColor vterm_color(Rgb color)
 {
@@ -63,21 +58,51 @@ std::vector<int> numbers(std::string_view parameters)
     return found;
 }
 
+// A colour of the palette from 16 on, as xterm and every terminal of docs/terminals.md have it; libvterm 0.1.4 has another
+// cube.
+Rgb cube_color(int n)
+{
+    static std::uint8_t constexpr steps[] = {0, 95, 135, 175, 215, 255};
+    if (n >= 232) {
+        auto const grey = static_cast<std::uint8_t>(8 + 10 * (n - 232));
+        return {grey, grey, grey};
+    }
+    return {steps[(n - 16) / 36], steps[(n - 16) / 6 % 6], steps[(n - 16) % 6]};
+}
+
+// SGR codes with the colours of the palette from 16 on as 24-bit colours.
+std::string without_palette(std::vector<int> const& codes)
+{
+    std::string written;
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        written += (i == 0 ? "" : ";") + std::to_string(codes[i]);
+        bool const has_number = (codes[i] == 38 || codes[i] == 48) && i + 2 < codes.size() && codes[i + 1] == 5;
+        if (has_number && codes[i + 2] >= 16 && codes[i + 2] < 256) {
+            Rgb const color = cube_color(codes[i + 2]);
+            written += ";2;" + std::to_string(color.r) + ';' + std::to_string(color.g) + ';' + std::to_string(color.b);
+            i += 2;
+        }
+    }
+    return written;
+}
+
 } // namespace
 
 void Terminal::Free::operator()(VTerm* freed) const { vterm_free(freed); }
 
-Terminal::Terminal(int height, int width) : terminal(vterm_new(height, width)), rows(height), cols(width)
+Terminal::Terminal(int height, int width, Palette const& palette)
+    : terminal(vterm_new(height, width)), rows(height), cols(width)
 {
     vterm_set_utf8(terminal.get(), 1);
     VTermState* const state = vterm_obtain_state(terminal.get());
-    VTermColor const ink = vterm_color(default_ink);
-    VTermColor const ground = vterm_color(default_ground);
+    VTermColor const ink = vterm_color(palette.ink);
+    VTermColor const ground = vterm_color(palette.ground);
     vterm_state_set_default_colors(state, &ink, &ground);
     for (int i = 0; i < 16; ++i) {
-        VTermColor const color = vterm_color(named[i]);
+        VTermColor const color = vterm_color(palette.named[static_cast<std::size_t>(i)]);
         vterm_state_set_palette_color(state, i, &color);
     }
+    vterm_state_set_bold_highbright(state, palette.bold_is_bright ? 1 : 0);
     vterm_screen_reset(vterm_obtain_screen(terminal.get()), 1);
 }
 
@@ -110,14 +135,14 @@ std::string Terminal::translated(std::string_view sequence)
     if (!sequence.ends_with('m')) {
         return std::string(sequence);
     }
-    select(sequence.substr(2, sequence.size() - 3));
+    std::vector<int> const codes = numbers(sequence.substr(2, sequence.size() - 3));
+    select(codes);
     int const font = 10 + (pen.faint ? 1 : 0) + (pen.concealed ? 2 : 0);
-    return std::string(sequence) + "\x1b[" + std::to_string(font) + "m";
+    return "\x1b[" + without_palette(codes) + "m\x1b[" + std::to_string(font) + "m";
 }
 
-void Terminal::select(std::string_view parameters)
+void Terminal::select(std::vector<int> const& codes)
 {
-    std::vector<int> const codes = numbers(parameters);
     for (std::size_t i = 0; i < codes.size(); ++i) {
         switch (codes[i]) {
         case 0:
@@ -173,7 +198,9 @@ Grid Terminal::grid() const
             cell.underline = found.attrs.underline != 0;
             cell.strike = found.attrs.strike != 0;
             cell.blink = found.attrs.blink != 0;
-            if (found.chars[0] != 0 && !is_concealed) {
+            if (found.chars[0] == second_cell) {
+                cell.character.clear();
+            } else if (found.chars[0] != 0 && !is_concealed) {
                 cell.character.clear();
                 for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && found.chars[i] != 0; ++i) {
                     cell.character += test::utf8(found.chars[i]);

@@ -37,6 +37,15 @@ TEST(Terminal, ShowsPlainTextInDefaultColors)
     EXPECT_EQ(grid[3][19], Cell{});
 }
 
+TEST(Terminal, LeavesTheSecondCellOfAWideCharacterEmpty)
+{
+    Grid const grid = shown("a\xe6\x97\xa5"
+                            "b");
+    EXPECT_EQ(grid[0][1].character, "\xe6\x97\xa5");
+    EXPECT_EQ(grid[0][2].character, "");
+    EXPECT_EQ(grid[0][3].character, "b");
+}
+
 TEST(Terminal, ReturnsTheCursorAtALineFeed)
 {
     Grid const grid = shown("one\ntwo");
@@ -71,6 +80,19 @@ TEST(Terminal, ShowsNamedPaletteAndTrueColors)
     EXPECT_EQ(grid[0][2].ink, (Rgb{1, 2, 3}));
     EXPECT_EQ(grid[0][3].ground, (Rgb{0x3b, 0x78, 0xd8}));
     EXPECT_EQ(grid[0][4].ink, (Rgb{0xf1, 0x4c, 0x4c}));
+}
+
+TEST(Terminal, HasThePaletteOfXterm)
+{
+    Grid const grid =
+        shown("\x1b[38;5;16ma\x1b[38;5;17mb\x1b[48;5;110;1mc\x1b[38;5;231md\x1b[38;5;232me\x1b[38;5;255mf");
+    EXPECT_EQ(grid[0][0].ink, (Rgb{0, 0, 0}));
+    EXPECT_EQ(grid[0][1].ink, (Rgb{0, 0, 95}));
+    EXPECT_EQ(grid[0][2].ground, (Rgb{135, 175, 215}));
+    EXPECT_TRUE(grid[0][2].bold);
+    EXPECT_EQ(grid[0][3].ink, (Rgb{255, 255, 255}));
+    EXPECT_EQ(grid[0][4].ink, (Rgb{8, 8, 8}));
+    EXPECT_EQ(grid[0][5].ink, (Rgb{238, 238, 238}));
 }
 
 TEST(Terminal, ExchangesTheColorsOfReversedText)

@@ -1,6 +1,8 @@
-"""Checks the reference: check_reference.py <its folder> <list of exported symbols> <include folder> <compiler>
+"""Checks the reference: check_reference.py <its folder> <list of exported symbols> <top folder> <compiler>
 
 - Every exported symbol is declared in it, with the same parameters, and its name stands in a manual page.
+- Every name that a header of the kit declares stands in the manual page of that header.
+- A search for any of these names finds it.
 - Every link in the HTML pages leads to a page and an anchor that are there.
 - Every example of a topic compiles.
 Says what is wrong, one line for each finding, and ends with 1 if there is any.
@@ -13,6 +15,7 @@ import subprocess
 import sys
 import urllib.parse
 
+import finish
 import man_pages
 
 SYSTEM_HEADERS = ["cstdlib", "iostream", "string", "vector"]
@@ -88,6 +91,49 @@ def missing_symbols(reference, exports):
 
 
 # ---------------------------------------------------------------------------------------------
+# The kit, and the search
+# ---------------------------------------------------------------------------------------------
+
+
+def names_declared(header):
+    """The names that a header declares outside of a class, as its text has them."""
+    text = re.sub(r"^namespace (kestry::kit::)?detail \{.*?^\} // namespace (kestry::kit::)?detail$", "", header,
+                  flags=re.DOTALL | re.MULTILINE)
+    text = re.sub(r"//.*", "", text)
+    patterns = [
+        r"^(?:class|struct|enum class)(?: \[\[nodiscard\]\])? (\w+)\b(?!;|::)",
+        r"^inline constexpr [\w:]+ (\w+)\b",
+        r"^(?:requires\(.*\) )?(?:\[\[nodiscard\]\] )?(?:constexpr )?[\w:<>]+(?: const)?[&*]? [&*]?(\w+)\(",
+    ]
+    found = {name for pattern in patterns for name in re.findall(pattern, text, re.MULTILINE)}
+    return found - {"operator", "requires", "defined"}
+
+
+def names_of_the_kit(reference, headers):
+    """Names of the kit that its manual pages lack; and all of them."""
+    missing, names = [], set()
+    for header in sorted(headers.glob("*.hpp")):
+        declared_here = names_declared(header.read_text(encoding="utf-8"))
+        page = (reference / "man3" / f"hueline_kit_{header.stem}.3").read_text(encoding="utf-8")
+        listed = set(re.findall(r"\w+", page.partition(".SH NAME")[2].partition(".SH")[0]))
+        missing += [f"{name} of {header.name} is not in its manual page" for name in sorted(declared_here - listed)]
+        names |= declared_here
+    if not names:
+        missing.append(f"{headers} declares nothing")
+    return missing, names
+
+
+def not_found_by_search(html, names, part):
+    """Names of a part that the search of the first page does not lead to."""
+    found = {}
+    for _, name, places in finish.entries(html / "search"):
+        found.setdefault(name, []).extend(url for url, _ in places)
+    for name in sorted(names):
+        if not any(url.startswith(part) for url in found.get(name, [])):
+            yield f"a search does not find {name} in {part}"
+
+
+# ---------------------------------------------------------------------------------------------
 # Links
 # ---------------------------------------------------------------------------------------------
 
@@ -128,6 +174,8 @@ def broken_links(folder):
 
 def examples_that_do_not_compile(reference, include, compiler):
     for name, (header, scope) in man_pages.HEADERS.items():
+        if "{" in header: # the tests run what the page about the kit shows
+            continue
         source = [f"#include <{h}>" for h in (header, *SYSTEM_HEADERS)]
         source.append(f"using namespace {scope};")
         for topic in man_pages.Interface(reference / "xml" / name, name).topics:
@@ -141,11 +189,16 @@ def examples_that_do_not_compile(reference, include, compiler):
             yield f"examples of {header}:\n{run.stderr}"
 
 
-def main(reference, exports, include, compiler):
+def main(reference, exports, top, compiler):
+    without_page, names = names_of_the_kit(reference, top / "kit" / "include" / "kestry" / "kit")
+    of_library = {name_to_look_for(symbol) for symbol in exported(exports)}
     findings = [
         *missing_symbols(reference, exports),
+        *without_page,
+        *not_found_by_search(reference / "html", names, "kit/"),
+        *not_found_by_search(reference / "html", of_library, ("stream/", "classic/")),
         *broken_links(reference / "html"),
-        *examples_that_do_not_compile(reference, include, compiler),
+        *examples_that_do_not_compile(reference, top / "include", compiler),
     ]
     for finding in findings:
         print(finding, file=sys.stderr)

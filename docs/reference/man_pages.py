@@ -1,7 +1,6 @@
 """Writes the manual pages of section 3, one for each topic of the headers: man_pages.py <XML folder> <output folder>
 
-Reads what Doxygen makes of the two headers, in the folders stream and classic of the XML folder. A topic is a group
-there; its text and its members in the order of the header become a page in man(7). The same input gives the same bytes.
+Reads what Doxygen makes of the headers, in the folders stream, classic and kit of the XML folder. A topic is a group there; its text and its members in the order of the header become a page in man(7). The same input gives the same bytes.
 """
 
 import pathlib
@@ -14,7 +13,10 @@ HERE = pathlib.Path(__file__).parent
 HEADERS = {
     "stream": ("kestry/hueline_stream.hpp", "kestry::Hueline"),
     "classic": ("kestry/hueline_classic.hpp", "kestry"),
+    "kit": ("kestry/kit/{}.hpp", "kestry::kit"), # a header for each topic, hueline_kit_text for example
 }
+LIBRARIES = {"kit": "Kit of the terminal colour library (libhueline\\-kit, \\-lhueline\\-kit)"}
+PREFIXES = {"kit": "kit::"} # of names that others have too, such as truncate(2)
 SYNOPSIS_WIDTH = 68
 
 
@@ -41,7 +43,7 @@ def inline(node):
     for child in node:
         if child.tag == "computeroutput":
             plain = "".join(child.itertext())
-            if plain.startswith('"'):
+            if plain.startswith('"') and len(plain) < 40:
                 parts.append(code(plain).replace(" ", "\\~")) # bytes: each blank counts
             else:
                 parts.append(f"\\fB{code(plain)}\\fR")
@@ -82,6 +84,15 @@ def example(node):
     return [".RS 4", *literal(listing(node)), ".RE"]
 
 
+def verbatim(node):
+    return [".RS 4", *literal(textwrap.dedent(node.text).strip("\n").split("\n")), ".RE"]
+
+
+def numbered(node):
+    items = node.findall("listitem")
+    return tagged([([f"{number}."], blocks(item)) for number, item in enumerate(items, 1)], 4, close=True)
+
+
 def bullets(node):
     return tagged([(["\\(bu"], blocks(item)) for item in node.findall("listitem")], 2, close=True)
 
@@ -101,7 +112,9 @@ def tagged(entries, width, close=False):
 
 BLOCKS = {
     "programlisting": example,
+    "verbatim": verbatim,
     "itemizedlist": bullets,
+    "orderedlist": numbered,
     "simplesect": None, # a fact: blocks() collects what stands together
     "para": None,
 }
@@ -174,9 +187,15 @@ class Member:
         self.parameters = [
             (tidy("".join(p.find("type").itertext())), p.findtext("declname") or "") for p in node.findall("param")
         ]
+        self.defaults = ["".join(d.itertext()) if (d := p.find("defval")) is not None else "" for p in node.findall("param")]
+        self.template = [tidy(f"{''.join(p.find('type').itertext())} {p.findtext('declname') or ''}")
+                         for p in node.findall("templateparamlist/param")]
 
     def is_documented(self):
         return any("".join(part.itertext()).strip() for part in (self.brief, self.detail))
+
+    def is_for_the_kit(self):
+        return "".join(self.brief.itertext()).strip().startswith("For the kit itself")
 
     def inserted(self):
         """The full name of the type that an operator inserts."""
@@ -194,7 +213,7 @@ class Member:
             values = [
                 v.findtext("name") + " " + v.findtext("initializer", "") for v in self.node.findall("enumvalue")
             ]
-            return wrapped(f"enum class {name}{base} {{ ", [v.strip() for v in values], " };")
+            return wrapped(f"enum class {name}{base} {{ ", [v.strip() for v in values], "\0};")
         before = "protected: " if self.node.get("prot") == "protected" else ""
         before += "static " if self.node.get("static") == "yes" else ""
         before += "virtual " if self.node.get("virt") != "non-virtual" and self.kind == "function" else ""
@@ -204,7 +223,9 @@ class Member:
             return [f"{before}{name};"]
         after = self.node.findtext("argsstring").rpartition(")")[2].replace("=default", " = default")
         after = after.replace("=0", " = 0").rstrip()
-        return wrapped(f"{before}{name}(", [" ".join(p).strip() for p in self.parameters], f"){after};")
+        declared = [" ".join(p).strip() + (f" = {d}" if d else "") for p, d in zip(self.parameters, self.defaults)]
+        template = [f"template <{', '.join(self.template)}>"] if self.template else []
+        return [*template, *wrapped(f"{before}{name}(", declared, f"){after};")]
 
 
 def wrapped(head, items, tail):
@@ -219,7 +240,7 @@ class Section:
     def __init__(self, node):
         self.title = node.findtext("header")
         self.description = node.find("description")
-        self.members = [Member(m) for m in node.findall("memberdef")]
+        self.members = [m for m in map(Member, node.findall("memberdef")) if not m.is_for_the_kit()]
 
 
 class Compound:
@@ -256,10 +277,12 @@ class Compound:
 
 
 class Interface:
-    """One of the two headers."""
+    """One of the two headers, or those of the kit."""
 
     def __init__(self, folder, name):
         self.header, self.scope = HEADERS[name]
+        self.library = LIBRARIES.get(name, "Terminal colour library (libhueline, \\-lhueline)")
+        self.prefix = PREFIXES.get(name, "")
         self.compounds = {}
         for path in sorted(folder.glob("*.xml")):
             for node in ElementTree.parse(path).iter("compounddef"):
@@ -447,7 +470,10 @@ class Page:
             name = self.interface.short(full_name)
             if not re.search(r"~|operator|\b(\w+)::\1$", name) and name not in found:
                 found.append(name)
-        return found
+        return found[:1] + [self.interface.prefix + name for name in found[1:]]
+
+    def header(self):
+        return self.interface.header.format(self.topic.full_name.rpartition("_")[2])
 
     def text(self, date, release, neighbours):
         title = self.topic.title
@@ -458,12 +484,13 @@ class Page:
             ".nr HY 0", # names stay whole
             ".ad l",
             ".SH NAME",
+            ".nh",
             *textwrap.wrap(", ".join(self.names()), 100, break_on_hyphens=False),
             f"\\- {title[:1].lower() + title[1:]}",
             ".SH LIBRARY",
-            "Terminal colour library (libhueline, \\-lhueline)",
+            self.interface.library,
             ".SH SYNOPSIS",
-            *literal([f"#include <{self.interface.header}>", "", *self.synopsis()]),
+            *literal([f"#include <{self.header()}>", "", *self.synopsis()]),
             ".SH DESCRIPTION",
             *self.description(),
             ".SH SEE ALSO",

@@ -1,5 +1,5 @@
-# Turns the snippets of docs/recipes.md into C++: a function for each, and a table of what each writes.
-#     awk -v interface=stream -f recipes.awk docs/recipes.md > recipes_stream.cpp
+# Turns the snippets of docs/recipes.md and docs/roles.md into C++: a function for each, and a table of what each writes.
+#     awk -v interface=stream -f recipes.awk docs/recipes.md docs/roles.md > recipes_stream.cpp
 #
 # A snippet is a block that opens with "```cpp stream", "```cpp classic" or "```cpp kit". The block after it opens with
 # "```text" and says what is written where, in the notation of readable(): "on a terminal: bytes". A line

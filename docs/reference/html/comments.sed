@@ -18,7 +18,7 @@ s/^ *friend .*//
 /^\/\/\/ {5}[^ ]/b
 /\/\/\// {
     # ... a fact, "/// Writes  nothing.", gets its name as a heading (\fact, common.doxyfile) ...
-    s/^( *\/\/\/) (Writes|Gate|State|Stream|Units|Throws)  +/\1 \\fact{\2} /
+    s/^( *\/\/\/) (Writes|Gate|State|Stream|Units|Throws|Returns|Cost|Threads|Colours|Depth|Lines|Flushes|Nesting|Others|Ends|Fork|Faults)  +/\1 \\fact{\2} /
     s/^( *\/\/\/) {9}/\1 /
     # ... and bytes between quotes are code.
     s/"[^"]*"/`&`/g
