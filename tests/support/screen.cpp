@@ -1,5 +1,4 @@
 #include "support/screen.hpp"
-
 #include "support/utf8.hpp"
 
 #include <stdexcept>
