@@ -746,6 +746,20 @@ TEST(TourAndSignals, IsStoppedWhileItMoves)
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
+TEST(TourAndSignals, GoesOnWhereNoShellCouldFetchIt)
+{
+    Session session = at_keys(usual); // leads its session: the system does not stop it
+    session.await(key_prompt);
+    session.press("\x1a");
+    session.await(key_prompt);
+    EXPECT_FALSE(session.edits_lines());
+    EXPECT_EQ(title_on(session.screen()), titles[0]);
+    session.press("q");
+    int const state = session.finish();
+    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
+    EXPECT_TRUE(session.has_modes_of_start());
+}
+
 TEST(TourAndSignals, WaitsInTheBackgroundUntilItIsFetched)
 {
     std::string const script =
