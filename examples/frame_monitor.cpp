@@ -14,11 +14,18 @@
 #include <kestry/hueline_stream.hpp>
 
 #include <kestry/kit/policy.hpp>
+#include <kestry/kit/text.hpp>
 
-#include <fstream>
+#include <cerrno>
+#include <cstring>
 #include <iostream>
+#include <new>
 #include <string>
 #include <string_view>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -117,36 +124,58 @@ bool show_capture(std::string_view rest)
     return is_sound;
 }
 
-int trouble(char const* what)
+// By read(2), since std::cin takes an error for the end.
+std::string contents_of(int file)
+{
+    std::string contents;
+    char piece[65536];
+    for (;;) {
+        ssize_t const size = read(file, piece, sizeof piece);
+        if (size == 0) {
+            return contents;
+        }
+        if (size > 0) {
+            contents.append(piece, static_cast<std::size_t>(size));
+        } else if (errno != EINTR) {
+            throw std::system_error(errno, std::generic_category());
+        }
+    }
+}
+
+int trouble(std::string_view what)
 {
     std::cerr << "frame_monitor: " << what << '\n';
     return 2;
 }
 
+int cannot(std::string const& do_it, int reason) { return trouble("cannot " + do_it + ": " + std::strerror(reason)); }
+
 } // namespace
 
 int main(int argc, char* argv[])
-{
+try {
     if (argc > 2) {
         return trouble("usage: frame_monitor [CAPTURE]");
     }
-    std::ifstream file;
-    if (argc == 2) {
-        file.open(argv[1], std::ios_base::binary);
+    // A name may come from anywhere too.
+    std::string const name = argc == 2 ? kestry::kit::escape_untrusted(argv[1]) : "standard input";
+    int const file = argc == 2 ? open(argv[1], O_RDONLY | O_CLOEXEC) : STDIN_FILENO;
+    if (file < 0) {
+        return cannot("open " + name, errno);
     }
-    std::istream& input = argc == 2 ? file : std::cin;
     std::string capture;
-    for (char c = 0; input.get(c);) {
-        capture += c;
-    }
-    if (!input.eof()) {
-        return trouble("cannot read the capture");
+    try {
+        capture = contents_of(file);
+    } catch (std::system_error const& error) {
+        return cannot("read " + name, error.code().value());
     }
 
     kestry::kit::use_in_streams(kestry::kit::color_policy::from_environment());
     bool const is_sound = show_capture(capture);
-    if (!std::cout.flush()) {
-        return trouble("cannot write");
+    if (!std::cout.flush()) { // nothing is tried after the first failure, so errno still has its reason
+        return cannot("write to standard output", errno);
     }
     return is_sound ? 0 : 1;
+} catch (std::bad_alloc const&) {
+    return trouble("out of memory");
 }

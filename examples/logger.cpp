@@ -6,10 +6,13 @@
 // class Log: one Log may be used by any number of threads, as long as nothing else uses the string
 // interface or localtime(3).
 #include <kestry/hueline_classic.hpp>
-#include <kestry/kit/text.hpp>
 
 #include <kestry/kit/policy.hpp>
+#include <kestry/kit/text.hpp>
 
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <mutex>
 #include <string>
@@ -39,11 +42,12 @@ private:
     {
         switch (level) {
         case Level::debug:
-            return kestry::ColorTheme::seperator("debug  ");
+            return kestry::ColorTheme::default_text("debug  ");
         case Level::info:
-            return kestry::ColorTheme::app_title("info   ");
+            return kestry::ColorTheme::info("info   ");
         case Level::warning:
-            return kestry::ColorTheme::info("warning");
+            // No role stands for it: an alert that is not bright.
+            return kestry::Hueline::color(kestry::HexColor::red, "warning");
         case Level::error:
             break;
         }
@@ -82,5 +86,9 @@ int main()
     for (std::string line; std::getline(std::cin, line);) {
         Level const level = take_level(line);
         log.write(level, line);
+    }
+    if (std::ferror(stdin) != 0) { // std::cin takes an error for the end
+        std::cerr << "logger: cannot read standard input: " << std::strerror(errno) << '\n';
+        return 1;
     }
 }

@@ -80,6 +80,7 @@ extern "C" void stop_tidily(int signal_number)
     int const reason = errno;
     tidy_up();
     ::raise(signal_number);
+    // cppcheck-suppress unreachableCode
     handle(signal_number, stop_tidily, static_cast<int>(SA_RESETHAND) | SA_NODEFER | SA_RESTART);
     errno = reason;
 }
@@ -177,6 +178,7 @@ Wish Keys::wait(int milliseconds)
                 return Wish::again;
             }
             ::raise(SIGTTIN); // stops, as reading in the background does
+            // cppcheck-suppress unreachableCode
             if (!in_foreground()) {
                 return Wish::end;
             }
@@ -192,7 +194,7 @@ Wish Keys::wait(int milliseconds)
             break;
         }
     }
-    std::array<char, 64> key; // of some keys there are several bytes
+    std::array<char, 64> key = {}; // of some keys there are several bytes
     ssize_t const length = ::read(STDIN_FILENO, key.data(), key.size());
     if (length < 0 && errno == EINTR) {
         return Wish::nothing;

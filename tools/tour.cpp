@@ -2,7 +2,9 @@
 
 #include "console.hpp"
 #include "tour.hpp"
+#include "tour_layout.hpp"
 #include "tour_parts.hpp"
+#include "tour_stage.hpp"
 
 #include <kestry/kit/policy.hpp>
 #include <kestry/kit/progress.hpp>
@@ -10,22 +12,19 @@
 #include <kestry/kit/text.hpp>
 
 #include <algorithm>
-#include <cerrno>
 #include <chrono>
+#include <clocale>
 #include <cstddef>
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <span>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <vector>
 
-#include <poll.h>
-#include <unistd.h>
+#include <langinfo.h>
 
 namespace demo {
 
@@ -34,7 +33,6 @@ namespace {
 namespace csi = kestry::Hueline::csi;
 namespace kit = kestry::kit;
 namespace progress = kestry::kit::progress;
-using Lines = std::vector<std::string>;
 using std::cout;
 
 // ---------------------------------------------------------------------------------------------
@@ -96,86 +94,7 @@ Way constexpr ways_on[] = {
 // clang-format on
 
 // ---------------------------------------------------------------------------------------------
-// Text in columns
-// ---------------------------------------------------------------------------------------------
-
-Lines lines_of(std::string_view text)
-{
-    Lines lines;
-    while (!text.empty()) {
-        std::size_t const end = std::min(text.find('\n'), text.size());
-        lines.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
-}
-
-std::size_t widest(Lines const& lines)
-{
-    std::size_t width = 0;
-    for (std::string const& line : lines) {
-        width = std::max(width, kit::display_width(line));
-    }
-    return width;
-}
-
-// Breaks a plain line at its last blank that fits, of code rather before an insertion. What goes on is indented further
-// than the line by so many columns.
-Lines folded(std::string_view line, std::size_t width, std::size_t further)
-{
-    std::string const blanks(std::min(line.find_first_not_of(' '), line.size()) + further, ' ');
-    Lines rows;
-    std::string row(line);
-    while (row.size() > width) {
-        std::size_t const start = row.find_first_not_of(' ');
-        std::size_t cut = row.rfind(" <<", width);
-        if (cut == row.npos || cut <= start) {
-            cut = row.rfind(' ', width);
-        }
-        bool const is_within = cut != row.npos && cut > start;
-        rows.push_back(row.substr(0, is_within ? cut : width));
-        row = blanks + row.substr(is_within ? cut + 1 : width);
-    }
-    rows.push_back(row);
-    return rows;
-}
-
-Lines folded_code(Lines const& lines, std::size_t width)
-{
-    std::size_t constexpr further = 4;
-    Lines rows;
-    for (std::string const& line : lines) {
-        Lines const more = folded(line, width, further);
-        rows.insert(rows.end(), more.begin(), more.end());
-    }
-    return rows;
-}
-
-// What the body of a function says, without its own indentation.
-Lines code_of(std::string_view function)
-{
-    std::string_view text = tour_source();
-    text.remove_prefix(text.find("\nvoid " + std::string(function) + '('));
-    text.remove_prefix(text.find("\n{\n") + 3);
-    Lines lines = lines_of(text.substr(0, text.find("\n}\n")));
-    for (std::string& line : lines) {
-        line.erase(0, std::min<std::size_t>(4, line.size()));
-    }
-    return lines;
-}
-
-// A row that is drawn again and again leaves its last state.
-Lines last_states(std::string_view text)
-{
-    Lines lines = lines_of(text);
-    for (std::string& line : lines) {
-        line.erase(0, line.rfind('\r') + 1);
-    }
-    return lines;
-}
-
-// ---------------------------------------------------------------------------------------------
-// What a part writes
+// The tour
 // ---------------------------------------------------------------------------------------------
 
 // Leaves a part: a person wants to see something else.
@@ -193,142 +112,6 @@ void heed_keys(int milliseconds)
         throw Interruption{wish};
     }
 }
-
-// Puts a margin to the left of every row.
-class Margin {
-public:
-    explicit Margin(std::size_t columns) : blanks(columns, ' ') {}
-
-    std::string apply(std::string_view text)
-    {
-        std::string result;
-        for (char const c : text) {
-            bool const begins = c == '\n' || c == '\r';
-            if (at_start && !begins) {
-                result += blanks;
-            }
-            at_start = begins;
-            result += c;
-        }
-        return result;
-    }
-
-private:
-    std::string const blanks;
-    bool at_start = true;
-};
-
-// Takes the place of the buffer of std::cout. Holds what is written; or, if it is live, passes it on with a margin at each
-// flush, and heeds the keys there.
-class Capture final : public std::streambuf {
-public:
-    explicit Capture(std::optional<std::size_t> margin_of_live) : before(cout.rdbuf())
-    {
-        if (margin_of_live) {
-            live.emplace(*margin_of_live);
-        }
-        cout.rdbuf(this);
-    }
-    ~Capture() override { cout.rdbuf(before); }
-    Capture(Capture const&) = delete;
-    Capture& operator=(Capture const&) = delete;
-
-    // What has been held.
-    std::string const& text() const { return held; }
-
-protected:
-    int_type overflow(int_type c) override
-    {
-        held += traits_type::to_char_type(c);
-        return c;
-    }
-    std::streamsize xsputn(char const* bytes, std::streamsize n) override
-    {
-        held.append(bytes, static_cast<std::size_t>(n));
-        return n;
-    }
-    int sync() override
-    {
-        if (!live) {
-            return 0;
-        }
-        std::string const shown = live->apply(held);
-        held.clear();
-        bool const written = before->sputn(shown.data(), static_cast<std::streamsize>(shown.size())) ==
-                                 static_cast<std::streamsize>(shown.size()) &&
-                             before->pubsync() == 0;
-        heed_keys(0);
-        return written ? 0 : -1;
-    }
-
-private:
-    std::streambuf* const before;
-    std::optional<Margin> live;
-    std::string held;
-};
-
-// The terminal of the live bars, with a margin.
-class BarsOnScreen final : public progress::draw_target {
-public:
-    explicit BarsOnScreen(std::size_t columns) : columns_of_margin(columns), margin(columns) {}
-
-    std::chrono::steady_clock::time_point now() override { return std::chrono::steady_clock::now(); }
-    extent size() override
-    {
-        Extent const whole = output_size();
-        return {whole.columns - static_cast<int>(columns_of_margin), whole.rows};
-    }
-    bool takes_a_frame() override
-    {
-        pollfd room = {.fd = STDOUT_FILENO, .events = POLLOUT, .revents = 0};
-        return ::poll(&room, 1, 0) > 0;
-    }
-    bool in_foreground() override
-    {
-        pid_t const foreground = ::tcgetpgrp(STDOUT_FILENO);
-        return foreground < 0 || foreground == ::getpgrp();
-    }
-    bool write(std::string_view bytes) override
-    {
-        std::string const rows = margin.apply(bytes);
-        for (std::string_view rest = rows; !rest.empty();) { // past std::cout, whose buffer is another thread's
-            ssize_t const written = ::write(STDOUT_FILENO, rest.data(), rest.size());
-            if (written < 0 && errno != EINTR) {
-                return false;
-            }
-            rest.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-        }
-        return true;
-    }
-
-private:
-    std::size_t const columns_of_margin;
-    Margin margin;
-};
-
-// Where they do not move, no time passes but what the work takes by its own account, and they leave the last state alone.
-class BarsInText final : public progress::draw_target {
-public:
-    std::chrono::steady_clock::time_point now() override { return time; }
-    extent size() override { return {80, 24}; }
-    bool takes_a_frame() override { return true; }
-    bool in_foreground() override { return true; }
-    bool write(std::string_view bytes) override
-    {
-        for (std::string const& line : lines_of(bytes)) {
-            if (line.find('%') == line.npos) {
-                cout << line << '\n';
-            }
-        }
-        return cout.good();
-    }
-
-    std::chrono::steady_clock::time_point time = {};
-};
-
-// ---------------------------------------------------------------------------------------------
-// The tour
-// ---------------------------------------------------------------------------------------------
 
 // How the tour shows itself. One for the process, as its terminal is.
 struct Showing {
@@ -355,6 +138,17 @@ void measure()
     now.margin = now.columns < narrow ? 0 : 2;
 }
 
+bool locale_is_utf8()
+{
+    locale_t const environment = ::newlocale(LC_CTYPE_MASK, "", nullptr);
+    if (environment == nullptr) {
+        return false;
+    }
+    bool const is = std::string_view(::nl_langinfo_l(CODESET, environment)) == "UTF-8";
+    ::freelocale(environment);
+    return is;
+}
+
 // What does not fit would leave rows that nobody takes away.
 bool moves(Part const& part)
 {
@@ -362,12 +156,14 @@ bool moves(Part const& part)
     return now.moving && part.moving_rows > 0 && now.width() >= columns_needed;
 }
 
+bool bars_move() { return moves(parts[std::size(parts) - 1]); }
+
 void live_bars()
 {
-    if (moves(parts[std::size(parts) - 1])) {
-        tour_parts::live_bars({.descriptor = STDOUT_FILENO,
-                               .shown = progress::mode::live,
-                               .target = std::make_shared<BarsOnScreen>(now.margin)});
+    if (bars_move()) {
+        tour_parts::live_bars({.shown = progress::mode::live,
+                               .target = std::make_shared<BarsOnScreen>(now.margin),
+                               .ascii = !locale_is_utf8()});
     } else {
         tour_parts::live_bars({.shown = progress::mode::plain,
                                .drawn_by = progress::drawing::caller,
@@ -379,24 +175,12 @@ void live_bars()
 // What a part writes, in rows.
 Lines result_of(Part const& part)
 {
-    Capture const captured(std::nullopt);
+    Capture const captured;
     part.draw();
     std::string const& text = captured.text();
     Lines rows = last_states(now.colored ? text : kit::strip_escapes(text));
     for (std::string& row : rows) {
         row = kit::truncate(row, now.width(), "");
-    }
-    return rows;
-}
-
-// The last rows of both are one row: of most parts each statement writes one.
-Lines beside(Lines const& code, Lines const& result, std::size_t column)
-{
-    std::size_t const count = std::max(code.size(), result.size());
-    Lines rows;
-    for (std::size_t i = 0; i < count; ++i) {
-        std::size_t const skipped = count - result.size();
-        rows.push_back(kit::pad(i < code.size() ? code[i] : "", column) + (i >= skipped ? result[i - skipped] : ""));
     }
     return rows;
 }
@@ -409,7 +193,7 @@ struct Body {
 Body body_of(Part const& part)
 {
     std::size_t constexpr gap = 4;
-    Lines const code = code_of(part.function);
+    Lines const code = body_of_function(tour_source(), part.function);
     if (moves(part)) {
         return {folded_code(code, now.width()), {}};
     }
@@ -445,7 +229,7 @@ void write_screen(Lines const& rows)
 {
     std::string screen;
     {
-        Capture const captured(std::nullopt);
+        Capture const captured;
         begin_screen();
         screen = captured.text();
     }
@@ -465,7 +249,7 @@ Wish prompt()
         cout << '\n';
         return Wish::next;
     }
-    std::string const text = std::string(now.margin, ' ') + "any key goes on, q ends";
+    std::string const text = std::string(now.margin, ' ') + kit::truncate("any key goes on, q ends", now.width(), "");
     cout << '\n' << kit::styled(text, kit::faint) << std::flush;
     Wish const wish = keys_at_hand->wait(-1);
     cout << '\r' << std::string(text.size(), ' ') << '\r' << std::flush;
@@ -478,7 +262,7 @@ void run(Part const& part)
     cout.flush();
     live_rows_stand(true);
     try {
-        Capture const captured(now.margin);
+        LiveCapture const captured(now.margin, [] { heed_keys(0); });
         part.draw();
         cout.flush();
     } catch (Interruption const&) {
@@ -594,7 +378,7 @@ void show_all()
 
 std::uint64_t read_block()
 {
-    if (!now.moving) {
+    if (!bars_move()) {
         bars_in_text->time += time_of_block;
     } else if (keys_at_hand != nullptr) {
         heed_keys(static_cast<int>(time_of_block.count()));

@@ -30,7 +30,7 @@ void styles()
 
 void untrusted_names()
 {
-    for (auto const name : {"log.txt", "\033[2Jlog.txt", "a-long-name.txt"}) {
+    for (auto const* name : {"log.txt", "\033[2Jlog.txt", "a-long-name.txt"}) {
         cout << pad(truncate(escape_untrusted(name), 12, "..."), 14) << "ok\n";
     }
 }

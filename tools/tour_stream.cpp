@@ -87,7 +87,7 @@ void filling()
 
 void cursor_control()
 {
-    for (auto const port : {"ttyS0", "ttyS1", "ttyS2"}) {
+    for (auto const* port : {"ttyS0", "ttyS1", "ttyS2"}) {
         cout << port << " ..." << std::flush << csi::delay{700};
         cout << csi::cub{3} << green << "ready" << reset << '\n';
     }

@@ -20,6 +20,11 @@ using std::cout;
 // Quoted on a page: laid out by hand.
 // clang-format off
 
+void smallest()
+{
+    cout << red << "failed" << normal << ": no such device\n";
+}
+
 void overview()
 {
     std::string const title = "               Hueline: terminal colour for command-line tools                ";
@@ -349,6 +354,7 @@ void colorize_output() { std::cout << colorize; }
 std::vector<Scene> stream_scenes()
 {
     return {
+        {"smallest", "The word failed in red, and what failed after it", smallest, 0, 48},
         {"overview", "Styled words, messages, dumped frames, bands of colour and a bar that fills", overview, 60},
         {"named_colors", "The eight colours as text, thin and bold, and as background", named_colors},
         {"attributes", "Bold, faint, italic, underlined, blinking, reversed, crossed and concealed words", attributes},

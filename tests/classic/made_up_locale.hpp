@@ -34,7 +34,7 @@ public:
         // exit status tells of it.
         auto const run = run_program({Sink::pipe, Sink::pipe},
                                      {"localedef", "-c", "-f", path("characters"), "-i", path("source"), directory});
-        setenv("LOCPATH", "/tmp", 1);
+        setenv("LOCPATH", directory.parent_path().c_str(), 1);
         if (std::setlocale(LC_ALL, directory.filename().c_str()) == nullptr) {
             undo();
             throw std::runtime_error("no locale: " + run.report + run.err);
@@ -47,8 +47,8 @@ public:
 private:
     static std::filesystem::path make_directory()
     {
-        char name[] = "/tmp/huelineXXXXXX"; // also the locale's name
-        if (mkdtemp(name) == nullptr) {
+        std::string name = (std::filesystem::temp_directory_path() / "huelineXXXXXX").string(); // the locale's, too
+        if (mkdtemp(name.data()) == nullptr) {
             throw std::runtime_error("no directory for a locale");
         }
         return name;

@@ -90,17 +90,46 @@ TEST(FrameMonitor, ReadsNoFrameFromACountThatIsTooSmallOrTooLarge)
 TEST(FrameMonitor, SaysWhatItCannotDo)
 {
     Outcome const missing = run_program(on_pipes, {EXAMPLE, "/nonexistent"});
-    EXPECT_EQ(missing.err, "frame_monitor: cannot read the capture\n");
+    EXPECT_EQ(missing.err, "frame_monitor: cannot open /nonexistent: No such file or directory\n");
     EXPECT_EQ(missing.status, 2);
     Outcome const folder = run_program(on_pipes, {EXAMPLE, "/"});
-    EXPECT_EQ(folder.err, "frame_monitor: cannot read the capture\n");
+    EXPECT_EQ(folder.err, "frame_monitor: cannot read /: Is a directory\n");
     EXPECT_EQ(folder.status, 2);
     Outcome const full = run_program({Sink::full, Sink::pipe}, {EXAMPLE, capture});
-    EXPECT_EQ(full.err, "frame_monitor: cannot write\n");
+    EXPECT_EQ(full.err, "frame_monitor: cannot write to standard output: No space left on device\n");
     EXPECT_EQ(full.status, 2);
     Outcome const misused = run_program(on_pipes, {EXAMPLE, capture, capture});
     EXPECT_EQ(misused.err, "frame_monitor: usage: frame_monitor [CAPTURE]\n");
     EXPECT_EQ(misused.status, 2);
+}
+
+TEST(FrameMonitor, SaysThatStandardInputCannotBeRead)
+{
+    Outcome const folder = run_program(on_pipes, {"sh", "-c", R"("$0" </)", EXAMPLE});
+    EXPECT_EQ(folder.err, "frame_monitor: cannot read standard input: Is a directory\n");
+    EXPECT_EQ(folder.out, "");
+    EXPECT_EQ(folder.status, 2);
+    Outcome const closed = run_program(on_pipes, {"sh", "-c", R"("$0" <&-)", EXAMPLE});
+    EXPECT_EQ(closed.err, "frame_monitor: cannot read standard input: Bad file descriptor\n");
+    EXPECT_EQ(closed.status, 2);
+}
+
+TEST(FrameMonitor, NamesAFileHarmlessly)
+{
+    EXPECT_EQ(run_program(on_pipes, {EXAMPLE, "/\x1b[2J"}).err,
+              "frame_monitor: cannot open /\\x1b[2J: No such file or directory\n");
+}
+
+TEST(FrameMonitor, SaysThatMemoryRanOut)
+{
+    std::string const limit = "--data=" + std::to_string(8 * 1024 * 1024);
+    if (run_program(on_pipes, {"prlimit", limit, EXAMPLE}, {.input = ""}).status != 0) {
+        GTEST_SKIP() << "this build needs more memory to start";
+    }
+    Outcome const run = run_program(on_pipes, {"prlimit", limit, EXAMPLE, "/dev/zero"}); // has no end
+    EXPECT_EQ(run.err, "frame_monitor: out of memory\n");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.status, 2);
 }
 
 } // namespace

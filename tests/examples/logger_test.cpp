@@ -61,4 +61,11 @@ TEST(Logger, MakesControlCharactersHarmless)
     EXPECT_EQ(at_one_time(log(Sink::pipe, "\u009b31m Û\n").err), prefix + "\\u{9b}31m Û\n");
 }
 
+TEST(Logger, SaysThatStandardInputCannotBeRead)
+{
+    Outcome const folder = run_program({Sink::pipe, Sink::pipe}, {"sh", "-c", R"("$0" </)", EXAMPLE});
+    EXPECT_EQ(folder.err, "logger: cannot read standard input: Is a directory\n");
+    EXPECT_EQ(folder.status, 1);
+}
+
 } // namespace

@@ -27,6 +27,7 @@
 
 #include <fcntl.h>
 #include <pthread.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -211,9 +212,7 @@ struct Descriptor {
 // A file that nobody else sees, with so many zeros, which take no room, and the text after them.
 int file_of(off_t zeros, std::string_view text)
 {
-    std::FILE* const file = std::tmpfile();
-    int const descriptor = ::dup(::fileno(file));
-    std::fclose(file);
+    int const descriptor = ::memfd_create("zeros", MFD_CLOEXEC);
     EXPECT_EQ(::ftruncate(descriptor, zeros), 0);
     EXPECT_EQ(::pwrite(descriptor, text.data(), text.size(), zeros), static_cast<ssize_t>(text.size()));
     return descriptor;

@@ -10,7 +10,9 @@
 
 #include <climits>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -18,8 +20,20 @@
 
 namespace hueline::test {
 
-/// Unless RC_PARAMS says otherwise.
-inline void same_programs_in_each_run() { setenv("RC_PARAMS", "seed=1 max_success=150", 0); }
+/// Other programs in each run, unless HUELINE_SEED or RC_PARAMS says otherwise.
+inline std::uint64_t seed()
+{
+    static std::uint64_t const chosen = [] {
+        char const* const wanted = std::getenv("HUELINE_SEED");
+        return wanted != nullptr ? std::stoull(wanted) : std::random_device()();
+    }();
+    static std::string const parameters = "seed=" + std::to_string(chosen) + " max_success=150";
+    setenv("RC_PARAMS", parameters.c_str(), 0);
+    return chosen;
+}
+
+/// What a failure says.
+inline std::string again() { return "again with HUELINE_SEED=" + std::to_string(seed()); }
 
 inline rc::Gen<int> between(int first, int last) { return rc::gen::inRange(first, last + 1); }
 

@@ -680,6 +680,12 @@ Ending without_facets(std::function<void(std::ostream&)> const& act,
     return {buffer.str(), thrown, os.bad()};
 }
 
+// Up to libstdc++ 14, a stream that has no fill yet widens a blank before it takes another.
+bool first_fill_throws()
+{
+    return !without_facets([](std::ostream& os) { os.fill('*'); }).thrown.empty();
+}
+
 TEST(WithoutFacets, EveryOperationFailsAsItsInsertionsDo)
 {
     auto const run = on_terminal([] {
@@ -688,7 +694,8 @@ TEST(WithoutFacets, EveryOperationFailsAsItsInsertionsDo)
             std::ostringstream usual;
             act(usual);
             Ending const ending = without_facets(act);
-            bool const throws = needs_line_ends(each.example.needs_where_plain);
+            bool const throws =
+                needs_line_ends(each.example.needs_where_plain) && (each.name != "myfillandw" || first_fill_throws());
             bool const fails = needs_numbers(each.example.needs_where_plain);
             Findings found(each.name);
             found.expect(ending.thrown == (throws ? "std::bad_cast" : ""), "threw " + ending.thrown);

@@ -136,7 +136,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   Cursor control                                                       7 of 12
   The controls of ECMA-48, each by its name: cub is cursor back.
 
-  for (auto const port : {"ttyS0", "ttyS1", "ttyS2"}) {
+  for (auto const* port : {"ttyS0", "ttyS1", "ttyS2"}) {
       cout << port << " ..." << std::flush << csi::delay{700};
       cout << csi::cub{3} << green << "ready" << reset << '\n';
   }
@@ -170,7 +170,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   The kit: text from elsewhere                                        10 of 12
   Names that hide sequences, made visible and cut to columns.
 
-  for (auto const name : {"log.txt", "\033[2Jlog.txt", "a-long-name.txt"}) {
+  for (auto const* name : {"log.txt", "\033[2Jlog.txt", "a-long-name.txt"}) {
       cout << pad(truncate(escape_untrusted(name), 12, "..."), 14) << "ok\n";
   }
 
@@ -495,6 +495,9 @@ std::size_t expect_all_parts(Size size)
             seen.push_back(title);
         }
         EXPECT_NE(screen.text(0).find(std::to_string(seen.size()) + " of 12"), std::string::npos) << screen.text(0);
+        for (char const c : session.since_key()) {
+            EXPECT_LT(static_cast<unsigned char>(c), 0x80) << title; // as the locale wants it
+        }
         ++screens;
         session.press(" ");
     }
@@ -512,6 +515,16 @@ TEST(TourAtTheKeys, HasAScreenForEachPart)
 }
 
 TEST(TourAtTheKeys, FitsASmallTerminal) { EXPECT_GT(expect_all_parts({12, 40}), 12U); }
+
+TEST(TourAtTheKeys, ComesToItsEndWhereNothingFits)
+{
+    Session session = at_keys({5, 20}, {}, {without_waits});
+    while (session.await("any key goes on", "That is")) {
+        session.press(" ");
+    }
+    int const state = session.finish();
+    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
+}
 
 TEST(TourAtTheKeys, ShowsTheCodeBesideWhatItWrites)
 {

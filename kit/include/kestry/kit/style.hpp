@@ -172,7 +172,7 @@ namespace detail {
 struct piece {
     enum class kind : std::uint8_t { group, text, value };
 
-    kind what;
+    kind what = kind::group;
     style look = {};                                      // of a group
     std::size_t size = 0;                                 // of a group: its pieces; of a text: its bytes
     void const* data = nullptr;                           // of a text, or a value
