@@ -12,7 +12,7 @@ std::string stream_form() { return kestry::Hueline::csi::rgb(red, green, blue); 
 
 Workloads true_color_stream()
 {
-    return {{"true colour as a string, stream form", [] {}, run<stream_form>, true_color_peers(0.28, 0.9)}};
+    return {{"true colour as a string, stream interface", [] {}, run<stream_form>, true_color_peers(0.28, 0.9)}};
 }
 
 } // namespace hueline::bench

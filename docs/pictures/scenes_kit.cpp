@@ -75,7 +75,8 @@ void kit_styles()
 
 void kit_text()
 {
-    for (std::string_view const name : {"naïve.txt", "Grundgrößenübersicht.txt", "\033[31mred.txt", "\u202Efdp.exe"}) {
+    for (std::string_view const name : {"naïve.txt", "日本語.txt", "Grundgrößenübersicht.txt", "\033[31mred.txt",
+                                        "\u202Efdp.exe"}) {
         cout << pad(kestry::kit::truncate(escape_untrusted(name), 16), 16) << '|' << display_width(name) << '\n';
     }
 }

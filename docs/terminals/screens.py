@@ -69,9 +69,9 @@ def look_of(crop):
     pixels = [[(row[i + 2], row[i + 1], row[i]) for i in range(0, len(row), 4)] for row in crop]
     counted = collections.Counter(p for row in pixels for p in row)
     ground = counted.most_common(1)[0][0]
-    ink = max(counted, key=lambda colour: distance(colour, ground))
+    ink = max(counted, key=lambda color: distance(color, ground))
     reach = max(1, distance(ink, ground))
-    weight = sum(distance(colour, ground) * count for colour, count in counted.items()) / reach
+    weight = sum(distance(color, ground) * count for color, count in counted.items()) / reach
     lines = set()
     for y, row in enumerate(pixels):
         if ink != ground and sum(distance(p, ground) > reach / 3 for p in row) > 0.95 * len(row):
@@ -116,7 +116,8 @@ class Probe:
 
 
 class RealTerminal:
-    """A terminal on an X server of its own, in a folder of its own."""
+    """A terminal on an X server of its own, in a folder of its own. One for Wayland is told the size of its compositor's screen.
+    """
 
     can_be_seen = True
 
@@ -145,17 +146,16 @@ class RealTerminal:
         with os.fdopen(read) as display:
             environment["DISPLAY"] = ":" + display.readline().strip()
         if wayland:
-            self.run(["weston", "--backend=x11-backend.so", "--socket=probe", f"--width={wayland[0]}", f"--height={wayland[1]}",
-                      "--shell=kiosk-shell.so"], environment)
+            self.run(["weston", "--backend=x11-backend.so", "--shell=kiosk-shell.so", "--socket=probe",
+                      f"--width={wayland[0]}", f"--height={wayland[1]}"], environment)
             self.wait_for(lambda: (self.folder / "probe").exists(), 20)
             environment["WAYLAND_DISPLAY"] = "probe"
             corner = [str(size - 1) for size in wayland]
             for place in (["10", "10"], corner):  # the compositor's pointer is out of the way there
                 subprocess.run(["xdotool", "mousemove", *place], env=environment, check=True)
                 time.sleep(0.1)
-        here = [word.replace("{probe}", f"{probe} {self.probe.path}") for word in command]
-        if command[-1] != here[-1]:
-            argv = here
+        if "{probe}" in command[-1]:
+            argv = [*command[:-1], command[-1].replace("{probe}", f"{probe} {self.probe.path}")]
         else:
             argv = [*command, probe, self.probe.path]
         if not wayland:  # without a window manager the window under the pointer has the keyboard

@@ -49,7 +49,7 @@ ATTRIBUTES = [
     ("`crossed`", r"`\e[9m`", "crossed"),
     ("`normal` ends them all", r"`\e[00m`", "ends"),
 ]
-COLOURS = [
+COLORS = [
     ("`grey` ... `white`, eight that differ", r"`\e[30m` ... `\e[37m`", "foreground"),
     ("`on_grey` ... `on_white`, eight that differ", r"`\e[40m` ... `\e[47m`", "background"),
     ("bold text has the bright colour", r"`\e[1m\e[31m`", "bold_brightens"),
@@ -89,7 +89,7 @@ ERASING = [
     ("`csi::el{0}`", r"`\e[0K`", "el 0"),
     ("`csi::el{1}`", r"`\e[1K`", "el 1"),
     ("`csi::el{2}`", r"`\e[2K`", "el 2"),
-    ("erased cells have the background colour", r"`\e[41m\e[2K`", "erases_in_colour"),
+    ("erased cells have the background colour", r"`\e[41m\e[2K`", "erases_in_color"),
     ("`csi::su{2}`", r"`\e[2S`", "su 2"),
     ("`csi::sd{2}`", r"`\e[2T`", "sd 2"),
 ]
@@ -123,7 +123,8 @@ def run_all(probe, model, images, wanted):
     for name, package, command, size in TERMINALS:
         if wanted and name not in wanted:
             continue
-        program = command[-1].split()[0] if "{probe}" in command[-1] else "screen" if "screen" in command else command[0]
+        programs = {"tmux": "tmux", "screen": "screen"}  # in an xterm
+        program = programs.get(name, command[0])
         if shutil.which(program) is None:
             missing[name] = f"`{program}` is not installed"
             continue
@@ -183,8 +184,8 @@ def bullet(text):
     return textwrap.wrap(text, 118, initial_indent="- ", subsequent_indent="  ", break_on_hyphens=False)
 
 
-def hexadecimal(colour):
-    return "#" + "".join(f"{c:02x}" for c in colour)
+def hexadecimal(color):
+    return "#" + "".join(f"{c:02x}" for c in color)
 
 
 def code(text):
@@ -247,7 +248,7 @@ def page(found, missing):
         *results(ATTRIBUTES, found),
         "## Colours",
         "",
-        *results(COLOURS, found),
+        *results(COLORS, found),
         "The named colours are each terminal's own; [roles.md](roles.md) tells what that means for reading:",
         "",
         *table(["terminal", "text", "ground", *(str(i) for i in range(8)), *(f"bright {i}" for i in range(8))],
