@@ -268,8 +268,9 @@ TEST(Misuse, OptionWithAnArgumentIsNamed)
 
 TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
 {
-    std::string const possible = ": the names are tour, banner, templates, codes, normal-reset, matrix, palette, greyscale, "
-                                 "rgb, status, progress, themes, dump";
+    std::string const possible =
+        ": the names are tour, banner, templates, codes, normal-reset, matrix, palette, greyscale, "
+        "rgb, status, progress, themes, dump";
     expect_misuse({"matrx"}, "unknown demonstration 'matrx'" + possible);
     expect_misuse({"matrix2"}, "unknown demonstration 'matrix2'" + possible);
     expect_misuse({""}, "unknown demonstration ''" + possible);
