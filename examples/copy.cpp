@@ -4,8 +4,11 @@
 //
 // A target that exists stays as it is until the copy is complete. What is half done is removed, at a signal too.
 #include <kestry/kit/progress.hpp>
+#include <kestry/kit/text.hpp>
 
+#include <cerrno>
 #include <csignal>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -27,26 +30,31 @@ extern "C" void remove_and_raise(int signal)
     std::raise(signal);
 }
 
-void check(bool fine, char const* problem)
+// Whether all went well with a file; if not, errno still has the reason.
+void check(bool fine, std::string const& attempt, fs::path const& file)
 {
     if (!fine) {
-        throw std::runtime_error(problem);
+        std::string const reason = std::strerror(errno);
+        throw std::runtime_error("cannot " + attempt + ' ' + kestry::kit::escape_untrusted(file.string()) + ": " +
+                                 reason);
     }
 }
 
 void copy(fs::path const& source, fs::path const& target)
 {
     std::error_code error; // a pipe has no size, a target that does not exist yet is no other file
-    check(!fs::equivalent(source, target, error), "source and target are the same file");
+    if (fs::equivalent(source, target, error)) {
+        throw std::runtime_error("source and target are the same file");
+    }
     auto const size = fs::file_size(source, error);
     std::ifstream input(source, std::ios_base::binary);
-    check(input.is_open(), "cannot open the source");
-    check((input.peek(), !input.bad()), "cannot read the source");
+    check(input.is_open(), "open", source);
+    check((input.peek(), !input.bad()), "read", source);
     input.clear();                                                            // an empty one is at its end
     bool const replaces = !fs::exists(target) || fs::is_regular_file(target); // not a device, not a pipe
     std::string const written = replaces ? fs::weakly_canonical(target).string() + ".part" : target.string();
     std::ofstream output(written, std::ios_base::binary);
-    check(output.is_open(), "cannot open the target");
+    check(output.is_open(), "open", written);
     half_done = replaces ? written : "";
     for (int const signal : {SIGHUP, SIGINT, SIGTERM}) {
         before[signal] = std::signal(signal, remove_and_raise);
@@ -61,9 +69,9 @@ void copy(fs::path const& source, fs::path const& target)
         output.write(buffer.data(), input.gcount());
         bar.inc(static_cast<std::uint64_t>(input.gcount()));
     }
+    check(input.eof() || !output, "read", source);
     output.close(); // some file systems say only here that they are full
-    check(output.good(), "cannot write the target");
-    check(input.eof(), "cannot read the source");
+    check(output.good(), "write", written);
     fs::rename(written, replaces ? fs::weakly_canonical(target) : fs::path(written));
 }
 

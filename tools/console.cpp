@@ -74,7 +74,15 @@ void handle(int signal_number, void (*handler)(int), int flags)
     ::sigaction(signal_number, &action, nullptr);
 }
 
-// As leave_tidily; and comes back from raise() when the process goes on.
+extern "C" void go_on(int /*signal_number*/)
+{
+    int const reason = errno;
+    set_keys(key_mode);
+    screen_may_be_gone = 1;
+    errno = reason;
+}
+
+// As leave_tidily; and comes back from raise() when the process goes on, or at once where no shell could fetch it.
 extern "C" void stop_tidily(int signal_number)
 {
     int const reason = errno;
@@ -82,14 +90,7 @@ extern "C" void stop_tidily(int signal_number)
     ::raise(signal_number);
     // cppcheck-suppress unreachableCode
     handle(signal_number, stop_tidily, static_cast<int>(SA_RESETHAND) | SA_NODEFER | SA_RESTART);
-    errno = reason;
-}
-
-extern "C" void go_on(int /*signal_number*/)
-{
-    int const reason = errno;
-    set_keys(key_mode);
-    screen_may_be_gone = 1;
+    go_on(SIGCONT);
     errno = reason;
 }
 

@@ -2,10 +2,9 @@
 /// The terminals that the tool may write to and read from, and its messages.
 #pragma once
 
+#include <csignal>
 #include <string>
 #include <string_view>
-
-#include <termios.h>
 
 namespace demo {
 

@@ -238,12 +238,20 @@ void choose_offsets(Choices& choices, hex_options& options, Arguments& arguments
     }
 }
 
+// That of 2022, and the kit, lose some text of little-endian rows whose last group is not full.
+bool keeps_all_text(Tool const& xxd)
+{
+    return run_program(on_pipes, {"sh", "-c", "printf abcdef | " + xxd.name + " -e -c 6"}).out !=
+           "00000000: 64636261     6665cdef\n";
+}
+
 TEST(HexviewTools, EqualsXxd)
 {
     Tool const xxd("xxd");
     if (!xxd.is_here) {
         GTEST_SKIP() << "xxd is not installed";
     }
+    bool const wants_full_groups = keeps_all_text(xxd);
     std::uint64_t const seed = fresh_seed();
     SCOPED_TRACE("seed " + std::to_string(seed));
     Choices choices(seed);
@@ -266,6 +274,10 @@ TEST(HexviewTools, EqualsXxd)
         if (choices.one_in(3)) {
             options.uppercase = true;
             arguments.emplace_back("-u");
+        }
+        if (options.layout == hex_layout::xxd_little_endian && wants_full_groups &&
+            options.width.value_or(16) % options.group.value_or(4) != 0) {
+            continue;
         }
         expect_equal(xxd, arguments, bytes, options, choices);
     }

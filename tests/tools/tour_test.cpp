@@ -642,7 +642,7 @@ void go_to(Session& session, std::size_t part, std::string_view moving)
 TEST(TourAtTheKeys, LeavesAPartThatMovesAtOnce)
 {
     Session session = at_keys(usual);
-    go_to(session, 4, "looking for ports ");
+    go_to(session, 4, "looking for ports /");
     session.press(" ");
     session.await("copied 5%"); // of the next part
     EXPECT_EQ(title_on(session.screen()), titles[5]);
@@ -688,7 +688,7 @@ TEST(TourAndSignals, GivesTheTerminalBackBeforeItEnds)
 TEST(TourAndSignals, WipesWhatMovesBeforeItEnds)
 {
     Session session = at_keys(usual);
-    go_to(session, 4, "looking for ports ");
+    go_to(session, 4, "looking for ports /");
     session.send(SIGTERM);
     session.finish();
     EXPECT_TRUE(session.since_key().ends_with("\r\x1b[J\x1b[0m\x1b[?25h\r\n")) << readable(session.since_key());
@@ -735,14 +735,28 @@ TEST(TourAndSignals, IsStoppedAndGoesOn)
 TEST(TourAndSignals, IsStoppedWhileItMoves)
 {
     Session session(stopped_and_taken_up, usual);
-    go_to(session, 4, "looking for ports ");
+    go_to(session, 4, "looking for ports /");
     session.press("\x1a");
     session.await("stopped 148\r\n");
     EXPECT_TRUE(session.has_modes_of_start());
     session.press("\n");
-    session.await("looking for ports ");
+    session.await("looking for ports /");
     session.press("q");
     session.await("ended 0\r\n");
+    EXPECT_TRUE(session.has_modes_of_start());
+}
+
+TEST(TourAndSignals, GoesOnWhereNoShellCouldFetchIt)
+{
+    Session session = at_keys(usual); // leads its session: the system does not stop it
+    session.await(key_prompt);
+    session.press("\x1a");
+    session.await(key_prompt);
+    EXPECT_FALSE(session.edits_lines());
+    EXPECT_EQ(title_on(session.screen()), titles[0]);
+    session.press("q");
+    int const state = session.finish();
+    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
     EXPECT_TRUE(session.has_modes_of_start());
 }
 

@@ -23,11 +23,12 @@ namespace kestry::kit {
 ///
 /// display_width("naïve") == 5, display_width("日本") == 4, display_width("\e[1mx\e[m") == 1.
 ///
-/// Units   columns, by grapheme clusters (UAX #29) and East Asian width (UAX #11): a wide character takes two, a
-///         combining or zero-width one none, any other one, such as a mark that stands beside its letter (Mc) or one of
-///         ambiguous width; an emoji before U+FE0F takes two. A cluster takes what its characters take, but at most two:
-///         so do flags, families and syllables of Hangul. A control character takes none, a tab and a line feed too:
-///         split lines and expand tabs first. unicode_version() tells the version of the tables.
+/// Units   columns, by grapheme clusters (UAX #29, but conjuncts are not kept together) and East Asian width (UAX #11):
+///         a wide character takes two, a combining or zero-width one none, any other one, such as a mark that stands
+///         beside its letter (Mc) or one of ambiguous width; an emoji before U+FE0F takes two. A cluster takes what its
+///         characters take, but at most two: so do flags, families and syllables of Hangul. A control character takes
+///         none, a tab and a line feed too: split lines and expand tabs first. unicode_version() tells the version of
+///         the tables.
 /// Cost    no allocation. A plain ASCII text is looked at eight bytes at a time.
 std::size_t display_width(std::string_view text) noexcept;
 
