@@ -4,7 +4,7 @@
 
 #include "operations_classic.hpp"
 
-#include "classic/modes.hpp"
+#include "support/modes.hpp"
 #include "support/readable.hpp"
 
 #include <set>

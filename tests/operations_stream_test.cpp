@@ -4,7 +4,7 @@
 
 #include "operations_stream.hpp"
 
-#include "stream/recorder.hpp"
+#include "support/recorder.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 

@@ -1,15 +1,14 @@
 /// \file
-/// A terminal that says what each of its cells looks like: libvterm, and what libvterm 0.1.4 leaves out.
+/// A terminal that says what each of its cells looks like.
 #pragma once
+
+#include "support/screen.hpp"
 
 #include <array>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
-
-struct VTerm;
 
 namespace hueline::pictures {
 
@@ -69,40 +68,19 @@ struct Cell {
 using Row = std::vector<Cell>;
 using Grid = std::vector<Row>;
 
-/// libvterm 0.1.4 knows no faint (SGR 2) and no concealed text (SGR 8). It does know alternative fonts (SGR 10 to 19),
-/// which nothing in this project uses. So each SGR sequence that is fed is followed by one that selects a font: 1 for
-/// faint, 2 for concealed, 3 for both. libvterm then carries them along with each cell, wherever the cell goes.
-///
-/// It takes "CSI s" and "CSI u" for something else than saving and restoring the cursor. It is given DECSC and DECRC.
 class Terminal {
 public:
     Terminal(int rows, int cols, Palette const& palette = {});
 
-    /// A "\n" also returns the cursor to the left, as the line discipline of a person's terminal has it. The bytes may
-    /// end in the middle of a line, but not of a sequence or a character.
-    void feed(std::string_view bytes);
+    void feed(std::string_view bytes) { screen.write(bytes); }
 
     Grid grid() const;
 
 private:
-    struct Free {
-        void operator()(VTerm* terminal) const;
-    };
-
-    // What libvterm is not told, or would not tell.
-    struct Pen {
-        bool faint = false;
-        bool concealed = false;
-    };
-
-    std::string translated(std::string_view sequence);
-    void select(std::vector<int> const& codes);
-
-    std::unique_ptr<VTerm, Free> terminal;
+    test::Screen screen;
     int rows;
     int cols;
-    Pen pen = {};
-    Pen saved = {};
+    Palette palette;
 };
 
 } // namespace hueline::pictures

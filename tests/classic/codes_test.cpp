@@ -1,8 +1,8 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/modes.hpp"
-#include "hexdump/allocations.hpp"
-#include "hexdump/formula.hpp"
+#include "support/modes.hpp"
+#include "support/allocations.hpp"
+#include "support/formula.hpp"
 #include "support/grouping.hpp"
 #include "support/readable.hpp"
 

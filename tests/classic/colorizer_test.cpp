@@ -1,7 +1,7 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/modes.hpp"
-#include "hexdump/allocations.hpp"
+#include "support/modes.hpp"
+#include "support/allocations.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 

@@ -1,7 +1,7 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/modes.hpp"
-#include "hexdump/formula.hpp"
+#include "support/modes.hpp"
+#include "support/formula.hpp"
 #include "support/grouping.hpp"
 #include "support/readable.hpp"
 

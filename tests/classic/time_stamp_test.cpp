@@ -1,7 +1,7 @@
 #include "kestry/hueline_classic.hpp"
 
-#include "classic/made_up_locale.hpp"
-#include "classic/modes.hpp"
+#include "support/made_up_locale.hpp"
+#include "support/modes.hpp"
 #include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"

@@ -1,4 +1,5 @@
 #include "examples/files.hpp"
+#include "support/folder.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -28,20 +29,11 @@ std::vector<std::string> const ordinary = {"NO_COLOR=1", "CI",   "HUELINE_PROGRE
 // Each test has a folder with a source of a mebibyte, which is sixteen buffers of copy.
 class Copy : public testing::Test {
 protected:
-    Copy()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "hueline-copy-XXXXXX").string();
-        folder = ::mkdtemp(name.data());
-        write(source, std::string(1024 * 1024, 'x'));
-    }
-    ~Copy() override { std::filesystem::remove_all(folder); }
+    Copy() { write(source, std::string(1024 * 1024, 'x')); }
 
-    std::filesystem::path path(std::string const& name) const { return folder / name; }
+    std::filesystem::path path(std::string const& name) const { return folder.path / name; }
 
-    void write(std::string const& name, std::string const& contents) const
-    {
-        std::ofstream(path(name), std::ios_base::binary) << contents;
-    }
+    void write(std::string const& name, std::string const& contents) const { folder.file(name, contents); }
 
     std::string read(std::string const& name) const { return contents_of(path(name).string()); }
 
@@ -62,7 +54,7 @@ protected:
     std::string const target = "target";
 
 private:
-    std::filesystem::path folder;
+    Folder folder;
 };
 
 // A target that takes 64 KiB, as pipes do, and then keeps the program waiting.

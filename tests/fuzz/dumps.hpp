@@ -4,8 +4,8 @@
 
 #include "check.hpp"
 
-#include "hexdump/dumps.hpp"
-#include "hexdump/formula.hpp"
+#include "support/dumps.hpp"
+#include "support/formula.hpp"
 
 #include <algorithm>
 #include <cstddef>

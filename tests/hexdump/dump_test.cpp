@@ -1,8 +1,8 @@
 #include "hexdump/dump.hpp"
 
-#include "hexdump/allocations.hpp"
+#include "support/allocations.hpp"
 #include "hexdump/cells.hpp"
-#include "hexdump/formula.hpp"
+#include "support/formula.hpp"
 #include "hexdump/vector_cells.hpp"
 
 #include <algorithm>

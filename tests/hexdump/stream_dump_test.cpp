@@ -1,8 +1,8 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "hexdump/allocations.hpp"
-#include "hexdump/dumps.hpp"
-#include "hexdump/formula.hpp"
+#include "support/allocations.hpp"
+#include "support/dumps.hpp"
+#include "support/formula.hpp"
 #include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"

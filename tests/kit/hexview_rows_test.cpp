@@ -1,6 +1,6 @@
 #include <kestry/kit/hexview.hpp>
 
-#include "hexdump/allocations.hpp"
+#include "support/allocations.hpp"
 #include "kit/hexview.hpp"
 
 #include <algorithm>

@@ -3,8 +3,7 @@
 #include <kestry/kit/line.hpp>
 
 #include "support/writes.hpp"
-
-#include "robustness/failing_new.hpp"
+#include "support/allocations.hpp"
 #include "support/process.hpp"
 
 #include <iostream>

@@ -2,7 +2,8 @@
 #include <fmt/format.h>
 #include <kestry/kit/style.hpp>
 
-#include "hexdump/allocations.hpp"
+#include "support/allocations.hpp"
+#include "support/buffers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,6 @@
 #include <iomanip>
 #include <iterator>
 #include <ostream>
-#include <streambuf>
 #include <string>
 
 namespace {
@@ -19,18 +19,12 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::kit;
 
-// Takes all bytes, and keeps none.
-class Sink : public std::streambuf {
-    std::streamsize xsputn(char const*, std::streamsize size) override { return size; }
-    int_type overflow(int_type c) override { return traits_type::not_eof(c); }
-};
-
 std::string const long_text(100'000, 'x');
 constexpr auto alert = fg(rgb(255, 140, 0)) | bold;
 
 TEST(Allocation, IsNoneForTextInAStream)
 {
-    Sink sink;
+    SmallBuffer sink;
     std::ostream os{&sink};
     for (color_depth const depth :
          {color_depth::none, color_depth::ansi16, color_depth::ansi256, color_depth::truecolor}) {
@@ -49,7 +43,7 @@ TEST(Allocation, IsNoneForTextInAStream)
 
 TEST(Allocation, IsNoneForValuesInAStream)
 {
-    Sink sink;
+    SmallBuffer sink;
     std::ostream os{&sink};
     os << styled(1, bold);
     EXPECT_EQ(allocations_of([&] { os << styled(bold, 1, ' ', 2.5, styled(3, fg(red))); }).count, 0U);
@@ -99,7 +93,7 @@ TEST(Allocation, ThatFailsLeavesTheFunction)
     EXPECT_TRUE(runs_out_of_memory([&] { static_cast<void>(to_string(styled(text, bold))); }));
     EXPECT_TRUE(runs_out_of_memory([&] { static_cast<void>(to_string(styled(bold, 1, text))); }));
 
-    Sink sink;
+    SmallBuffer sink;
     std::ostream os{&sink};
     EXPECT_FALSE(runs_out_of_memory([&] { os << styled(bold, text, styled(text, fg(red))); }));
     EXPECT_TRUE(os.good());

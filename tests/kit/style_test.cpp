@@ -2,6 +2,7 @@
 
 #include "written.hpp"
 
+#include "support/buffers.hpp"
 #include "support/grouping.hpp"
 #include "support/readable.hpp"
 
@@ -14,7 +15,6 @@
 #include <ostream>
 #include <sstream>
 #include <stdexcept>
-#include <streambuf>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -578,44 +578,16 @@ TEST(Stream, EndsALineWithoutAStyleAndTakesUpTheOneAround)
     EXPECT_EQ(readable(os.str()), R"(\e[1ma\e[22;39m\n\e[31m)");
 }
 
-// Takes a number of bytes, and fails or throws at the next.
-class Full : public std::streambuf {
-public:
-    explicit Full(std::size_t bytes, bool throws_then = false) : room(bytes), throws(throws_then) {}
-    std::string text;
-    int writes = 0;
-
-private:
-    std::streamsize xsputn(char const* bytes, std::streamsize size) override
-    {
-        ++writes;
-        std::size_t const taken = std::min(static_cast<std::size_t>(size), room - text.size());
-        text.append(bytes, taken);
-        if (taken < static_cast<std::size_t>(size) && throws) {
-            throw std::runtime_error("full");
-        }
-        return static_cast<std::streamsize>(taken);
-    }
-    int_type overflow(int_type c) override
-    {
-        char const byte = traits_type::to_char_type(c);
-        return xsputn(&byte, 1) == 1 ? c : traits_type::eof();
-    }
-
-    std::size_t room;
-    bool throws;
-};
-
 TEST(Stream, IsBadWhereTextDoesNotFit)
 {
     for (std::size_t const room : {0U, 3U, 6U, 8U}) {
-        Full full{room};
+        SmallBuffer full{room};
         std::ostream os{&full};
         os << styled("text", bold);
         EXPECT_EQ(os.rdstate(), std::ios_base::badbit) << room;
-        EXPECT_EQ(full.text, "\x1b[1mtext\x1b[22m"s.substr(0, room));
+        EXPECT_EQ(full.text(), "\x1b[1mtext\x1b[22m"s.substr(0, room));
 
-        Full as_full{room};
+        SmallBuffer as_full{room};
         std::ostream values{&as_full};
         values << styled(bold, "te", 'x', 7);
         EXPECT_EQ(values.rdstate(), std::ios_base::badbit) << room;
@@ -625,15 +597,15 @@ TEST(Stream, IsBadWhereTextDoesNotFit)
 TEST(Stream, ThrowsAsItIsToldTo)
 {
     auto const insert = [](bool throws, std::ios_base::iostate mask, auto const& text) {
-        Full full{3, throws};
+        SmallBuffer full{3, throws ? AtEnd::throws : AtEnd::refuses};
         std::ostream os{&full};
         os.exceptions(mask);
         try {
             os << text;
         } catch (std::ios_base::failure const&) {
             return "failure"s;
-        } catch (std::runtime_error const& error) {
-            return std::string(error.what());
+        } catch (BufferFault const&) {
+            return "full"s;
         }
         return os.rdstate() == std::ios_base::badbit ? "bad"s : "?"s;
     };
@@ -695,7 +667,7 @@ TEST(Stream, EndsTheStyleWhereAPieceThrows)
 
 TEST(Stream, IsWrittenToAtOnce)
 {
-    Full all{100'000};
+    SmallBuffer all;
     std::ostream os{&all};
     os << styled(fg(red), "error: ", styled("word", bold), ' ', 42, '\n');
     EXPECT_EQ(all.writes, 1);

@@ -9,7 +9,7 @@
 
 #include "operations_stream.hpp"
 
-#include "stream/isatty_calls.hpp"
+#include "support/isatty_calls.hpp"
 #include "support/clock.hpp"
 
 #include <cerrno>

@@ -2,8 +2,8 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "buffers.hpp"
-#include "failing_new.hpp"
+#include "support/buffers.hpp"
+#include "support/allocations.hpp"
 
 #include "operations_stream.hpp"
 

@@ -3,7 +3,7 @@
 
 #include "kestry/hueline_classic.hpp"
 
-#include "buffers.hpp"
+#include "support/buffers.hpp"
 #include "failing_facets.hpp"
 
 #include "support/process.hpp"
@@ -15,7 +15,6 @@
 #include <locale>
 #include <ostream>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <vector>
 
@@ -83,16 +82,10 @@ TEST(InsertionOfADump, ThrowsWhatTheStreamThrows)
     EXPECT_EQ(buffer.text(), "41 ");
 }
 
-struct BufferFault {};
-
-class Throwing : public std::streambuf {
-    int_type overflow(int_type) override { throw BufferFault{}; }
-};
-
 TEST(InsertionOfADump, ThrowsWhatTheBufferThrowsIfTheStreamIsToThrow)
 {
     HexDump const dump(dumped);
-    Throwing buffer;
+    SmallBuffer buffer(0, AtEnd::throws);
     std::ostream os(&buffer);
     os << dump;
     EXPECT_TRUE(os.bad());
@@ -105,7 +98,7 @@ TEST(InsertionOfADump, ThrowsWhatTheBufferThrowsIfTheStreamIsToThrow)
 TEST(InsertionOfADump, PutsTheSwitchBackWhenItThrows)
 {
     auto const run = on_pipe([] {
-        Throwing buffer;
+        SmallBuffer buffer(0, AtEnd::throws);
         std::ostream os(&buffer);
         os.exceptions(std::ios_base::badbit);
         try {

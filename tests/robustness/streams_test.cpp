@@ -4,7 +4,7 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "buffers.hpp"
+#include "support/buffers.hpp"
 #include "failing_facets.hpp"
 
 #include "operations_stream.hpp"
@@ -20,7 +20,6 @@
 #include <iostream>
 #include <locale>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -39,40 +38,9 @@ std::string const cell = "#";
 // An operation on std::cout, which is a colorized terminal with a fault
 // ---------------------------------------------------------------------------------------------
 
-struct BufferFault {};
-
-// Takes so many bytes; the next one is refused, or throws.
-class FaultyBuffer : public std::streambuf {
-public:
-    FaultyBuffer(std::size_t bytes, bool throws_then) : room(bytes), throws(throws_then) {}
-
-    std::string const& text() const { return taken; }
-
-private:
-    int_type overflow(int_type c) override
-    {
-        char const byte = traits_type::to_char_type(c);
-        return xsputn(&byte, 1) == 1 ? c : traits_type::eof();
-    }
-
-    std::streamsize xsputn(char const* bytes, std::streamsize wanted) override
-    {
-        std::size_t const fitting = std::min(static_cast<std::size_t>(wanted), room - taken.size());
-        taken.append(bytes, fitting);
-        if (throws && fitting < static_cast<std::size_t>(wanted)) {
-            throw BufferFault{};
-        }
-        return static_cast<std::streamsize>(fitting);
-    }
-
-    std::string taken;
-    std::size_t room;
-    bool throws;
-};
-
 struct Fault {
     std::size_t bytes = SmallBuffer::largest; // that the buffer takes
-    bool buffer_throws = false;               // at the next byte, instead of refusing it
+    AtEnd at_end = AtEnd::refuses;
     bool no_buffer = false;
     std::ios_base::iostate state = std::ios_base::goodbit; // that the stream is in already
     std::ios_base::iostate exceptions = std::ios_base::goodbit;
@@ -102,7 +70,7 @@ void start_anew(Start start)
                                                : std::ios_base::hex | std::ios_base::showbase);
     std::cout.fill(' ');
     std::cout.width(0);
-    FaultyBuffer unseen(SmallBuffer::largest, false);
+    SmallBuffer unseen;
     WithBuffer const aside(std::cout, &unseen);
     std::cout << colorize << reset << push;
     if (start == Start::everything_set) {
@@ -112,7 +80,7 @@ void start_anew(Start start)
 
 std::string records()
 {
-    FaultyBuffer collected(SmallBuffer::largest, false);
+    SmallBuffer collected;
     WithBuffer const aside(std::cout, &collected);
     std::cout.width(0);
     std::cout << adjust << '|' << pull << adjust;
@@ -138,7 +106,7 @@ Result perform(StreamOperation const& tested, Start start, Fault const& fault = 
     start_anew(start);
     Result result;
     {
-        FaultyBuffer buffer(fault.bytes, fault.buffer_throws);
+        SmallBuffer buffer(fault.bytes, fault.at_end);
         WithBuffer const faulty(std::cout, fault.no_buffer ? nullptr : &buffer);
         std::cout.imbue(fault.locale);
         std::cout.width(fault.width);
@@ -370,14 +338,14 @@ std::vector<std::size_t> cuts(std::size_t all)
 }
 
 // The buffer refuses what it does not take, or throws: each is tried from one of the two records.
-bool throws_from(Start start) { return start == Start::everything_set; }
+AtEnd at_end_from(Start start) { return start == Start::everything_set ? AtEnd::throws : AtEnd::refuses; }
 
 TEST(BufferOfSoManyBytes, TakesThemAndEverythingElseIsAsUsual)
 {
     auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         std::size_t const all = without_fault.bytes.size();
         for (std::size_t const bytes : cuts(all)) {
-            Result const result = perform(each, start, {.bytes = bytes, .buffer_throws = throws_from(start)});
+            Result const result = perform(each, start, {.bytes = bytes, .at_end = at_end_from(start)});
             Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
             found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
                          "wrote " + readable(result.bytes));
@@ -395,7 +363,7 @@ TEST(BufferOfSoManyBytes, CutsASequenceAnywhere)
     auto const run = on_terminal([] {
         std::cout << colorize;
         for (std::size_t bytes = 0; bytes <= 8; ++bytes) {
-            FaultyBuffer buffer(bytes, false);
+            SmallBuffer buffer(bytes);
             {
                 WithBuffer const little(std::cout, &buffer);
                 std::cout << csi::cup{12, 34};
@@ -443,11 +411,10 @@ TEST(ThrowingStream, ThrowsOutOfEveryOperationAtAnyByte)
 {
     auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         std::size_t const all = without_fault.bytes.size();
-        std::string const thrown = throws_from(start) ? "BufferFault" : "std::ios_base::failure";
+        std::string const thrown = at_end_from(start) == AtEnd::throws ? "BufferFault" : "std::ios_base::failure";
         for (std::size_t const bytes : cuts(all)) {
-            Result const result =
-                perform(each, start,
-                        {.bytes = bytes, .buffer_throws = throws_from(start), .exceptions = std::ios_base::badbit});
+            Result const result = perform(
+                each, start, {.bytes = bytes, .at_end = at_end_from(start), .exceptions = std::ios_base::badbit});
             Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
             found.expect(result.thrown == (bytes < all ? thrown : ""), "threw '" + result.thrown + "'");
             found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
@@ -465,7 +432,7 @@ std::string record_after(std::size_t bytes, std::function<void(std::ostream&)> c
 {
     auto const run = on_terminal([&] {
         std::cout << colorize << on_blue;
-        FaultyBuffer buffer(bytes, true);
+        SmallBuffer buffer(bytes, AtEnd::throws);
         {
             WithBuffer const failing(std::cout, &buffer);
             std::cout.exceptions(std::ios_base::badbit);
@@ -517,7 +484,7 @@ TEST(ThrowingStream, EndsTheBannerAtItsFirstByte)
 TEST(ThrowingStream, EndsASpinnerAfterItHasTurned)
 {
     auto const run = on_terminal([] {
-        FaultyBuffer none(0, true);
+        SmallBuffer none(0, AtEnd::throws);
         std::ostream failing(&none);
         failing.exceptions(std::ios_base::badbit);
         report(thrown_by([&] { failing << spinner{bar_frames, ""}; }) + ' ');
@@ -532,7 +499,7 @@ TEST(ThrowingStream, DoesNotThrowWhereTheGateRefuses)
 {
     auto const run = on_pipe([] {
         std::cout << colorize;
-        FaultyBuffer none(0, true);
+        SmallBuffer none(0, AtEnd::throws);
         WithBuffer const failing(std::cout, &none);
         std::cout.exceptions(std::ios_base::badbit | std::ios_base::failbit);
         for (StreamOperation const& each : operations_on_a_stream()) {
@@ -552,7 +519,7 @@ TEST(ThrowingStream, IsLeftAloneByTheOthers)
     auto const run = on_terminal([] {
         std::cout << colorize;
         std::cerr << colorize;
-        FaultyBuffer none(0, true);
+        SmallBuffer none(0, AtEnd::throws);
         WithBuffer const failing(std::cout, &none);
         std::cout.exceptions(std::ios_base::badbit);
         std::cerr << red; // std::cout is flushed first, which does not fail
@@ -618,7 +585,7 @@ TEST(FailingFacet, EndsASequenceBeforeItsNumber)
 {
     auto const run = on_terminal([] {
         std::cout << colorize;
-        FaultyBuffer buffer(SmallBuffer::largest, false);
+        SmallBuffer buffer;
         {
             WithBuffer const collected(std::cout, &buffer);
             std::cout.imbue(std::locale(std::locale::classic(), new NoNumbers));
@@ -645,7 +612,7 @@ TEST(FailingFacet, LeavesPaletteColoursWhole)
 TEST(FailingFacet, LeavesWhatCameBeforeTheLineEnd)
 {
     auto const run = on_terminal([] {
-        FaultyBuffer buffer(SmallBuffer::largest, false);
+        SmallBuffer buffer;
         {
             WithBuffer const collected(std::cout << colorize, &buffer);
             std::cout.imbue(std::locale(std::locale::classic(), new NoWidening));

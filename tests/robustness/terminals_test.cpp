@@ -2,7 +2,7 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "buffers.hpp"
+#include "support/buffers.hpp"
 
 #include "operations_stream.hpp"
 

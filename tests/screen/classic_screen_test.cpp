@@ -3,8 +3,7 @@
 
 #include "kestry/hueline_classic.hpp"
 
-#include "screen/look.hpp"
-
+#include "support/look.hpp"
 #include "support/process.hpp"
 #include "support/screen.hpp"
 

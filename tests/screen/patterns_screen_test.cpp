@@ -2,9 +2,8 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "screen/look.hpp"
+#include "support/look.hpp"
 #include "support/clock.hpp"
-
 #include "support/process.hpp"
 #include "support/screen.hpp"
 

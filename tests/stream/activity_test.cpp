@@ -1,8 +1,8 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "isatty_calls.hpp"
-#include "recorder.hpp"
-
+#include "support/buffers.hpp"
+#include "support/isatty_calls.hpp"
+#include "support/recorder.hpp"
 #include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
@@ -14,7 +14,6 @@
 #include <iomanip>
 #include <iostream>
 #include <sstream>
-#include <streambuf>
 #include <string>
 #include <string_view>
 
@@ -609,35 +608,27 @@ TEST(Indicator, ReachesAnUnbufferedStreamInOneWriteForEachText)
 // What the stream's buffer is asked for when two indicators are inserted.
 std::string calls_of(spinner const& first, status_line const& second)
 {
-    class Recorder : public std::streambuf {
-    public:
-        std::string calls;
-
-    private:
-        std::streamsize xsputn(char const*, std::streamsize size) override
-        {
-            calls += std::to_string(size) + " ";
-            return size;
-        }
-    };
-    Recorder recorder;
-    std::ostream(&recorder) << first << second;
-    return recorder.calls;
+    Journal journal;
+    std::ostream(&journal) << first << second;
+    return journal.text;
 }
 
 TEST(Indicator, WithoutAnyTextIsOneEmptyInsertion)
 {
-    EXPECT_EQ(drawn([](std::ostream& os) { os << calls_of({"", ""}, {0, 0, 0, "", "", "", "", "", ""}); }), "0 0 ");
+    EXPECT_EQ(drawn([](std::ostream& os) { os << calls_of({"", ""}, {0, 0, 0, "", "", "", "", "", ""}); }), "[][]");
 }
 
 TEST(Indicator, WithTextInsertsNothingEmpty)
 {
     std::string const large(8193, 'x');
-    EXPECT_EQ(drawn([&](std::ostream& os) { os << calls_of({"", "a"}, {0, 0, 1, "", "b", "", "", "", ""}); }), "1 1 ");
+    EXPECT_EQ(drawn([&](std::ostream& os) {
+                  os << calls_of({"", "a"}, {0, 0, 1, "", "b", "", "", "", ""});
+              }),
+              "[a][b]");
     EXPECT_EQ(drawn([&](std::ostream& os) {
                   os << calls_of({"", large}, {0, 0, 0, "", "", large, "", "", ""});
               }),
-              "8193 8193 ");
+              '[' + large + "][" + large + ']');
 }
 
 TEST(Indicator, WithoutAnyTextFlushesATiedStream)

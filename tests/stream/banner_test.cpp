@@ -1,7 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "support/clock.hpp"
-
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"

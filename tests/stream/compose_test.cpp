@@ -2,6 +2,7 @@
 
 #include "refused.hpp"
 
+#include "support/buffers.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -9,7 +10,6 @@
 #include <functional>
 #include <ios>
 #include <iostream>
-#include <streambuf>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -127,29 +127,17 @@ TEST(Adjust, SharesTheRenditionBetweenStreams)
     EXPECT_EQ(readable(run.out.substr(run.out.find('|'))), R"(|\e[00m\e[1m\e[3m\e[31m\e[42m)");
 }
 
-// Keeps each write to a stream apart.
-class Pieces : public std::streambuf {
-public:
-    std::string text;
-
-private:
-    std::streamsize xsputn(char const* bytes, std::streamsize count) override
-    {
-        text.append(bytes, static_cast<std::size_t>(count)) += ',';
-        return count;
-    }
-};
-
 // What std::cout is given, after what was done to the record on std::cerr.
 std::string pieces_of_adjust(std::ostream& (*change)(std::ostream&))
 {
     auto const run = on_terminal([change] {
         std::cout << colorize;
         std::cerr << colorize << change;
-        Pieces pieces;
-        std::streambuf* const before = std::cout.rdbuf(&pieces);
-        std::cout << adjust;
-        std::cout.rdbuf(before);
+        Journal pieces;
+        {
+            WithBuffer const kept(std::cout, &pieces);
+            std::cout << adjust;
+        }
         report(pieces.text);
     });
     return readable(run.report);
@@ -158,13 +146,13 @@ std::string pieces_of_adjust(std::ostream& (*change)(std::ostream&))
 TEST(Adjust, InsertsEachPieceByItself)
 {
     EXPECT_EQ(pieces_of_adjust([](std::ostream& os) -> std::ostream& { return os << everything_changed << bold; }),
-              R"(\e[00m,\e[1m,\e[2m,\e[3m,\e[4m,\e[5m,\e[7m,\e[31m,\e[44m,)");
+              R"([\e[00m][\e[1m][\e[2m][\e[3m][\e[4m][\e[5m][\e[7m][\e[31m][\e[44m])");
 }
 
 TEST(Adjust, InsertsNoEmptyPiece)
 {
-    EXPECT_EQ(pieces_of_adjust(thin), R"(\e[00m,)");
-    EXPECT_EQ(pieces_of_adjust(bold), R"(\e[00m,\e[1m,)");
+    EXPECT_EQ(pieces_of_adjust(thin), R"([\e[00m])");
+    EXPECT_EQ(pieces_of_adjust(bold), R"([\e[00m][\e[1m])");
 }
 
 // ---------------------------------------------------------------------------------------------

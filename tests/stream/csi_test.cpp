@@ -5,7 +5,6 @@
 #include "refused.hpp"
 #include "standard_streams.hpp"
 #include "support/clock.hpp"
-
 #include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"

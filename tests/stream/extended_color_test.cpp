@@ -1,7 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "isatty_calls.hpp"
-
+#include "support/isatty_calls.hpp"
 #include "support/grouping.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"

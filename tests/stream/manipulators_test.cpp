@@ -1,6 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "screen/look.hpp"
+#include "support/look.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"

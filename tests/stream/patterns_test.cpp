@@ -1,8 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "recorder.hpp"
+#include "support/recorder.hpp"
 #include "support/clock.hpp"
-
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"

@@ -1,6 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "isatty_calls.hpp"
+#include "support/isatty_calls.hpp"
 #include "refused.hpp"
 
 #include "support/process.hpp"

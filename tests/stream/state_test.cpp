@@ -1,7 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "isatty_calls.hpp"
-#include "recorder.hpp"
+#include "support/isatty_calls.hpp"
+#include "support/recorder.hpp"
 #include "standard_streams.hpp"
 
 #include "support/process.hpp"

@@ -1,8 +1,7 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "failing.hpp"
-#include "isatty_calls.hpp"
-
+#include "support/isatty_calls.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"

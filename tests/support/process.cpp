@@ -1,5 +1,4 @@
 #include "support/process.hpp"
-
 #include "support/readable.hpp"
 
 #include <algorithm>

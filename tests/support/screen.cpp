@@ -1,8 +1,9 @@
 #include "support/screen.hpp"
-
 #include "support/utf8.hpp"
 
 #include <stdexcept>
+#include <utility>
+#include <vector>
 
 #include <vterm.h>
 
@@ -12,10 +13,12 @@ namespace {
 
 std::string without_trailing_blanks(std::string const& line) { return line.substr(0, line.find_last_not_of(' ') + 1); }
 
+bool is_second(VTermScreenCell const& cell) { return cell.chars[0] == 0xffffffff; }
+
 std::string character_of(VTermScreenCell const& cell)
 {
     std::string character;
-    for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i] != 0; ++i) {
+    for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i] != 0 && !is_second(cell); ++i) {
         character += utf8(cell.chars[i]);
     }
     return character;
@@ -33,6 +36,34 @@ Colour colour(VTermState const* state, VTermColor given)
     c.g = given.rgb.green;
     c.b = given.rgb.blue;
     return c;
+}
+
+// The sequence that begins with ESC at the head of bytes; nothing if it has not come to its end. Control sequences
+// (ECMA-48 5.4) have parameters, others two bytes here: what strings hold is left to libvterm.
+std::string_view sequence_at_head(std::string_view bytes)
+{
+    std::size_t size = 2;
+    if (bytes.starts_with("\x1b[")) {
+        while (size < bytes.size() && bytes[size] >= 0x20 && bytes[size] < 0x40) {
+            ++size;
+        }
+        ++size;
+    }
+    return bytes.size() < size ? std::string_view() : bytes.substr(0, size);
+}
+
+// An SGR code is a number; one that is missing is 0.
+std::vector<int> numbers(std::string_view parameters)
+{
+    std::vector<int> found = {0};
+    for (char const c : parameters) {
+        if (c == ';') {
+            found.push_back(0);
+        } else if (c >= '0' && c <= '9' && found.back() < 10000) {
+            found.back() = 10 * found.back() + (c - '0');
+        }
+    }
+    return found;
 }
 
 } // namespace
@@ -53,7 +84,7 @@ struct Screen::Callbacks {
         std::string line;
         for (int col = 0; col < cols; ++col) {
             std::string const character = character_of(cells[col]);
-            line += character.empty() ? " " : character;
+            line += character.empty() && !is_second(cells[col]) ? " " : character;
         }
         static_cast<Told*>(told)->scrolled.push_back(without_trailing_blanks(line));
         return 1;
@@ -81,14 +112,67 @@ Screen::Screen(std::string_view bytes, int rows, int columns)
 
 void Screen::write(std::string_view bytes)
 {
+    std::string const whole = std::exchange(begun, "") + std::string(bytes);
     std::string shown;
-    for (char const byte : bytes) {
-        if (byte == '\n') {
-            shown += '\r';
+    for (std::string_view left = whole; !left.empty();) {
+        std::string_view const next = left.front() == '\x1b' ? sequence_at_head(left) : left.substr(0, 1);
+        if (next.empty()) {
+            begun = left;
+            break;
         }
-        shown += byte;
+        shown += next == "\n" ? "\r\n" : translated(next);
+        left.remove_prefix(next.size());
     }
     vterm_input_write(terminal.get(), shown.data(), shown.size());
+}
+
+std::string Screen::translated(std::string_view sequence)
+{
+    if (sequence == "\x1b[s" || sequence == "\0337") {
+        saved = pen;
+        return "\0337"; // DECSC
+    }
+    if (sequence == "\x1b[u" || sequence == "\0338") {
+        pen = saved;
+        return "\0338"; // DECRC
+    }
+    std::string same(sequence);
+    if (!sequence.starts_with("\x1b[") || !sequence.ends_with('m')) {
+        return same;
+    }
+    select(numbers(sequence.substr(2, sequence.size() - 3)));
+    int const font = 10 + (pen.faint ? 1 : 0) + (pen.concealed ? 2 : 0);
+    return same + "\x1b[" + std::to_string(font) + "m";
+}
+
+void Screen::select(std::vector<int> const& codes)
+{
+    for (std::size_t i = 0; i < codes.size(); ++i) {
+        switch (codes[i]) {
+        case 0:
+            pen = {};
+            break;
+        case 2:
+            pen.faint = true;
+            break;
+        case 8:
+            pen.concealed = true;
+            break;
+        case 22:
+            pen.faint = false;
+            break;
+        case 28:
+            pen.concealed = false;
+            break;
+        case 38:
+        case 48:
+            // The numbers of a colour are no codes: "5;n" or "2;r;g;b".
+            i += i + 1 < codes.size() && codes[i + 1] == 2 ? 4U : 2U;
+            break;
+        default:
+            break;
+        }
+    }
 }
 
 void Screen::resize(int rows, int columns)
@@ -106,7 +190,10 @@ Cell Screen::cell(int row, int col) const
     VTermState const* const state = vterm_obtain_state(terminal.get());
     Cell cell;
     cell.character = character_of(found);
+    cell.is_second = is_second(found);
     cell.bold = found.attrs.bold != 0;
+    cell.faint = (found.attrs.font & 1) != 0;
+    cell.concealed = (found.attrs.font & 2) != 0;
     cell.italic = found.attrs.italic != 0;
     cell.underline = found.attrs.underline != 0;
     cell.blink = found.attrs.blink != 0;
@@ -121,8 +208,8 @@ std::string Screen::text(int row) const
 {
     std::string line;
     for (int col = 0; col < cols; ++col) {
-        std::string const character = cell(row, col).character;
-        line += character.empty() ? " " : character;
+        Cell const found = cell(row, col);
+        line += found.character.empty() && !found.is_second ? " " : found.character;
     }
     return without_trailing_blanks(line);
 }

@@ -22,8 +22,11 @@ struct Colour {
 };
 
 struct Cell {
-    std::string character = {}; ///< UTF-8; empty where nothing was written.
+    std::string character = {}; ///< UTF-8; empty where nothing was written. Concealed text has its own.
+    bool is_second = false;     ///< Of a wide character, which stands in the cell before.
     bool bold = false;
+    bool faint = false;
+    bool concealed = false;
     bool italic = false;
     bool underline = false;
     bool blink = false;
@@ -40,12 +43,16 @@ struct Position {
     bool operator==(Position const&) const = default;
 };
 
-/// A terminal. Its libvterm (0.1.4) knows no faint and no concealed text, and takes "CSI 25 i" and
-/// "CSI u" as unknown and "CSI s" as margins.
+/// A terminal: libvterm, and what libvterm 0.1.4 leaves out. That knows no faint (SGR 2) and no concealed text (SGR 8), but
+/// alternative fonts (SGR 10 to 19), which nothing in this project uses. So each SGR sequence is followed by one that selects
+/// a font: 1 for faint, 2 for concealed, 3 for both. libvterm then carries them along with each cell, wherever the cell goes.
+///
+/// It takes "CSI s" and "CSI u" for something else than saving and restoring the cursor: it is given DECSC and DECRC. It
+/// takes "CSI 25 i" as unknown.
 class Screen {
 public:
     /// A "\n" in bytes also returns the cursor to the left: the tests' terminals are raw, a person's
-    /// is not.
+    /// is not. The bytes may end in the middle of a sequence.
     explicit Screen(std::string_view bytes, int rows = 24, int cols = 80);
 
     /// More bytes, as in the constructor.
@@ -78,9 +85,21 @@ private:
     };
     struct Callbacks;
 
+    // What libvterm is not told, or would not tell.
+    struct Pen {
+        bool faint = false;
+        bool concealed = false;
+    };
+
+    std::string translated(std::string_view sequence);
+    void select(std::vector<int> const& codes);
+
     std::unique_ptr<Told> told;
     std::unique_ptr<VTerm, Free> terminal;
     int cols;
+    Pen pen = {};
+    Pen saved = {};
+    std::string begun = {}; // a sequence that has not come to its end
 };
 
 } // namespace hueline::test

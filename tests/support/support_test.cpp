@@ -414,8 +414,8 @@ TEST(Screen, ShowsText)
 
 TEST(Screen, ShowsEachAttributeAlone)
 {
-    Screen const screen("n\x1b[1mb\x1b[0;3mi\x1b[0;4mu\x1b[0;5mk\x1b[0;7mr\x1b[0;9ms\x1b[0mn");
-    for (int col = 0; col < 8; ++col) {
+    Screen const screen("n\x1b[1mb\x1b[0;3mi\x1b[0;4mu\x1b[0;5mk\x1b[0;7mr\x1b[0;9ms\x1b[0;2mf\x1b[0;8mc\x1b[0mn");
+    for (int col = 0; col < 10; ++col) {
         Cell const cell = screen.cell(0, col);
         EXPECT_EQ(cell.bold, col == 1) << col;
         EXPECT_EQ(cell.italic, col == 2) << col;
@@ -423,7 +423,45 @@ TEST(Screen, ShowsEachAttributeAlone)
         EXPECT_EQ(cell.blink, col == 4) << col;
         EXPECT_EQ(cell.reverse, col == 5) << col;
         EXPECT_EQ(cell.strike, col == 6) << col;
+        EXPECT_EQ(cell.faint, col == 7) << col;
+        EXPECT_EQ(cell.concealed, col == 8) << col;
     }
+}
+
+std::string faint_columns(Screen const& screen)
+{
+    std::string columns;
+    for (int col = 0; col < 6; ++col) {
+        columns += screen.cell(0, col).faint ? 'f' : '-';
+    }
+    return columns;
+}
+
+TEST(Screen, KeepsFaintUntilItIsEnded)
+{
+    EXPECT_EQ(faint_columns(Screen("\x1b[2ma\x1b[31mb\x1b[22mc\x1b[2;1md\x1b[me\x1b[38;5;2mf")), "ff-f--");
+    EXPECT_EQ(faint_columns(Screen("\x1b[38;2;2;2;2ma\x1b[48;5;2mb\x1b[48;5;1;2mc")), "--f---");
+    EXPECT_EQ(faint_columns(Screen("\x1b[2m\x1b[s\x1b[0mab\x1b[uc\x1b[0md")), "f-----");
+    EXPECT_EQ(faint_columns(Screen("\x1b[2m\0337\x1b[0mab\0338c\x1b[0md")), "f-----");
+}
+
+TEST(Screen, TakesASequenceInPieces)
+{
+    Screen screen("\x1b");
+    for (char const* piece : {"[", "2", "m", "a"}) {
+        screen.write(piece);
+    }
+    EXPECT_EQ(screen.text(0), "a");
+    EXPECT_TRUE(screen.cell(0, 0).faint);
+}
+
+TEST(Screen, HasAWideCharacterInTwoCells)
+{
+    Screen const screen("\u65e5x");
+    EXPECT_EQ(screen.text(0), "\u65e5x");
+    EXPECT_EQ(screen.cell(0, 0).character, "\u65e5");
+    EXPECT_TRUE(screen.cell(0, 1).is_second);
+    EXPECT_FALSE(screen.cell(0, 0).is_second || screen.cell(0, 2).is_second);
 }
 
 TEST(Screen, ShowsColours)

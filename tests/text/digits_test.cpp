@@ -2,7 +2,7 @@
 #include "text/make_string.hpp"
 #include "text/sgr.hpp"
 
-#include "hexdump/formula.hpp"
+#include "support/formula.hpp"
 #include "support/grouping.hpp"
 
 #include <climits>

@@ -1,4 +1,5 @@
 #include "model/told.hpp"
+#include "support/folder.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
 #include "support/screen.hpp"
@@ -117,43 +118,6 @@ void expect_default_rendition_behind(std::string const& bytes)
     EXPECT_TRUE(next.background.is_default);
     EXPECT_TRUE(screen.cursor_visible());
 }
-
-// A folder that goes with the test.
-class Folder {
-public:
-    Folder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "hueline-demo-XXXXXX").string();
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no folder in " + name);
-        }
-        path = name;
-    }
-    Folder(Folder const&) = delete;
-    Folder& operator=(Folder const&) = delete;
-    ~Folder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(path, ignored);
-    }
-
-    std::string file(std::string const& name, std::string_view contents) const
-    {
-        std::ofstream(path / name, std::ios::binary) << contents;
-        return (path / name).string();
-    }
-
-    // A file of zeros that takes no room, with one byte 0xff at the place given.
-    std::string sparse_file(std::string const& name, std::uintmax_t size, std::streamoff mark) const
-    {
-        std::string const made = file(name, "");
-        std::filesystem::resize_file(made, size);
-        std::fstream(made, std::ios::binary | std::ios::in | std::ios::out).seekp(mark).put('\xff');
-        return made;
-    }
-
-    std::filesystem::path path;
-};
 
 // ---------------------------------------------------------------------------------------------
 // Options

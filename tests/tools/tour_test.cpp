@@ -21,6 +21,7 @@
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
+#include <utmp.h>
 
 #include <gtest/gtest.h>
 
@@ -249,11 +250,15 @@ public:
     Session(Arguments const& argv, Size of, std::vector<std::string> const& variables = {}) : size(of)
     {
         winsize const room = window();
-        pid = forkpty(&master, nullptr, nullptr, &room);
-        if (pid < 0) {
+        int slave = -1;
+        if (openpty(&master, &slave, nullptr, nullptr, &room) != 0) {
             throw std::runtime_error("no terminal");
         }
+        before = modes();
+        pid = fork();
         if (pid == 0) {
+            close(master);
+            login_tty(slave);
             std::vector<std::string> const changes = environment(variables);
             change_environment(changes);
             std::vector<char*> words;
@@ -264,7 +269,7 @@ public:
             execvp(words[0], words.data());
             _exit(127);
         }
-        before = modes();
+        close(slave);
     }
     ~Session()
     {
@@ -352,7 +357,7 @@ private:
     bool receive()
     {
         pollfd ready = {.fd = master, .events = POLLIN, .revents = 0};
-        if (poll(&ready, 1, 20'000) == 0) {
+        if (poll(&ready, 1, 60'000) == 0) {
             throw std::runtime_error("nothing comes after " + readable(fresh));
         }
         std::array<char, 65536> bytes;

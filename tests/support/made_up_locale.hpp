@@ -3,12 +3,12 @@
 /// No installed locale is needed: localedef(1) makes it from what stands here.
 #pragma once
 
+#include "support/folder.hpp"
 #include "support/process.hpp"
 
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
@@ -33,9 +33,9 @@ public:
         // The categories that are not in the source are empty. That is made all the same (-c), and the
         // exit status tells of it.
         auto const run = run_program({Sink::pipe, Sink::pipe},
-                                     {"localedef", "-c", "-f", path("characters"), "-i", path("source"), directory});
-        setenv("LOCPATH", directory.parent_path().c_str(), 1);
-        if (std::setlocale(LC_ALL, directory.filename().c_str()) == nullptr) {
+                                     {"localedef", "-c", "-f", path("characters"), "-i", path("source"), folder.path});
+        setenv("LOCPATH", folder.path.parent_path().c_str(), 1);
+        if (std::setlocale(LC_ALL, folder.path.filename().c_str()) == nullptr) {
             undo();
             throw std::runtime_error("no locale: " + run.report + run.err);
         }
@@ -45,16 +45,7 @@ public:
     ~MadeUpLocale() { undo(); }
 
 private:
-    static std::filesystem::path make_directory()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "huelineXXXXXX").string(); // the locale's, too
-        if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no directory for a locale");
-        }
-        return name;
-    }
-
-    std::string path(char const* name) const { return directory / name; }
+    std::string path(char const* name) const { return folder.path / name; }
 
     // Each byte is the character of that number.
     void write_characters() const
@@ -90,10 +81,9 @@ END LC_TIME
     {
         std::setlocale(LC_ALL, "C");
         unsetenv("LOCPATH");
-        std::filesystem::remove_all(directory);
     }
 
-    std::filesystem::path directory = make_directory();
+    Folder folder; // its name is that of the locale
 };
 
 } // namespace hueline::test

@@ -1,22 +1,29 @@
 /// \file
-/// A stream buffer that takes a certain number of bytes and no more.
+/// Stream buffers that fail, and one that tells how it is called.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <locale>
 #include <ostream>
 #include <streambuf>
 #include <string>
 
 namespace hueline::test {
 
-/// Allocates nothing. The stream that writes more than fits becomes bad.
+/// What the buffers here throw.
+struct BufferFault {};
+
+/// What a buffer does with a byte that it has no room for.
+enum class AtEnd { refuses, throws };
+
+/// Takes a certain number of bytes and no more. Allocates nothing.
 class SmallBuffer : public std::streambuf {
 public:
     static constexpr std::size_t largest = 1 << 20;
 
-    explicit SmallBuffer(std::size_t bytes = largest) : room(bytes) {}
+    explicit SmallBuffer(std::size_t bytes = largest, AtEnd then = AtEnd::refuses) : room(bytes), at_end(then) {}
 
     void empty(std::size_t bytes = largest)
     {
@@ -25,6 +32,8 @@ public:
     }
 
     std::string text() const { return {all.data(), size}; }
+
+    int writes = 0; ///< How often it was called.
 
 private:
     int_type overflow(int_type c) override
@@ -35,15 +44,54 @@ private:
 
     std::streamsize xsputn(char const* text, std::streamsize wanted) override
     {
+        ++writes;
         std::size_t const taken = std::min(static_cast<std::size_t>(wanted), room - size);
         std::copy_n(text, taken, all.begin() + static_cast<std::ptrdiff_t>(size));
         size += taken;
+        if (at_end == AtEnd::throws && taken < static_cast<std::size_t>(wanted)) {
+            throw BufferFault{};
+        }
         return static_cast<std::streamsize>(taken);
     }
 
     std::array<char, largest> all;
     std::size_t room;
+    AtEnd at_end;
     std::size_t size = 0;
+};
+
+/// Tells what reaches it, and how: "[text]" for each sputn, the character alone for each sputc, "/" for each flush,
+/// "imbued " for each locale.
+class Journal : public std::streambuf {
+public:
+    std::string text;
+    bool fails_to_flush = false;
+    bool throws = false;
+    bool throws_at_flush = false;
+
+private:
+    std::streamsize xsputn(char const* bytes, std::streamsize size) override
+    {
+        if (throws) {
+            throw BufferFault{};
+        }
+        text += '[' + std::string(bytes, static_cast<std::size_t>(size)) + ']';
+        return size;
+    }
+    int_type overflow(int_type c) override
+    {
+        text += traits_type::to_char_type(c);
+        return c;
+    }
+    int sync() override
+    {
+        if (throws_at_flush) {
+            throw BufferFault{};
+        }
+        text += '/';
+        return fails_to_flush ? -1 : 0;
+    }
+    void imbue(std::locale const&) override { text += "imbued "; }
 };
 
 /// Gives a stream another buffer for a scope, and takes the exceptions and errors that this leads to
