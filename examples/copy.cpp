@@ -1,6 +1,4 @@
-// copy: copies a file and shows how far it is.
-//
-//     copy SOURCE TARGET     exit status: 0 copied, 1 not copied, 2 wrong command line
+// copy SOURCE TARGET: copies a file and shows how far it is. Exit status: 0 copied, 1 not, 2 wrong command line.
 //
 // A target that exists stays as it is until the copy is complete. What is half done is removed, at a signal too.
 #include <kestry/kit/progress.hpp>
@@ -8,12 +6,11 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -30,49 +27,41 @@ extern "C" void remove_and_raise(int signal)
     std::raise(signal);
 }
 
-// Whether all went well with a file; if not, errno still has the reason.
 void check(bool fine, std::string const& attempt, fs::path const& file)
 {
     if (!fine) {
-        std::string const reason = std::strerror(errno);
-        throw std::runtime_error("cannot " + attempt + ' ' + kestry::kit::escape_untrusted(file.string()) + ": " +
-                                 reason);
+        auto const name = kestry::kit::escape_untrusted(file.string());
+        throw std::system_error(errno, std::generic_category(), "cannot " + attempt + ' ' + name);
     }
 }
 
-void copy(fs::path const& source, fs::path const& target)
+void copy_with_bar(fs::path const& source, fs::path const& target)
 {
-    std::error_code error; // a pipe has no size, a target that does not exist yet is no other file
-    if (fs::equivalent(source, target, error)) {
-        throw std::runtime_error("source and target are the same file");
-    }
-    auto const size = fs::file_size(source, error);
     std::ifstream input(source, std::ios_base::binary);
-    check(input.is_open(), "open", source);
-    check((input.peek(), !input.bad()), "read", source);
+    check(input.is_open() && (input.peek(), !input.bad()), "read", source);
     input.clear();                                                            // an empty one is at its end
     bool const replaces = !fs::exists(target) || fs::is_regular_file(target); // not a device, not a pipe
-    std::string const written = replaces ? fs::weakly_canonical(target).string() + ".part" : target.string();
+    std::string const written = target.string() + (replaces ? ".part" : "");
+    check((errno = EEXIST, !replaces || !fs::exists(written)), "make", written); // somebody else's stays
     std::ofstream output(written, std::ios_base::binary);
-    check(output.is_open(), "open", written);
+    check(output.is_open(), "make", written);
     half_done = replaces ? written : "";
-    for (int const signal : {SIGHUP, SIGINT, SIGTERM}) {
-        before[signal] = std::signal(signal, remove_and_raise);
-        if (before[signal] == SIG_IGN) { // under nohup, say
+    for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGXFSZ}) {
+        if ((before[signal] = std::signal(signal, remove_and_raise)) == SIG_IGN) { // under nohup, say
             std::signal(signal, SIG_IGN);
         }
     }
+    auto const size = fs::is_regular_file(source) ? fs::file_size(source) : progress::unknown;
     progress::multi_progress group;
-    auto const bar = group.add(source.filename().string(), error ? progress::unknown : size, progress::unit::bytes);
+    auto const bar = group.add(source.filename().string(), size, progress::unit::bytes);
     for (std::string buffer(65536, ' '); input && output;) {
         input.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
         output.write(buffer.data(), input.gcount());
         bar.inc(static_cast<std::uint64_t>(input.gcount()));
     }
     check(input.eof() || !output, "read", source);
-    output.close(); // some file systems say only here that they are full
-    check(output.good(), "write", written);
-    fs::rename(written, replaces ? fs::weakly_canonical(target) : fs::path(written));
+    check((output.close(), output.good()), "write", written); // some file systems say only here that they are full
+    fs::rename(written, target);
 }
 
 int main(int argc, char* argv[])
@@ -82,7 +71,7 @@ try {
         return 2;
     }
     progress::wipe_on_signals();
-    copy(argv[1], argv[2]);
+    copy_with_bar(argv[1], fs::weakly_canonical(argv[2])); // of a link, what it leads to
 } catch (std::exception const& problem) {
     ::unlink(half_done.c_str());
     std::cerr << "copy: " << problem.what() << '\n';

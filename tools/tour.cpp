@@ -53,7 +53,7 @@ struct Part {
 Part const parts[] = {
     {"Colours and attributes", "Manipulators of std::cout: sequences on a terminal, nothing in a pipe.",
      "named_colors", tour_parts::named_colors, 0},
-    {"24-bit colours", "Any of 16 million colours, before and behind the text.",
+    {"24-bit colours", "Any of 16 million colours, for the text and for its ground.",
      "shades", tour_parts::shades, 0},
     {"Messages by role", "Say what a text is, and a theme gives it its colour.",
      "roles", tour_parts::roles, 0},
@@ -73,7 +73,7 @@ Part const parts[] = {
      "untrusted_names", tour_parts::untrusted_names, 0},
     {"The kit: hex view", "Bytes as xxd, hexdump -C and od print them, a colour for each kind.",
      "hex_view", tour_parts::hex_view, 0},
-    {"The kit: live bars", "From any thread, lines above them, tidy after every end.",
+    {"The kit: live bars", "Moved on by any thread, with lines above them, and tidy however they end.",
      "live_bars", live_bars, 5},
 };
 // clang-format on

@@ -304,6 +304,37 @@ def erasing(terminal):
 
 
 # ---------------------------------------------------------------------------------------------
+# Columns
+# ---------------------------------------------------------------------------------------------
+
+TEXTS = {
+    "`日本`": "日本",
+    "`é` of `e` and U+0301": "e\u0301",
+    "`각` of U+1100, U+1161 and U+11A8": "\u1100\u1161\u11a8",
+    "`ｱ`, half width": "ｱ",
+    "`α`, of ambiguous width": "α",
+    "a zero-width space, U+200B": "\u200b",
+    "👍": "👍",
+    "👍🏽, with a skin tone": "👍\U0001f3fd",
+    "❤️, with U+FE0F": "❤\ufe0f",
+    "🇩🇪, two letters": "\U0001f1e9\U0001f1ea",
+    "👩‍👩‍👧, three joined": "👩\u200d👩\u200d👧",
+}
+
+
+def columns(terminal):
+    """How far each text moves the cursor, and what the kit says."""
+    found = {"kit": {}}
+    for name, text in TEXTS.items():
+        terminal.do("reset", "cls", "cup 3 1", f"text {text}")
+        row, col = terminal.position()
+        found[name] = str(col - 1) if row == 3 else "another row"
+        found["kit"][name] = terminal.do(f"width {text}")
+    terminal.do("cls")
+    return found
+
+
+# ---------------------------------------------------------------------------------------------
 # All of it
 # ---------------------------------------------------------------------------------------------
 
@@ -336,6 +367,6 @@ def sample(terminal):
 
 def all_of(terminal):
     found = {"environment": terminal.environment()}
-    for experiment in (attributes, colors, moves, cursor, erasing):
+    for experiment in (attributes, colors, moves, cursor, erasing, columns):
         found.update(experiment(terminal))
     return found

@@ -10,9 +10,11 @@
 //     ask MS         waits until the terminal's input has been quiet for so many milliseconds, and answers with the
 //                    bytes in hexadecimal
 //     until C MS     as ask, but no longer than up to the character C
+//     width TEXT     answers with the columns that the kit counts for the rest of the line
 //     environment    answers with TERM, COLORTERM, and the rows and columns of the terminal
 #include "kestry/hueline_stream.hpp"
 
+#include "kestry/kit/text.hpp"
 #include "sequences.hpp"
 
 #include <array>
@@ -155,6 +157,9 @@ std::string obeyed(std::string const& line)
         int ms = 0;
         words >> last >> ms;
         return hexadecimal(answer(ms, last));
+    }
+    if (name == "width") {
+        return std::to_string(kestry::kit::display_width(line.substr(6)));
     }
     if (name == "text") {
         cout << line.substr(5) << std::flush;

@@ -159,6 +159,17 @@ def table(heading, lines):
             *("| " + " | ".join(line) + " |" for line in lines), ""]
 
 
+def widths(found):
+    """The columns of each text, those that are not the kit's in bold."""
+    def shown(name, terminal):
+        width, kit = found[terminal][name], found[terminal]["kit"][name]
+        return width if width == kit else f"**{width}**"
+
+    kit = next(iter(found.values()))["kit"]
+    return table(["", "kit", *found],
+                 [[name, kit[name], *(shown(name, terminal) for terminal in found)] for name in experiments.TEXTS])
+
+
 def results(rows, found):
     def shown(word):
         return word if word in ("yes", "seen", "hidden") else f"**{word}**"
@@ -264,6 +275,12 @@ def page(found, missing):
         "## Erasing and scrolling",
         "",
         *results(ERASING, found),
+        "## Columns",
+        "",
+        "How far a text moves the cursor, and what `display_width` of the kit says; where the two differ, a table that is padded by",
+        "the kit is out of line in that terminal.",
+        "",
+        *widths(found),
         "## The Linux console",
         "",
         *textwrap.wrap("It was not run: it needs a machine with a screen. What its manual page says of these sequences,"

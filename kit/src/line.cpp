@@ -2,6 +2,7 @@
 
 #include "output.hpp"
 
+#include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
@@ -436,6 +437,11 @@ void start_anew_in_child()
     std::atexit(tidy_at_exit) == 0 && pthread_atfork(nullptr, nullptr, start_anew_in_child) == 0;
 
 } // namespace
+
+bool detail::is_cursor_hidden() noexcept
+{
+    return std::any_of(hidden.begin(), hidden.end(), [](auto const& count) { return count > 0; });
+}
 
 std::ostream& hide_cursor(std::ostream& os) { return to_terminal(os, hide); }
 

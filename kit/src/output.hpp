@@ -59,6 +59,9 @@ void offer_lines_to(above hook) noexcept;
 /// Gives a finished line to the hook, if there is one and it takes it, and else to write_all. Call it under the lock.
 bool write_line(int fd, std::string_view text) noexcept;
 
+/// Whether the program has hidden the cursor of a terminal for a while.
+bool is_cursor_hidden() noexcept;
+
 } // namespace kestry::kit::detail
 
 #endif

@@ -81,7 +81,7 @@ multi_progress::multi_progress(options const& how)
 {
     display = detail::display_for(how, how_shown == mode::off ? mode::plain : how_shown);
     if (display) {
-        display->join_group(this);
+        group = display->join_group();
     } else {
         how_shown = mode::off; // in a process that was forked
     }
@@ -93,7 +93,7 @@ multi_progress::~multi_progress()
         return;
     }
     if (display->is_of_this_process()) {
-        display->leave_group(this);
+        display->leave_group(group);
     } else {
         // Its locks may be held for good, and its thread is missing: it must not be destroyed.
         static_cast<void>(new std::shared_ptr(std::move(display)));
@@ -112,7 +112,7 @@ bar multi_progress::insert_before(bar const& next, bar_options const& what)
     bar added;
     if (how_shown != mode::off && display->is_of_this_process()) {
         auto const* const before = static_cast<detail::progress_row const*>(next.counter.get());
-        added.counter = handle_of(display->add(what, this, before, what.row.parsed));
+        added.counter = handle_of(display->add(what, group, before, what.row.parsed));
     }
     return added;
 }

@@ -8,10 +8,19 @@ namespace kestry::kit::detail {
 
 namespace {
 
-// Synchronised output: a terminal that knows it shows the whole frame at once. The cursor is hidden for as long, which
-// a frame that is written whole cannot leave so.
-std::string_view constexpr begin_frame = "\x1b[?2026h\x1b[?25l";
-std::string_view constexpr end_frame = "\x1b[?25h\x1b[?2026l";
+// Synchronised output: a terminal that knows it shows the whole frame at once.
+std::string_view constexpr begin_frame = "\x1b[?2026h";
+std::string_view constexpr end_frame = "\x1b[?2026l";
+
+// For as long as a frame takes: the cursor is hidden, and a row that is too long, since the terminal has just become
+// narrower, does not go on in the next line and scroll the screen.
+std::string_view constexpr hide_cursor = "\x1b[?25l"; // DECTCEM
+std::string_view constexpr show_cursor = "\x1b[?25h";
+std::string_view constexpr no_wrap = "\x1b[?7l"; // DECAWM
+std::string_view constexpr wrap = "\x1b[?7h";
+
+// A slow terminal takes a longer frame in pieces, and SIGKILL between two of them would leave both modes off.
+std::size_t constexpr most_at_once = 1024; // bytes
 
 // Not ECMA-48, but DEC's and everywhere. No line can scroll between the two.
 std::string_view constexpr save_cursor = "\x1b"
@@ -106,7 +115,7 @@ std::string progress_block::changes(std::vector<progress_text> const& rows) cons
 }
 
 std::string progress_block::frame(std::string_view lines, std::vector<progress_text> const& rows, extent size,
-                                  double now)
+                                  double now, cursor before)
 {
     bool const has_moved = is_drawn() && size != drawn_in;
     if (lines.empty() && rows == drawn && !has_moved) {
@@ -115,28 +124,37 @@ std::string progress_block::frame(std::string_view lines, std::vector<progress_t
     if (rows.empty() && !is_drawn()) {
         return std::string(lines);
     }
-    std::string out(begin_frame);
-    bool const knows_its_rows =
-        !has_moved && rows.size() == drawn.size() && now - drawn_whole < whole_frame_after(rows.size());
     std::size_t const inserted = rows_of(lines, size.columns);
-    bool const lines_fit = lines.empty() || (inserted != 0 && inserted + rows.size() < size.rows);
-    if (knows_its_rows && lines_fit) {
-        if (!lines.empty()) {
-            insert_lines(out, lines, inserted, rows.size());
-        }
-        if (rows != drawn) {
-            out.append(save_cursor).append(changes(rows)).append(restore_cursor);
-        }
-    } else {
+    bool const inserts = is_drawn() && inserted != 0 && inserted + std::max(rows.size(), drawn.size()) < size.rows;
+    bool const knows_its_rows = !has_moved && rows.size() == drawn.size() && (lines.empty() || inserts) &&
+                                now - drawn_whole < whole_frame_after(rows.size());
+    std::string above;
+    if (!lines.empty()) {
         // A row that was cut in two goes on in the next until it is erased, and lines that replaced it would too.
-        out.append(has_moved && !lines.empty() ? erase_below : "");
-        append_lines(out, lines, size.columns);
-        append_rows(out, rows);
-        drawn_whole = now;
+        above.append(has_moved ? erase_below : "");
+        if (inserts) {
+            insert_lines(above, lines, inserted, has_moved ? 0 : drawn.size());
+        } else {
+            append_lines(above, lines, size.columns);
+        }
     }
-    out += end_frame;
+    std::string below;
+    if (!knows_its_rows) {
+        append_rows(below, rows);
+        drawn_whole = now;
+    } else if (rows != drawn) {
+        below.append(save_cursor).append(changes(rows)).append(restore_cursor);
+    }
     drawn = rows;
     drawn_in = size;
+
+    bool const at_once = above.size() + below.size() <= most_at_once;
+    bool const hides = at_once && before == cursor::shown;
+    bool const cuts = at_once && !rows.empty() && !below.empty();
+    std::string out(begin_frame);
+    out.append(hides ? hide_cursor : "").append(above);
+    out.append(cuts ? no_wrap : "").append(below).append(cuts ? wrap : "");
+    out.append(hides ? show_cursor : "").append(end_frame);
     return out;
 }
 

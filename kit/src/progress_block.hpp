@@ -29,9 +29,13 @@ public:
         bool operator==(extent const&) const = default;
     };
 
+    /// Whether the program has hidden the cursor: a frame leaves it so.
+    enum class cursor : unsigned char { shown, hidden };
+
     /// Returns a frame: lines stand above, each ended by "\n", and then the rows, fewer than there are on the screen.
     /// Empty if nothing is to change. now is in seconds.
-    std::string frame(std::string_view lines, std::vector<progress_text> const& rows, extent size, double now);
+    std::string frame(std::string_view lines, std::vector<progress_text> const& rows, extent size, double now,
+                      cursor before = cursor::shown);
 
     /// Returns what erases the rows. The next frame draws them all.
     std::string wiped();

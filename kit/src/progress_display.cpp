@@ -26,7 +26,7 @@ double constexpr stopped_after = 1; // a thread that wakes so much too late was 
 double constexpr turns_a_second = 10; // of a spinner
 
 std::size_t constexpr most_queued = 64 * 1024; // bytes, beyond which println waits for the terminal
-std::size_t constexpr cost_of_a_row = 64;      // bytes, of an ended bar in the queue
+std::size_t constexpr most_queued_rows = 1024; // beyond which the end of a bar does
 
 // A program's handlers run on its own threads.
 class all_signals_blocked {
@@ -45,26 +45,20 @@ private:
     sigset_t before = {};
 };
 
-// Non-ASCII characters as "?".
-std::string only_ascii(std::string_view text)
-{
-    std::string out;
-    for (char const c : text) {
-        auto const byte = static_cast<unsigned char>(c);
-        if (byte < 0x80) {
-            out += c;
-        } else if ((byte & 0xc0U) != 0x80) {
-            out += '?';
-        }
-    }
-    return out;
-}
-
 std::string harmless(std::string_view message, bool ascii)
 {
     std::string text = escape_untrusted(message);
     return ascii ? only_ascii(text) : text;
 }
+
+int tenth_of(progress_row const& row)
+{
+    std::uint64_t const position = row.position.load(std::memory_order_relaxed);
+    return row.length == progress::unknown ? 0 : percent(position, row.length) / 10;
+}
+
+// What stands for rows that are left out.
+std::string more(std::size_t count) { return '+' + std::to_string(count) + " more"; }
 
 } // namespace
 
@@ -102,13 +96,14 @@ bool progress_display::is_due(double at) const noexcept
 // Bars
 // ---------------------------------------------------------------------------------------------
 
-void progress_display::join_group(void const* group)
+std::size_t progress_display::join_group()
 {
     std::lock_guard const locked(mutex);
-    groups.push_back(group);
+    groups.push_back(last_group + 1);
+    return ++last_group;
 }
 
-void progress_display::leave_group(void const* group) noexcept
+void progress_display::leave_group(std::size_t group) noexcept
 {
     {
         std::lock_guard const locked(mutex);
@@ -131,6 +126,7 @@ void progress_display::leave_group(void const* group) noexcept
         is_last = groups.empty();
         if (is_last) {
             queue.clear(); // rows of bars that ended in the background
+            queued_bytes = queued_rows = rows_left_out = 0;
         }
     }
     if (is_last) {
@@ -138,12 +134,11 @@ void progress_display::leave_group(void const* group) noexcept
     }
 }
 
-std::shared_ptr<progress_row> progress_display::add(progress::bar_options const& what, void const* group,
+std::shared_ptr<progress_row> progress_display::add(progress::bar_options const& what, std::size_t group,
                                                     progress_row const* before,
                                                     std::shared_ptr<progress_template const> layout)
 {
     std::string message = harmless(what.message, settings.ascii);
-    std::string line;
     std::shared_ptr<progress_row> row;
     {
         std::lock_guard const locked(mutex);
@@ -159,20 +154,24 @@ std::shared_ptr<progress_row> progress_display::add(progress::bar_options const&
         row->exceptions = std::uncaught_exceptions();
         row->said_at = at;
         row->said_position = what.start;
+        row->said_tenth = tenth_of(*row);
         if (closed) {
             return row;
         }
         auto const place =
             std::find_if(rows.begin(), rows.end(), [before](auto const& other) { return other.get() == before; });
-        if (rows.empty() && !block.is_drawn()) {
+        // Bars that follow each other at once are one stretch of work.
+        if (rows.empty() && !block.is_drawn() && (last_end < 0 || at - last_end >= first_after)) {
             first_frame = at + first_after;
         }
         rows.insert(place, row);
-        line = plain_start(facts_of(*row, at)) + "\n";
+        if (settings.shown == progress::mode::plain) {
+            lines.append(plain_start(facts_of(*row, at))).append("\n");
+        }
     }
     if (settings.shown == progress::mode::plain) {
         std::lock_guard const written(output);
-        settings.target->write(line);
+        draw(urgency::lines);
     }
     if (settings.drawn_by == progress::drawing::thread) {
         start_thread();
@@ -207,20 +206,31 @@ void progress_display::end_or_remove(progress_row& row, progress_state state) no
     if (found == rows.end()) {
         return;
     }
-    if (state == progress_state::finished && row.length != progress::unknown) {
-        row.position.store(row.length, std::memory_order_relaxed);
-    }
     row.state = state;
-    row.ended = now();
+    row.ended = last_end = now();
     row.estimate.sample(row.ended, row.position.load(std::memory_order_relaxed));
+    if (state == progress_state::finished && row.length != progress::unknown) {
+        row.position.store(row.length, std::memory_order_relaxed); // steps that are no part of the rate
+    }
     if (row.when_ended == progress::leaving::a_line) {
         try {
-            queue.push_back({.row = *found});
-            queued_bytes += cost_of_a_row;
+            queue.push_back(
+                {.text = row.message, .is_row = true, .facts = facts_of(row, row.ended), .layout = row.layout});
+            ++queued_rows;
         } catch (...) { // no memory for its last row: it goes without
         }
     }
     rows.erase(found);
+}
+
+// The older half of those that could not be drawn.
+void progress_display::leave_out_old_rows() noexcept
+{
+    std::size_t left = queued_rows / 2;
+    auto const is_old = [&left](waiting const& w) { return w.is_row && left != 0 && left-- != 0; };
+    std::size_t const gone = std::erase_if(queue, is_old);
+    queued_rows -= gone;
+    rows_left_out += gone;
 }
 
 void progress_display::end(progress_row& row, progress_state state) noexcept
@@ -229,11 +239,17 @@ void progress_display::end(progress_row& row, progress_state state) noexcept
     {
         std::lock_guard const locked(mutex);
         end_or_remove(row, state);
-        full = queued_bytes > most_queued;
+        full = queued_rows > most_queued_rows;
     }
     if (settings.shown == progress::mode::plain || full) {
         std::lock_guard const written(output);
         draw(urgency::at_last);
+    }
+    if (full) {
+        std::lock_guard const locked(mutex);
+        if (queued_rows > most_queued_rows) {
+            leave_out_old_rows();
+        }
     }
 }
 
@@ -289,11 +305,10 @@ void progress_display::sample(double at) noexcept
 
 namespace {
 
-progress_text lay_out(progress_row const& row, progress_facts const& facts, progress_look const& look,
-                      std::size_t columns)
+progress_text lay_out(std::shared_ptr<progress_template const> const& own, progress_facts const& facts,
+                      progress_look const& look, std::size_t columns)
 {
-    progress_template const& layout = row.layout ? *row.layout : usual_template(facts.position, facts.length);
-    return lay_out(layout, facts, look, columns);
+    return lay_out(own ? *own : usual_template(facts.position, facts.length), facts, look, columns);
 }
 
 // Bars stand in line if their messages are equally wide; very long ones stand out.
@@ -309,23 +324,29 @@ std::size_t common_message(std::vector<std::shared_ptr<progress_row>> const& row
 } // namespace
 
 // Moves what waits from the queue into lines. Rows of ended bars stay in it while nothing is drawn.
-void progress_display::take_lines(double at, std::size_t columns, bool rows_too)
+void progress_display::take_lines(std::size_t columns, bool rows_too)
 {
     progress_look const look = {.color = settings.color, .ascii = settings.ascii};
     std::vector<waiting> kept;
     std::string taken;
+    if (rows_too && rows_left_out != 0) {
+        taken.append(more(rows_left_out)).append("\n");
+    }
     for (waiting& next : queue) {
-        if (!next.row) {
+        next.facts.message = next.text;
+        if (!next.is_row) {
             taken.append(next.text).append("\n");
         } else if (rows_too) {
-            taken.append(painted(lay_out(*next.row, facts_of(*next.row, at), look, columns))).append("\n");
+            taken.append(painted(lay_out(next.layout, next.facts, look, columns))).append("\n");
         } else {
-            kept.push_back(next);
+            kept.push_back(std::move(next));
         }
     }
     lines += taken;
-    queued_bytes = kept.size() * cost_of_a_row;
     queue.swap(kept);
+    queued_bytes = 0;
+    queued_rows = queue.size();
+    rows_left_out = rows_too ? 0 : rows_left_out;
 }
 
 // A row of the screen is left to others. If not all bars fit, another one counts those that are left out.
@@ -338,11 +359,11 @@ std::vector<progress_text> progress_display::rows_for(progress_block::extent roo
     progress_look const look = {
         .color = settings.color, .ascii = settings.ascii, .message_columns = common_message(rows, columns)};
     for (std::size_t i = 0; i < bars; ++i) {
-        texts.push_back(lay_out(*rows[i], facts_of(*rows[i], at), look, columns));
+        texts.push_back(lay_out(rows[i]->layout, facts_of(*rows[i], at), look, columns));
     }
     if (bars < rows.size() && bars < most) {
-        std::string const more = truncate('+' + std::to_string(rows.size() - bars) + " more", columns, "");
-        texts.emplace_back().add(more, more.size());
+        std::string const others = truncate(more(rows.size() - bars), columns, "");
+        texts.emplace_back().add(others, others.size());
     }
     return texts;
 }
@@ -369,15 +390,15 @@ bool progress_display::draw_live(urgency how)
         bool const draws = shows && (block.is_drawn() || at >= first_frame);
         progress_block::extent const room = size();
         // A line between two frames moves the rows, and does not draw them again.
-        bool const bars_ended =
-            std::any_of(queue.begin(), queue.end(), [](waiting const& w) { return w.row != nullptr; });
+        bool const bars_ended = std::any_of(queue.begin(), queue.end(), [](waiting const& w) { return w.is_row; });
         bool const as_they_are =
             how == urgency::lines && !due && !bars_ended && block.is_drawn() && block.size() == room;
         std::vector<progress_text> const texts = as_they_are ? block.rows()
                                                  : draws     ? rows_for(room, at)
                                                              : std::vector<progress_text>();
-        take_lines(at, room.columns - 1, shows);
-        bytes = block.frame(lines, texts, room, at);
+        take_lines(room.columns - 1, shows);
+        bytes = block.frame(lines, texts, room, at,
+                            is_cursor_hidden() ? progress_block::cursor::hidden : progress_block::cursor::shown);
         lines.clear();
         if (draws && !as_they_are && !bytes.empty()) {
             last_frame = at;
@@ -416,7 +437,7 @@ void progress_display::take_due_lines(double at)
 {
     for (std::shared_ptr<progress_row> const& row : rows) {
         std::uint64_t const position = row->position.load(std::memory_order_relaxed);
-        int const tenth = row->length == progress::unknown ? 0 : percent(position, row->length) / 10;
+        int const tenth = tenth_of(*row);
         bool const is_later = at - row->said_at >= said_again_after && position != row->said_position;
         if (tenth > row->said_tenth || is_later) {
             lines.append(plain_line(facts_of(*row, at))).append("\n");
@@ -440,13 +461,17 @@ bool progress_display::draw_plain(urgency how)
         sample(at);
         if (suspensions == 0) {
             take_due_lines(at);
-            for (waiting const& next : queue) {
-                lines.append(plain_line(facts_of(*next.row, at))).append("\n");
+            if (rows_left_out != 0) {
+                lines.append(more(rows_left_out)).append("\n");
+            }
+            for (waiting& next : queue) {
+                next.facts.message = next.text;
+                lines.append(plain_line(next.facts)).append("\n");
             }
             queue.clear();
-            queued_bytes = 0;
+            queued_rows = rows_left_out = 0;
+            bytes.swap(lines);
         }
-        bytes.swap(lines);
     }
     return bytes.empty() || settings.target->write(bytes);
 }
@@ -477,10 +502,11 @@ bool progress_display::println(std::string_view text)
         queued_bytes += text.size();
         full = queued_bytes > most_queued;
     }
-    if (full) {
+    if (full || !has_thread) {
         output.lock();
     } else if (!output.try_lock()) {
-        return true; // whoever draws now is not waited for
+        wake.notify_one();
+        return true; // whoever draws now, or has a line, is not waited for
     }
     bool const written = draw(full ? urgency::at_last : urgency::lines);
     output.unlock();
@@ -539,9 +565,9 @@ void progress_display::close() noexcept
         }
         closed = true;
     }
-    {
-        std::lock_guard const written(output);
+    if (output.try_lock()) { // else another thread has a line, and may never end it
         draw(urgency::at_last);
+        output.unlock();
     }
     std::lock_guard const locked(thread_mutex);
     stop_thread();
@@ -560,6 +586,7 @@ void progress_display::start_thread() noexcept
     all_signals_blocked const for_the_thread;
     try {
         thread = std::thread([this] { run(); });
+        has_thread = true;
     } catch (...) { // the system has no more: println, tick and the end draw
     }
 }
@@ -576,6 +603,7 @@ void progress_display::stop_thread() noexcept
     }
     wake.notify_one();
     thread.join();
+    has_thread = false;
     stopping = false;
 }
 

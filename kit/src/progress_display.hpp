@@ -7,6 +7,7 @@
 #include "progress_estimate.hpp"
 #include "progress_row.hpp"
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -31,7 +32,7 @@ struct progress_row : progress_counter, std::enable_shared_from_this<progress_ro
     }
 
     std::shared_ptr<progress_display> const home;
-    void const* group = nullptr;
+    std::size_t group = 0;
     std::shared_ptr<progress_template const> layout = {}; ///< Null: the usual one.
     std::string message = {};
     std::size_t message_columns = 0;
@@ -70,10 +71,14 @@ public:
     /// False in a process that was forked: locks may be held there for good, and threads are missing.
     bool is_of_this_process() const noexcept;
 
-    void join_group(void const* group);
-    void leave_group(void const* group) noexcept;
+    /// The descriptor of the terminal, or -1.
+    int descriptor() const noexcept { return settings.descriptor; }
 
-    std::shared_ptr<progress_row> add(progress::bar_options const& what, void const* group, progress_row const* before,
+    /// Returns the number of a new group.
+    std::size_t join_group();
+    void leave_group(std::size_t group) noexcept;
+
+    std::shared_ptr<progress_row> add(progress::bar_options const& what, std::size_t group, progress_row const* before,
                                       std::shared_ptr<progress_template const> layout);
     void set_length(progress_row& row, std::uint64_t length) noexcept;
     void set_message(progress_row& row, std::string_view message);
@@ -96,19 +101,22 @@ public:
 private:
     enum class urgency : unsigned char { when_due, lines, at_last };
 
-    // Text that waits to be written, or a bar that has ended and leaves its row.
+    // Text that waits to be written, or what a bar was when it ended, which leaves its row.
     struct waiting {
-        std::string text = {};
-        std::shared_ptr<progress_row> row = {};
+        std::string text = {}; // or the message
+        bool is_row = false;
+        progress_facts facts = {};
+        std::shared_ptr<progress_template const> layout = {};
     };
 
     double now() const;
     progress_block::extent size() const;
     bool is_due(double at) const noexcept;
     void end_or_remove(progress_row& row, progress_state state) noexcept;
+    void leave_out_old_rows() noexcept;
     progress_facts facts_of(progress_row const& row, double at) const;
     void sample(double at) noexcept;
-    void take_lines(double at, std::size_t columns, bool rows_too);
+    void take_lines(std::size_t columns, bool rows_too);
     void take_due_lines(double at);
     std::vector<progress_text> rows_for(progress_block::extent room, double at) const;
 
@@ -130,14 +138,18 @@ private:
     std::mutex mutex;
     std::condition_variable wake;
     std::vector<std::shared_ptr<progress_row>> rows; // active ones, top first
-    std::vector<void const*> groups;
+    std::vector<std::size_t> groups;
+    std::size_t last_group = 0;
     std::vector<waiting> queue;
-    std::size_t queued_bytes = 0;
-    std::string lines; // on their way from the queue to the target
+    std::size_t queued_bytes = 0; // of text
+    std::size_t queued_rows = 0;
+    std::size_t rows_left_out = 0; // of the queue, since nobody could see them for a long time
+    std::string lines;             // on their way from the queue to the target
     progress_block block;
     double first_frame = 0; // not before
     double last_frame = -1;
-    double paused = 0; // seconds that the process was stopped
+    double last_end = -1; // of a bar
+    double paused = 0;    // seconds that the process was stopped
     unsigned suspensions = 0;
     bool closed = false;
 
@@ -145,6 +157,7 @@ private:
 
     std::mutex thread_mutex; // comes before the other one
     std::thread thread;
+    std::atomic<bool> has_thread = false;
 };
 
 /// The display of a descriptor, or of the target; null if there can be none. Groups of one terminal get the same one.

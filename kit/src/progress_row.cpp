@@ -136,9 +136,11 @@ progress_text shown(progress_piece const& piece, progress_facts const& facts, pr
 {
     progress_text row;
     switch (piece.key) {
-    case progress_key::text:
-        row.add(piece.text, display_width(piece.text), piece.sgr, false);
+    case progress_key::text: {
+        std::string const text = look.ascii ? only_ascii(piece.text) : piece.text;
+        row.add(text, display_width(text), piece.sgr, false);
         break;
+    }
     case progress_key::msg:
         if (facts.message_columns <= given.message) {
             bool const is_ascii = facts.message.size() == facts.message_columns;
@@ -266,6 +268,20 @@ bool remove_last(std::vector<progress_piece>& pieces)
 }
 
 } // namespace
+
+std::string only_ascii(std::string_view text)
+{
+    std::string out;
+    for (char const c : text) {
+        auto const byte = static_cast<unsigned char>(c);
+        if (byte < 0x80) {
+            out += c;
+        } else if ((byte & 0xc0U) != 0x80) {
+            out += '?';
+        }
+    }
+    return out;
+}
 
 void progress_text::add(std::string_view more, std::size_t width, std::string_view sgr, bool simple)
 {

@@ -91,6 +91,9 @@ struct progress_text {
 progress_text lay_out(progress_template const& layout, progress_facts const& facts, progress_look const& look,
                       std::size_t columns);
 
+/// A text with "?" for each character that is not ASCII.
+std::string only_ascii(std::string_view text);
+
 /// The row with its escape sequences; nothing is left switched on at its end.
 std::string painted(progress_text const& row);
 

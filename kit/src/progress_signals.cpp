@@ -33,7 +33,7 @@ extern "C" void wipe_and_raise(int signal)
     drawing_halted = true;
     int const terminal = rows_on.exchange(-1);
     if (terminal >= 0 && ::tcgetpgrp(terminal) == ::getpgrp()) {
-        std::string_view constexpr tidy = "\x1b[J\x1b[?25h\x1b[?2026l"; // of a frame that was cut off, too
+        std::string_view constexpr tidy = "\x1b[J\x1b[?7h\x1b[?25h\x1b[?2026l"; // of a frame that was cut off, too
         [[maybe_unused]] ssize_t const written = ::write(terminal, tidy.data(), tidy.size());
     }
     struct sigaction usual = {};

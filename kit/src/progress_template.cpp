@@ -103,9 +103,12 @@ void add_text(std::vector<progress_piece>& pieces, char c)
 
 progress_template::progress_template(std::string_view text)
 {
+    bool has_wide_bar = false;
     for (std::size_t at = 0; at < text.size(); ++at) {
         char const c = text[at];
-        bool const doubled = at + 1 < text.size() && text[at + 1] == c;
+        char const next = at + 1 < text.size() ? text[at + 1] : '\0';
+        bool const doubled = next == c;
+        bool const is_c1 = c == '\xc2' && (next & 0xe0) == 0x80; // U+0080 to U+009F
         if ((c == '{' || c == '}') && doubled) {
             add_text(pieces, c);
             ++at;
@@ -115,10 +118,13 @@ progress_template::progress_template(std::string_view text)
                 throw std::invalid_argument("progress layout: no } for the { at byte " + std::to_string(at));
             }
             pieces.push_back(key_piece(text.substr(at + 1, end - at - 1), at));
+            if (pieces.back().key == progress_key::wide_bar && std::exchange(has_wide_bar, true)) {
+                refuse("another", text.substr(at + 1, end - at - 1), at);
+            }
             at = end;
         } else if (c == '}') {
             throw std::invalid_argument("progress layout: no { for the } at byte " + std::to_string(at));
-        } else if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) {
+        } else if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f || is_c1) {
             throw std::invalid_argument("progress layout: control character at byte " + std::to_string(at));
         } else {
             add_text(pieces, c);

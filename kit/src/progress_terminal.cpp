@@ -7,6 +7,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
+#include <optional>
 #include <utility>
 
 #include <langinfo.h>
@@ -81,13 +82,27 @@ struct destination {
     bool operator==(destination const&) const = default;
 };
 
+// A terminal's own device: /dev/tty is another name for one.
+std::optional<dev_t> terminal_at(int descriptor)
+{
+    int const before = errno;
+    unsigned device = 0;
+    struct stat found = {};
+    bool const is_known = is_terminal(descriptor) && ::fstat(descriptor, &found) == 0;
+    if (is_known && ::ioctl(descriptor, TIOCGDEV, &device) != 0) {
+        device = static_cast<unsigned>(found.st_rdev);
+    }
+    errno = before;
+    return is_known ? std::optional<dev_t>(device) : std::nullopt;
+}
+
 destination destination_of(int descriptor, progress::mode shown)
 {
+    if (std::optional<dev_t> const terminal = terminal_at(descriptor)) {
+        return {.device = *terminal, .shown = shown};
+    }
     struct stat found = {};
     ::fstat(descriptor, &found);
-    if (is_terminal(descriptor)) {
-        return {.device = found.st_rdev, .shown = shown};
-    }
     return {.descriptor = descriptor, .device = found.st_dev, .file = found.st_ino, .shown = shown};
 }
 
@@ -129,16 +144,15 @@ void close_all()
 bool write_above(int descriptor, std::string_view text) noexcept
 {
     registry& all = all_displays();
-    struct stat found = {};
-    if (all.process != ::getpid() || text.back() != '\n' || ::fstat(descriptor, &found) != 0 ||
-        !S_ISCHR(found.st_mode)) {
+    if (all.process != ::getpid() || text.back() != '\n') {
         return false;
     }
+    std::optional<dev_t> const terminal = terminal_at(descriptor);
     std::shared_ptr<progress_display> display;
     {
         std::lock_guard const locked(all.mutex);
         for (auto const& [known, its] : all.displays) {
-            if (known.descriptor < 0 && known.device == found.st_rdev && known.shown == progress::mode::live) {
+            if (known.descriptor < 0 && known.device == terminal && known.shown == progress::mode::live) {
                 display = its;
             }
         }
@@ -215,10 +229,12 @@ std::shared_ptr<progress_display> display_for(progress::options const& how, prog
     destination const where = destination_of(how.descriptor, shown);
     std::lock_guard const locked(all.mutex);
     for (auto const& [known, display] : all.displays) {
-        if (known == where) {
+        // Its descriptor may have been closed, and lead elsewhere now.
+        if (known == where && destination_of(display->descriptor(), shown) == where) {
             return display;
         }
     }
+    std::erase_if(all.displays, [&where](auto const& known) { return known.first == where; });
     auto display = std::make_shared<progress_display>(settings_for(how.descriptor, how, shown));
     all.displays.emplace_back(where, display);
     return display;

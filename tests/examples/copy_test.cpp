@@ -208,20 +208,31 @@ TEST_F(Copy, CountsASourceWithoutASize)
     EXPECT_EQ(read(target), read(source));
 }
 
-TEST_F(Copy, RefusesToCopyAFileOntoItself)
+TEST_F(Copy, CopiesAFileOntoItselfWithoutHarm)
 {
+    std::string const before = read(source);
     Outcome const run = copy(on_pipes, source, source);
-    EXPECT_EQ(run.err, "copy: source and target are the same file\n");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(read(source).size(), 1024U * 1024U);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(read(source), before);
+}
+
+TEST_F(Copy, LeavesAloneWhatHasTheNameOfAHalfDoneCopy)
+{
+    write("target.part", "somebody else's");
+    std::string const refusal =
+        "copy: cannot make " + std::filesystem::weakly_canonical(path("target.part")).string() + ": File exists\n";
+    EXPECT_EQ(copy(on_pipes, source, target).err, refusal);
+    EXPECT_EQ(copy(on_pipes, "target.part", target).err, refusal);
+    EXPECT_EQ(read("target.part"), "somebody else's");
+    EXPECT_FALSE(std::filesystem::exists(path(target)));
 }
 
 TEST_F(Copy, SaysWhatItCannotDo)
 {
     EXPECT_EQ(copy(on_pipes, "nothing", target).err,
-              "copy: cannot open " + path("nothing").string() + ": No such file or directory\n");
+              "copy: cannot read " + path("nothing").string() + ": No such file or directory\n");
     EXPECT_EQ(copy(on_pipes, source, "no/folder").err,
-              "copy: cannot open " + std::filesystem::weakly_canonical(path("no/folder")).string() +
+              "copy: cannot make " + std::filesystem::weakly_canonical(path("no/folder")).string() +
                   ".part: No such file or directory\n");
     EXPECT_EQ(copy(on_pipes, ".", target).err, "copy: cannot read " + path(".").string() + ": Is a directory\n");
     std::string const no_room = "copy: cannot write /dev/full: No space left on device\n";

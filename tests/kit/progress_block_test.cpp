@@ -45,7 +45,7 @@ TEST(ProgressFrame, DrawsRowsBelowTheCursorAndReturnsToIt)
 {
     progress_block block;
     EXPECT_EQ(readable(block.frame("", rows({"one", "two"}), wide, 0)),
-              R"(\e[?2026h\e[?25l\e[K\x0b\x0b\e[2A\e7\r\none\e[K\r\ntwo\e[J\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e[K\x0b\x0b\e[2A\e7\r\none\e[K\r\ntwo\e[J\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST(ProgressFrame, IsEmptyWhileNothingChanges)
@@ -61,7 +61,7 @@ TEST(ProgressFrame, WritesFromTheFirstDifferenceOfAChangedRow)
     progress_block block;
     block.frame("", rows({"one  1%", "two  1%", "six  1%"}), wide, 0);
     EXPECT_EQ(readable(block.frame("", rows({"one  1%", "two 12%", "six  1%"}), wide, 0.5)),
-              R"(\e[?2026h\e[?25l\e7\e[2B\r\e[4C12%\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e7\e[2B\r\e[4C12%\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST(ProgressFrame, GoesDownFromOneChangedRowToTheNext)
@@ -69,7 +69,7 @@ TEST(ProgressFrame, GoesDownFromOneChangedRowToTheNext)
     progress_block block;
     block.frame("", rows({"a1", "b1", "c1"}), wide, 0);
     EXPECT_EQ(readable(block.frame("", rows({"a2", "b1", "c2"}), wide, 0.5)),
-              R"(\e[?2026h\e[?25l\e7\e[1B\r\e[1C2\e[2B\r\e[1C2\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[1C2\e[2B\r\e[1C2\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST(ProgressFrame, ErasesTheEndOfARowThatBecameShorterAndOfNoOther)
@@ -77,18 +77,18 @@ TEST(ProgressFrame, ErasesTheEndOfARowThatBecameShorterAndOfNoOther)
     progress_block block;
     block.frame("", rows({"a12", "b12"}), wide, 0);
     EXPECT_EQ(readable(block.frame("", rows({"a1", "b34"}), wide, 0.5)),
-              R"(\e[?2026h\e[?25l\e7\e[1B\r\e[2C\e[K\e[1B\r\e[1C34\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[2C\e[K\e[1B\r\e[1C34\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST(ProgressFrame, ColoursWhatItWritesAndSwitchesOff)
 {
     progress_block block;
     EXPECT_EQ(readable(block.frame("", {row("ab", "32")}, wide, 0)),
-              R"(\e[?2026h\e[?25l\e[K\x0b\e[1A\e7\r\n\e[32mab\e[0m\e[J\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e[K\x0b\e[1A\e7\r\n\e[32mab\e[0m\e[J\e8\e[?7h\e[?25h\e[?2026l)");
     EXPECT_EQ(readable(block.frame("", {row("ac", "32")}, wide, 0)),
-              R"(\e[?2026h\e[?25l\e7\e[1B\r\e[1C\e[32mc\e[0m\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[1C\e[32mc\e[0m\e8\e[?7h\e[?25h\e[?2026l)");
     EXPECT_EQ(readable(block.frame("", {row("ac", "33")}, wide, 0)),
-              R"(\e[?2026h\e[?25l\e7\e[1B\r\e[33mac\e[0m\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[33mac\e[0m\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST(ProgressFrame, InsertsALineWithoutDrawingRowsAgain)
@@ -97,8 +97,9 @@ TEST(ProgressFrame, InsertsALineWithoutDrawingRowsAgain)
     block.frame("", rows({"one", "two"}), wide, 0);
     EXPECT_EQ(readable(block.frame("log\n", rows({"one", "two"}), wide, 0.5)),
               R"(\e[?2026h\e[?25l\x0b\x0b\x0b\e[3A\e7\e[1L\rlog\e8\e[1B\e[?25h\e[?2026l)");
-    EXPECT_EQ(readable(block.frame("x\ny\n", rows({"one", "tw0"}), wide, 0.5)),
-              R"(\e[?2026h\e[?25l\x0b\x0b\x0b\x0b\e[4A\e7\e[2L\rx\r\ny\e8\e[2B\e7\e[2B\r\e[2C0\e8\e[?25h\e[?2026l)");
+    EXPECT_EQ(
+        readable(block.frame("x\ny\n", rows({"one", "tw0"}), wide, 0.5)),
+        R"(\e[?2026h\e[?25l\x0b\x0b\x0b\x0b\e[4A\e7\e[2L\rx\r\ny\e8\e[2B\e[?7l\e7\e[2B\r\e[2C0\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST(ProgressFrame, DrawsEverythingBelowALineThatMayTakeSeveralRows)
@@ -113,7 +114,7 @@ TEST(ProgressFrame, DrawsEverythingBelowALineThatMayTakeSeveralRows)
         block.frame("", rows({"one"}), wide, 0);
         EXPECT_EQ(readable(block.frame(text + "\n", rows({"one"}), wide, 0.5)),
                   R"(\e[?2026h\e[?25l)" + readable(text) + erased +
-                      R"(\r\n\e[K\x0b\e[1A\e7\r\none\e[J\e8\e[?25h\e[?2026l)");
+                      R"(\r\n\e[?7l\e[K\x0b\e[1A\e7\r\none\e[J\e8\e[?7h\e[?25h\e[?2026l)");
     }
 }
 
@@ -128,9 +129,9 @@ TEST(ProgressFrame, ErasesRowsThatAreGone)
     progress_block block;
     block.frame("", rows({"one", "two"}), wide, 0);
     EXPECT_EQ(readable(block.frame("", rows({"two"}), wide, 0)),
-              R"(\e[?2026h\e[?25l\e[K\x0b\e[1A\e7\r\ntwo\e[J\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e[K\x0b\e[1A\e7\r\ntwo\e[J\e8\e[?7h\e[?25h\e[?2026l)");
     EXPECT_EQ(readable(block.frame("two done\n", {}, wide, 0)),
-              R"(\e[?2026h\e[?25ltwo done\e[K\r\n\e[K\e[J\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\x0b\x0b\e[2A\e7\e[1L\rtwo done\e8\e[1B\e[K\e[J\e[?25h\e[?2026l)");
     EXPECT_FALSE(block.is_drawn());
 }
 
@@ -140,8 +141,29 @@ TEST(ProgressFrame, IsWholeAgainAfterASecond)
     block.frame("", rows({"a1"}), wide, 0);
     EXPECT_EQ(block.frame("", rows({"a2"}), wide, 0.99).find("\x1b[K"), std::string::npos);
     EXPECT_EQ(readable(block.frame("", rows({"a3"}), wide, 1)),
-              R"(\e[?2026h\e[?25l\e[K\x0b\e[1A\e7\r\na3\e[J\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25l\e[?7l\e[K\x0b\e[1A\e7\r\na3\e[J\e8\e[?7h\e[?25h\e[?2026l)");
     EXPECT_EQ(block.frame("", rows({"a4"}), wide, 1.99).find("\x1b[K"), std::string::npos);
+}
+
+TEST(ProgressFrame, LeavesACursorHiddenThatIsHidden)
+{
+    progress_block block;
+    EXPECT_EQ(readable(block.frame("", rows({"one"}), wide, 0, progress_block::cursor::hidden)),
+              R"(\e[?2026h\e[?7l\e[K\x0b\e[1A\e7\r\none\e[J\e8\e[?7h\e[?2026l)");
+}
+
+TEST(ProgressFrame, ChangesNoModeThatALongOneCouldLeaveBehind)
+{
+    for (std::size_t const characters : {1000U, 1007U, 1008U, 2000U}) { // of 1024 bytes, 17 are controls
+        progress_block block;
+        std::string const frame = block.frame("", rows({std::string(characters, 'x')}), {2100, 24}, 0);
+        bool const at_once = characters <= 1007;
+        EXPECT_EQ(frame.find("\x1b[?25l") != std::string::npos, at_once) << characters;
+        EXPECT_EQ(frame.find("\x1b[?25h") != std::string::npos, at_once) << characters;
+        EXPECT_EQ(frame.find("\x1b[?7l") != std::string::npos, at_once) << characters;
+        EXPECT_EQ(frame.find("\x1b[?7h") != std::string::npos, at_once) << characters;
+        EXPECT_NE(frame.find("\x1b[?2026l"), std::string::npos);
+    }
 }
 
 TEST(ProgressFrame, WipesWhatItDrewOnce)
@@ -370,6 +392,20 @@ void shows_nothing_else(unsigned seed, std::size_t least_columns, std::size_t lo
         ASSERT_EQ(terminal.screen.text(terminal.screen.cursor().row), "") << "seed " << seed << " step " << step;
         ASSERT_EQ(terminal.screen.lines_above(), above) << "seed " << seed << " step " << step;
     }
+}
+
+TYPED_TEST(ProgressOnScreen, KeepsHalfALineApartFromLinesThatComeWithAWholeFrame)
+{
+    Shown<TypeParam> shown;
+    shown.draw({"one", "two"});
+    shown.screen.write("half");
+    shown.now += 5;
+    shown.draw({"one", "two"}, "a line\n");
+    shown.resize(10, 30);
+    shown.draw({"one", "two"}, "another line\n");
+    shown.draw({"two"}, "one\n");
+    shown.screen.write(" and half\r\n");
+    EXPECT_EQ(shown.screen.lines_above(), (std::vector<std::string>{"a line", "another line", "one", "half and half"}));
 }
 
 TEST(ProgressResize, LeavesNoRemainsWhereLinesReflow)

@@ -63,6 +63,15 @@ TEST(ProgressLayout, SaysWhatItDoesNotKnow)
     EXPECT_EQ(refusal("ab}"), "progress layout: no { for the } at byte 2");
     EXPECT_EQ(refusal("a\nb"), "progress layout: control character at byte 1");
     EXPECT_EQ(refusal("a\x7f"), "progress layout: control character at byte 1");
+    EXPECT_EQ(refusal("a\u0080"), "progress layout: control character at byte 1");
+    EXPECT_EQ(refusal("a\u009f"), "progress layout: control character at byte 1");
+    EXPECT_EQ(refusal("a\u00a0é"), "");
+    EXPECT_EQ(refusal("{wide_bar} {wide_bar:.red}"), "progress layout: another {wide_bar:.red} at byte 11");
+}
+
+TEST(ProgressLayout, ShowsOnlyAsciiWhereThatIsAsked)
+{
+    EXPECT_EQ(painted(lay_out(progress_template("→ {msg} ✓"), facts_of(1, 2, "m"), in_ascii, 80)), "? m ?");
 }
 
 TEST(ProgressLayout, ShowsEachKey)

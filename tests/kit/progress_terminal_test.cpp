@@ -7,6 +7,7 @@
 #include "support/screen.hpp"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -21,6 +22,7 @@
 #include <thread>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -236,6 +238,75 @@ TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
     EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
 }
 
+TEST(ProgressTerminal, SharesTheRowsOfATerminalUnderItsOtherName)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress errors;
+        bar const one = errors.add(brief("one"));
+        multi_progress named({.descriptor = ::open("/dev/tty", O_RDWR | O_CLOEXEC)});
+        bar const two = named.add(brief("two"));
+        await_frame("two  0/10");
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+}
+
+TEST(ProgressTerminal, DoesNotWriteToWhatItsDescriptorHasBecome)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        int const terminal = ::dup(STDERR_FILENO);
+        {
+            multi_progress first({.descriptor = terminal});
+            bar const one = first.add(brief("one"));
+        }
+        ::close(terminal);
+        int ends[2];
+        if (::pipe(ends) != 0 || ends[0] != terminal) {
+            report("the pipe has another number");
+        }
+        ::dup2(ends[1], ends[0]);
+        multi_progress second;
+        bar const two = second.add(brief("two"));
+        await_frame("two  0/10");
+    });
+    EXPECT_EQ(run.report, "");
+    EXPECT_EQ(left_by(run), (Lines{"one 10/10", "two 10/10"}));
+}
+
+TEST(ProgressTerminal, LeavesACursorHiddenThatTheProgramHid)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        kestry::kit::hidden_cursor const none(std::cerr);
+        multi_progress group;
+        bar const files = group.add(brief("files"));
+        await_frame("files  0/10");
+        ::raise(SIGKILL);
+    });
+    EXPECT_FALSE(Screen{run.err}.cursor_visible());
+    EXPECT_EQ(count(run.err, "\x1b[?25h"), 0U);
+}
+
+TEST(ProgressTerminal, PrintsALineThatWaitedForOneOfTheKit)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        multi_progress group;
+        {
+            bar const files = group.add({.message = "files", .when_ended = leaving::nothing}); // starts the thread
+        }
+        {
+            kestry::kit::line open(std::cerr);
+            open << "open\n";
+            std::thread([&group] { group.println("printed"); }).join();
+        }
+        await_frame("printed\n");
+    });
+    EXPECT_EQ(left_by(run), (Lines{"open", "printed"}));
+}
+
 TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
 {
     Outcome const run = run_with(on_error_terminal, [] {
@@ -250,7 +321,7 @@ TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
         group.println("printed");
         kestry::kit::line(std::cerr) << "a line\n";
     });
-    EXPECT_EQ(left_by(run), (Lines{"a line", "another line", "printed", "a line", "half files 10/10"}));
+    EXPECT_EQ(left_by(run), (Lines{"a line", "another line", "printed", "a line", "files 10/10", "half"}));
     expect_tidy(run);
 }
 
@@ -455,6 +526,27 @@ TEST(ProgressEnd, AbandonsBarsAtAnExceptionAndAtExit)
     expect_tidy(left);
 }
 
+TEST(ProgressEnd, DoesNotWaitForALineOfAnotherThread)
+{
+    Outcome const run = run_with(on_error_terminal, [] {
+        use_environment();
+        auto& group = *new multi_progress; // a group that ends would wait
+        auto& files = *new bar(group.add(brief("files")));
+        files.inc();
+        await_frame("files  1/10");
+        std::atomic<bool> has_a_line = false;
+        std::thread([&has_a_line] {
+            kestry::kit::line const open(std::cerr);
+            has_a_line = true;
+            has_a_line.notify_one();
+            ::pause();
+        }).detach();
+        has_a_line.wait(false);
+        std::exit(7);
+    });
+    EXPECT_EQ(run.status, 7);
+}
+
 TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
 {
     for (bool const handle_first : {false, true}) {
@@ -570,7 +662,7 @@ TEST(ProgressStop, WipesTheRowsIfItIsAskedToAndDrawsThemAgain)
         ::raise(SIGKILL);
     });
     EXPECT_EQ(run.report, "");
-    EXPECT_EQ(count(run.err, "\x1b[J\x1b[?25h\x1b[?2026l"), 2U);
+    EXPECT_EQ(count(run.err, "\x1b[J\x1b[?7h\x1b[?25h\x1b[?2026l"), 2U);
     EXPECT_EQ(left_by(run), (Lines{"stopped", "stopped", "", "files  0/10"}));
 }
 

@@ -6,6 +6,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <forward_list>
 #include <limits>
 #include <memory>
@@ -80,6 +81,28 @@ TEST_F(Progress, ShowsItselfAfter200Milliseconds)
     EXPECT_EQ(rows(), Lines{"files [..............................................]   0%  0/10    --/s --:--"});
 }
 
+TEST_F(Progress, ShowsShortBarsThatFollowEachOther)
+{
+    multi_progress group(on_it());
+    for (int i = 1; i <= 3; ++i) {
+        bar const part = group.add({.message = "part " + std::to_string(i), .length = 10, .row = brief});
+        after(group, 90ms);
+    }
+    EXPECT_EQ(above(), (Lines{"part 1 10/10", "part 2 10/10"}));
+    EXPECT_EQ(rows(), Lines{"part 3  0/10"});
+}
+
+TEST_F(Progress, WaitsAgainForABarThatComesLater)
+{
+    multi_progress group(on_it());
+    static_cast<void>(group.add({.message = "one", .length = 10, .row = brief}));
+    after(group, 200ms);
+    after(group, 100ms);
+    bar const two = group.add({.message = "two", .length = 10, .row = brief});
+    EXPECT_EQ(after(group, 199ms), "");
+    EXPECT_NE(after(group, 1ms), "");
+}
+
 TEST_F(Progress, DrawsAtMost12FramesASecond)
 {
     multi_progress group(on_it());
@@ -113,7 +136,7 @@ TEST_F(Progress, TurnsASpinnerTenTimesASecond)
     bar const scan = group.add({.message = "scan", .row = layout("{spinner} {msg}")});
     after(group, 200ms);
     EXPECT_EQ(rows(), Lines{"- scan"});
-    EXPECT_EQ(readable(after(group, 100ms)), R"(\e[?2026h\e[?25l\e7\e[1B\r\ scan\e8\e[?25h\e[?2026l)");
+    EXPECT_EQ(readable(after(group, 100ms)), R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\ scan\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST_F(Progress, LeavesOutAFrameThatTheTerminalDoesNotTake)
@@ -334,6 +357,23 @@ TEST_F(Progress, StartsAgainAfterReset)
     EXPECT_EQ(rows(), Lines{" 0 00:01    --/s"});
 }
 
+TEST_F(Progress, LeavesARowAsItWasWhenTheBarEnded)
+{
+    multi_progress group(on_it());
+    bar const files = group.add({.message = "file 1", .length = 10, .row = brief});
+    after(group, 200ms);
+    files.finish();
+    files.set_message("file 2");
+    files.reset();
+    files.inc(3);
+    files.abandon();
+    files.set_message("file 3");
+    files.reset();
+    after(group, 100ms);
+    EXPECT_EQ(above(), (Lines{"file 1 10/10", "file 2  3/10"}));
+    EXPECT_EQ(rows(), Lines{"file 3  0/10"});
+}
+
 TEST_F(Progress, OutlivesItsGroupInSilence)
 {
     bar left;
@@ -380,6 +420,19 @@ TEST_F(Progress, ShowsRateAndTimeLeft)
     EXPECT_EQ(rows(), Lines{" 10.0/s 00:36"});
     after(group, 200ms);
     EXPECT_EQ(rows(), Lines{" 0.00/s --:--"});
+}
+
+TEST_F(Progress, CountsNoStepsThatOnlyTheEndPassed)
+{
+    multi_progress group(on_it());
+    bar const files = group.add({.message = "files", .length = 1000, .row = layout("{percent} {rate}")});
+    for (int i = 0; i < 50; ++i) {
+        files.inc();
+        after(group, 100ms);
+    }
+    files.finish();
+    after(group, 100ms);
+    EXPECT_EQ(above(), Lines{"100%  10.0/s"});
 }
 
 TEST_F(Progress, TakesTheLargestNumbers)
@@ -494,7 +547,7 @@ TEST_F(Progress, IsSilentInTheBackground)
     EXPECT_EQ(terminal->taken(), "a line\n");
     terminal->foreground = true;
     EXPECT_EQ(readable(after(group, 1s)),
-              R"(\e[?2026h\e[?25la 10/10\e[K\r\n\e[K\x0b\e[1A\e7\r\nb  0/10\e[J\e8\e[?25h\e[?2026l)");
+              R"(\e[?2026h\e[?25la 10/10\e[K\r\n\e[?7l\e[K\x0b\e[1A\e7\r\nb  0/10\e[J\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST_F(Progress, EndsInTheBackgroundInSilence)
@@ -528,6 +581,18 @@ TEST_F(Progress, WritesLinesAtTheStartAtEachTenthAndAtTheEnd)
         EXPECT_EQ(terminal->taken(), "a line\n");
     }
     EXPECT_EQ(terminal->taken(), "copy: done, 40.0 MiB in 00:03\n");
+}
+
+TEST_F(Progress, StartsNoLineInASuspension)
+{
+    multi_progress group(as_lines());
+    {
+        suspension const child = group.suspend();
+        static_cast<void>(group.add("files", 10));
+        EXPECT_EQ(terminal->taken(), "");
+    }
+    after(group, 1s);
+    EXPECT_EQ(terminal->all, "files: 0%, 0 of 10\nfiles: done, 10 in 00:00\n");
 }
 
 TEST_F(Progress, WritesALineEveryTenSecondsIfItAdvanced)
@@ -599,6 +664,22 @@ TEST_F(Progress, EndsManyBarsInBoundedMemory)
 // Ranges
 // ---------------------------------------------------------------------------------------------
 
+TEST_F(Progress, LeavesOutTheOldestRowsOfManyThatNobodyCouldSee)
+{
+    multi_progress group(on_it());
+    terminal->foreground = false;
+    for (int i = 1; i <= 1200; ++i) {
+        static_cast<void>(group.add({.message = std::to_string(i), .length = 10, .row = layout("{msg}")}));
+    }
+    terminal->foreground = true;
+    after(group, 1s);
+    Lines const lines = above();
+    ASSERT_EQ(lines.size(), 1U + 1200U - 512U);
+    EXPECT_EQ(lines[0], "+512 more");
+    EXPECT_EQ(lines[1], "513");
+    EXPECT_EQ(lines.back(), "1200");
+}
+
 TEST_F(Progress, CountsTheElementsOfARange)
 {
     std::vector<int> items = {1, 2, 3};
@@ -610,6 +691,15 @@ TEST_F(Progress, CountsTheElementsOfARange)
     EXPECT_EQ(seen, (std::vector{1, 2, 3}));
     EXPECT_EQ(items, (std::vector{0, 0, 0})); // they are the caller's own
     EXPECT_EQ(terminal->all, "items [################################################] 100% 3/3    --/s 00:00\n");
+}
+
+TEST_F(Progress, CountsARangeWhoseEndsAreFunctionsBesideIt)
+{
+    int entries = 0;
+    for (auto const& entry : track(std::filesystem::directory_iterator("/proc/self/task"), "tasks", on_it())) {
+        entries += entry.is_directory() ? 1 : 0;
+    }
+    EXPECT_EQ(entries, 1);
 }
 
 TEST_F(Progress, AbandonsARangeThatIsLeft)

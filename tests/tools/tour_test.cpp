@@ -68,7 +68,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   cout << rgb{255, 95, 175} << "24 bits" << reset << '\n';      24 bits
 
   24-bit colours                                                       2 of 12
-  Any of 16 million colours, before and behind the text.
+  Any of 16 million colours, for the text and for its ground.
 
   int shade = 0;
   for (char const c : std::string(" from nightfall until noon ")) {
@@ -191,7 +191,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   0000000c: ff              .
 
   The kit: live bars                                                  12 of 12
-  From any thread, lines above them, tidy after every end.
+  Moved on by any thread, with lines above them, and tidy however they end.
 
   progress::multi_progress group(how);
   auto const images = group.add("images", 3);

@@ -27,6 +27,7 @@
 ///   - TERM has a part "256color" or "256": 256 colours.
 ///   - TERM_PROGRAM is iTerm.app or Apple_Terminal: 256 colours.
 ///   - 16 colours.
+///
 /// GNU screen passes no more than 256 colours on: TERM starts with "screen", and TERM_PROGRAM is not tmux.
 ///
 /// A variable that is not set is as good as an empty one. The environment is read when a policy is made, and not again.

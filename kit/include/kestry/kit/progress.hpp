@@ -10,12 +10,15 @@
 ///     for (auto& name : progress::track(names, "hashing")) hash(name); // the one-line form
 ///
 /// \name On a terminal
-/// The bars stand below the cursor, which rests in a line of its own above them: what other code writes, what the user
-/// types and a child's message land there and are kept. One write(2) a frame, in synchronised output; only what
-/// changed in it; at most 12 a second, the first after 200 ms, none while nothing visible changes. The cursor is hidden
-/// inside of a frame only, so no end of the program leaves it hidden. The size is read at each frame; the last column
-/// and the topmost row stay free. Bars that do not fit are counted: "+3 more". An ended bar leaves its row above.
-/// Nothing is drawn while the process is in the background, and what it was stopped for is no part of a rate.
+/// The bars stand below the cursor, which rests in a line of its own above them: what other code writes and what the user
+/// types lands there and is kept, as far as it fits in that line. What takes more needs println, line or suspend: its
+/// further lines are written over rows. One write(2) a frame, in synchronised output; only what changed in it; at most
+/// 12 a second, the first after 200 ms, none while nothing visible changes. The cursor is hidden and lines are not
+/// wrapped inside of a frame only, and of a short one, so no end of the program leaves the terminal so. The size is
+/// read at each frame; the last column and the topmost row stay free. Bars that do not fit are counted: "+3 more". An
+/// ended bar leaves its row above. Nothing is drawn while the process is in the background; the rows of bars that end
+/// there come when it is back, of very many the latest. What the process was stopped for is no part of a rate, unless
+/// the program draws itself.
 ///
 /// \name Elsewhere: in a pipe or a file, with TERM=dumb, with CI in the environment
 /// No control character: a line when a bar starts, at each tenth or every ten seconds, and when it ends.
@@ -50,6 +53,21 @@ class progress_template;
 struct alignas(64) progress_counter {
     std::atomic<std::uint64_t> position = 0;
 };
+
+// The ends of a range as a loop finds them: some have functions beside them, as directory_iterator has.
+template <typename Range>
+auto begin_of(Range& range)
+{
+    using std::begin;
+    return begin(range);
+}
+
+template <typename Range>
+auto end_of(Range& range)
+{
+    using std::end;
+    return end(range);
+}
 
 } // namespace kestry::kit::detail
 
@@ -92,7 +110,8 @@ inline constexpr std::uint64_t unknown = std::numeric_limits<std::uint64_t>::max
 ///
 /// A key takes a width in columns and a colour: {msg:20}, {msg:>20} right-aligned, {bar:30.green}, {eta:.dim}. Colours
 /// are red, green, yellow, blue, magenta, cyan, and bold and dim beside them. "{{" and "}}" are braces.
-/// Where a row does not fit, {wide_bar} shrinks, then {msg}, and then keys leave from the right.
+/// Where a row does not fit, {wide_bar}, of which there is one at most, shrinks, then {msg}, and then keys leave from
+/// the right.
 ///
 /// `layout("{msg} {wide_bar} {percent}")`
 class layout {
@@ -181,7 +200,7 @@ public:
 struct options {
     int descriptor = 2; ///< Standard error. Its groups, and those of one terminal, share rows and thread.
     mode shown = mode::automatic;
-    drawing drawn_by = drawing::thread; ///< The first group of a descriptor decides.
+    drawing drawn_by = drawing::thread; ///< The first group of a descriptor decides, also about ascii.
     std::shared_ptr<draw_target> target =
         {};             ///< In place of the descriptor; nothing is shared then. Live unless shown says plain or off.
     bool color = true;  ///< With a target; a descriptor asks color_policy.
@@ -236,6 +255,7 @@ public:
 
 private:
     std::shared_ptr<detail::progress_display> display;
+    std::size_t group = 0;
     mode how_shown = mode::off;
 };
 
@@ -249,8 +269,8 @@ void wipe_on_signals() noexcept;
 /// A range whose elements are counted by a bar as a loop passes them. See track.
 template <typename Range>
 class tracked {
-    using inner = decltype(std::begin(std::declval<Range&>()));
-    using end_of_inner = decltype(std::end(std::declval<Range&>()));
+    using inner = decltype(detail::begin_of(std::declval<Range&>()));
+    using end_of_inner = decltype(detail::end_of(std::declval<Range&>()));
 
 public:
     struct sentinel {
@@ -289,8 +309,8 @@ public:
     tracked(tracked const&) = delete;
     tracked& operator=(tracked const&) = delete;
 
-    iterator begin() { return iterator(std::begin(range), *this); }
-    sentinel end() { return {std::end(range)}; }
+    iterator begin() { return iterator(detail::begin_of(range), *this); }
+    sentinel end() { return {detail::end_of(range)}; }
 
 private:
     static std::uint64_t length_of(Range& elements)
