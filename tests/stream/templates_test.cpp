@@ -1,6 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
-#include "failing.hpp"
+#include "support/buffers.hpp"
 #include "support/isatty_calls.hpp"
 #include "support/process.hpp"
 #include "support/readable.hpp"
@@ -47,7 +47,9 @@ TEST(ColorizedTemplate, HasTheChangeThatCameBeforeTheWriteThatThrew)
         auto const run = on_terminal([&] {
             std::cerr << colorize << red << on_blue;
             {
-                Failing const failing(std::cerr, std::ios_base::badbit);
+                SmallBuffer full(0);
+                WithBuffer const failing(std::cerr, &full);
+                std::cerr.exceptions(std::ios_base::badbit);
                 try {
                     std::cerr << write;
                 } catch (std::ios_base::failure const&) {
