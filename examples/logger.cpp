@@ -23,7 +23,7 @@ enum class Level { debug, info, warning, error };
 
 class Log {
 public:
-    Log(std::ostream& stream, bool in_colour) : os(stream) { colours.useColor(in_colour); }
+    Log(std::ostream& stream, bool in_color) : os(stream) { colors.useColor(in_color); }
 
     // The whole line in one insertion, so that a stream without a buffer writes it at once and other
     // processes cannot come between. The lock also covers the string interface: its switch has none.
@@ -56,7 +56,7 @@ private:
 
     std::mutex mutex;
     std::ostream& os;
-    kestry::Hueline colours; // puts the switch back when the log goes, so it has to live as long
+    kestry::Hueline colors; // puts the switch back when the log goes, so it has to live as long
 };
 
 // Takes the level off the head of a line.

@@ -3,7 +3,7 @@
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 for_build=(g++ cmake ninja-build libutf8proc-dev)
-for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils strace libgtest-dev libvterm-dev librapidcheck-dev
+for_tests=("${for_build[@]}" clang libclang-rt-dev pkgconf binutils qemu-user libgtest-dev libvterm-dev librapidcheck-dev
     libfmt-dev unicode-data xxd bsdextrautils)
 
 # What was compiled once is not compiled again, where ccache is there: in another folder too.

@@ -30,8 +30,8 @@ enum class Argument {
     states,           ///< Bits of a stream's error state.
     colorize_word,    ///< Mostly as the library sets it.
     code,             ///< An SGR number.
-    colour_of_eight,  ///< What next takes: mostly one that there is.
-    vga_colour,       ///< The same of the sixteen.
+    color_of_eight,   ///< What next takes: mostly one that there is.
+    vga_color,        ///< The same of the sixteen.
     milliseconds,     ///< A quarter of a second at most.
     seconds,          ///< A time from 1901 to 2038.
     minutes,          ///< That a time zone is ahead.
@@ -69,14 +69,14 @@ struct Example {
     std::vector<int> numbers = {};
     std::vector<std::string> texts = {}; ///< Longer than a string that needs no memory of its own.
 
-    std::string plain = {};                  ///< What it writes or returns without colour: where the gate refuses.
-    std::string coloured = {};               ///< With colour: where the gate passes, the record being as at load, ...
-    std::string coloured_after_changes = {}; ///< ... and after everything was changed.
+    std::string plain = {};                 ///< What it writes or returns without colour: where the gate refuses.
+    std::string colored = {};               ///< With colour: where the gate passes, the record being as at load, ...
+    std::string colored_after_changes = {}; ///< ... and after everything was changed.
     Records record_where_plain = {};
-    Records record_where_coloured = {};
+    Records record_where_colored = {};
 
     Needs needs_where_plain = Needs::nothing;
-    Needs needs_where_coloured = Needs::nothing;
+    Needs needs_where_colored = Needs::nothing;
     bool in_steps = false;          ///< Changes the record after its first byte.
     bool told_by_the_model = false; ///< Too long for a row, or another one each time: no text stands here.
 };

@@ -59,10 +59,10 @@ std::unique_ptr<Hueline> copy_of(Hueline const& object)
 
 std::string const words = "a text of thirty-two characters.";
 
-Example gives(std::string const& coloured, std::string const& plain, std::vector<int> const& numbers = {},
+Example gives(std::string const& colored, std::string const& plain, std::vector<int> const& numbers = {},
               std::vector<std::string> const& texts = {})
 {
-    return {.numbers = numbers, .texts = texts, .plain = plain, .coloured = coloured};
+    return {.numbers = numbers, .texts = texts, .plain = plain, .colored = colored};
 }
 
 Example gives_sequence(std::string const& sequence, std::vector<int> const& numbers = {})
@@ -89,9 +89,9 @@ Row role(int number, std::string const& name, std::string const& before, std::st
 }
 
 template <std::string (*function)()>
-Row sequence(int number, std::string const& name, std::string const& coloured)
+Row sequence(int number, std::string const& name, std::string const& colored)
 {
-    return {number, name, {scope + name}, {}, of_nothing<function>, gives_sequence(coloured)};
+    return {number, name, {scope + name}, {}, of_nothing<function>, gives_sequence(colored)};
 }
 
 // What a program does around the library.
@@ -144,7 +144,7 @@ std::vector<Row> make_rows()
         {17, "color() of four", {scope + "Hueline::color(int, int, int, int)"}, {number, number, number, number}, [](Program& p, Step const& step) { p.result = Hueline::color(step.numbers[0], step.numbers[1], step.numbers[2], step.numbers[3]); }, gives_sequence(R"(\e[300;2;10;-20;2147483647m)", {300, 10, -20, 2147483647})},
         {18, "color() of three", {scope + "Hueline::color(int, int, int)"},     {number, number, number}, [](Program& p, Step const& step) { p.result = Hueline::color(step.numbers[0], step.numbers[1], step.numbers[2]); },    gives_sequence(R"(\e[38;2;100;20;255m)", {100, 20, 255})},
         {19, "color_bg()",       {scope + "Hueline::color_bg(int, int, int)"},  {number, number, number}, [](Program& p, Step const& step) { p.result = Hueline::color_bg(step.numbers[0], step.numbers[1], step.numbers[2]); }, gives_sequence(R"(\e[48;2;100;20;255m)", {100, 20, 255})},
-        {20, "color() of VGA",   {scope + "Hueline::color(kestry::HexColor_VGA const&)"}, {vga_colour}, [](Program& p, Step const& step) { p.result = Hueline::color(static_cast<HexColor_VGA>(step.numbers[0])); }, gives_sequence(R"(\e[48;2;192;192;192m)", {7}), 16},
+        {20, "color() of VGA",   {scope + "Hueline::color(kestry::HexColor_VGA const&)"}, {vga_color}, [](Program& p, Step const& step) { p.result = Hueline::color(static_cast<HexColor_VGA>(step.numbers[0])); }, gives_sequence(R"(\e[48;2;192;192;192m)", {7}), 16},
         {21, "color() of a byte",        {scope + "Hueline::color(kestry::HexColor const&, unsigned char)"},             {code, byte}, [](Program& p, Step const& step) { p.result = Hueline::color(code_of(step), static_cast<unsigned char>(step.numbers[1])); },        gives(R"(\e[-2147483647mab)", "ab", {-2147483647, 0xab})},
         {22, "bright_color() of a byte", {scope + "Hueline::bright_color(kestry::HexColor const&, unsigned char)"},      {code, byte}, [](Program& p, Step const& step) { p.result = Hueline::bright_color(code_of(step), static_cast<unsigned char>(step.numbers[1])); }, gives(R"(\e[1m\e[-2147483647m0f\e[2m)", "0f", {-2147483647, 0x0f})},
         {23, "color() of a text",        {scope + "Hueline::color(kestry::HexColor const&, std::string const&)"},        {code, text}, [](Program& p, Step const& step) { p.result = Hueline::color(code_of(step), step.texts[0]); },        gives(red + words, words, {31}, {words})},

@@ -35,7 +35,7 @@ TEST(OperationsOfTheStringInterface, ReturnWhatTheirRowsSay)
         }
         for (Mode const m : every_mode) {
             InMode const mode(m);
-            EXPECT_EQ(readable(result_of_example(each)), m == Mode::on ? each.example.coloured : each.example.plain)
+            EXPECT_EQ(readable(result_of_example(each)), m == Mode::on ? each.example.colored : each.example.plain)
                 << each.name;
             EXPECT_EQ(Hueline::isUsingColor(), m == Mode::on) << each.name;
             EXPECT_EQ(Hueline::getNoFrillsMode(), m == Mode::no_frills) << each.name;

@@ -108,34 +108,34 @@ std::vector<std::string> dump_symbols(std::string const& parameters)
 // ---------------------------------------------------------------------------------------------
 
 // Past the record.
-Example writes(std::string const& coloured, std::string const& plain_text = "")
+Example writes(std::string const& colored, std::string const& plain_text = "")
 {
-    return {.plain = plain_text, .coloured = coloured, .coloured_after_changes = coloured};
+    return {.plain = plain_text, .colored = colored, .colored_after_changes = colored};
 }
 
 // Past the record and the gate.
 Example writes_anywhere(std::string const& text, Needs needs = Needs::nothing)
 {
     Example example = writes(text, text);
-    example.needs_where_plain = example.needs_where_coloured = needs;
+    example.needs_where_plain = example.needs_where_colored = needs;
     return example;
 }
 
 // A sequence with numbers that are insertions into the stream.
-Example writes_numbers(std::vector<int> const& numbers, std::string const& coloured)
+Example writes_numbers(std::vector<int> const& numbers, std::string const& colored)
 {
-    Example example = writes(coloured);
+    Example example = writes(colored);
     example.numbers = numbers;
-    example.needs_where_coloured = Needs::numbers;
+    example.needs_where_colored = Needs::numbers;
     return example;
 }
 
 // An attribute, as the whole rendition.
 Example shows(Records const& rendition)
 {
-    return {.coloured = rendition.at_load,
-            .coloured_after_changes = rendition.after_changes,
-            .record_where_coloured = rendition};
+    return {.colored = rendition.at_load,
+            .colored_after_changes = rendition.after_changes,
+            .record_where_colored = rendition};
 }
 
 // The same, and remembered where the gate refuses.
@@ -152,9 +152,9 @@ Example foreground(std::string const& sequence, std::string const& content = "")
     Records const rendition = {R"(\e[00m\e[1m)" + sequence,
                                R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m)" + sequence + R"(\e[44m)"};
     return {.plain = content,
-            .coloured = rendition.at_load + content,
-            .coloured_after_changes = rendition.after_changes + content,
-            .record_where_coloured = rendition};
+            .colored = rendition.at_load + content,
+            .colored_after_changes = rendition.after_changes + content,
+            .record_where_colored = rendition};
 }
 
 Example background(std::string const& sequence)
@@ -171,17 +171,17 @@ Example marked(std::string const& sequence, std::string const& text)
     std::string const bold_and_dark = R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m)" + sequence + R"(\e[44m)";
     return {.texts = {text},
             .plain = text,
-            .coloured = bold_at_load + bold_at_load + text + dark_at_load,
-            .coloured_after_changes = changed + bold_and_dark + text + bold_and_dark,
+            .colored = bold_at_load + bold_at_load + text + dark_at_load,
+            .colored_after_changes = changed + bold_and_dark + text + bold_and_dark,
             .record_where_plain = {R"(\e[00m\e[1m\e[2m)", R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[31m\e[44m)"},
-            .record_where_coloured = {dark_at_load, bold_and_dark},
+            .record_where_colored = {dark_at_load, bold_and_dark},
             .in_steps = true};
 }
 
-Example told_by_the_model(Needs where_plain, Needs where_coloured)
+Example told_by_the_model(Needs where_plain, Needs where_colored)
 {
     return {.needs_where_plain = where_plain,
-            .needs_where_coloured = where_coloured,
+            .needs_where_colored = where_colored,
             .in_steps = true,
             .told_by_the_model = true};
 }
@@ -193,10 +193,10 @@ Example with(Example example, std::vector<int> const& numbers, std::vector<std::
     return example;
 }
 
-Example needing(Example example, Needs where_plain, Needs where_coloured)
+Example needing(Example example, Needs where_plain, Needs where_colored)
 {
     example.needs_where_plain = where_plain;
-    example.needs_where_coloured = where_coloured;
+    example.needs_where_colored = where_colored;
     return example;
 }
 
@@ -212,26 +212,26 @@ Row manipulator(int number, std::string const& name, Example const& example, int
 
 // Without a number, or with one or two. The control that another calls has its number too.
 template <std::ostream& (*inserted)(std::ostream&)>
-Row control(int number, std::string const& name, std::string const& coloured, Needs needs = Needs::nothing)
+Row control(int number, std::string const& name, std::string const& colored, Needs needs = Needs::nothing)
 {
-    return manipulator<inserted>(number, name, needing(writes(coloured), Needs::nothing, needs));
+    return manipulator<inserted>(number, name, needing(writes(colored), Needs::nothing, needs));
 }
 
 template <class Value>
-Row control(int number, std::string const& name, int n, std::string const& coloured)
+Row control(int number, std::string const& name, int n, std::string const& colored)
 {
-    return {number, name, insertion_symbol(name), {Argument::number}, of_one<Value>, writes_numbers({n}, coloured)};
+    return {number, name, insertion_symbol(name), {Argument::number}, of_one<Value>, writes_numbers({n}, colored)};
 }
 
 template <class Value>
-Row position(int number, std::string const& name, int row, int col, std::string const& coloured)
+Row position(int number, std::string const& name, int row, int col, std::string const& colored)
 {
     return {number,
             name,
             insertion_symbol(name),
             {Argument::number, Argument::number},
             of_two<Value>,
-            writes_numbers({row, col}, coloured)};
+            writes_numbers({row, col}, colored)};
 }
 
 std::string const words = "a text of thirty-two characters.";
@@ -251,16 +251,16 @@ Row digits(int number, std::string const& name, Argument argument, int n, Exampl
 }
 
 template <std::ostream& (*inserted)(std::ostream&)>
-Row pattern(int number, std::string const& name, Needs where_plain, Needs where_coloured, int weight = 3)
+Row pattern(int number, std::string const& name, Needs where_plain, Needs where_colored, int weight = 3)
 {
-    return manipulator<inserted>(number, name, told_by_the_model(where_plain, where_coloured), weight);
+    return manipulator<inserted>(number, name, told_by_the_model(where_plain, where_colored), weight);
 }
 
 // One that prints as well.
 template <std::ostream& (*inserted)(std::ostream&)>
-Row printing_pattern(int number, std::string const& name, Needs where_plain, Needs where_coloured, int weight = 3)
+Row printing_pattern(int number, std::string const& name, Needs where_plain, Needs where_colored, int weight = 3)
 {
-    Row row = pattern<inserted>(number, name, where_plain, where_coloured, weight);
+    Row row = pattern<inserted>(number, name, where_plain, where_colored, weight);
     row.act = printed<inserted>;
     return row;
 }
@@ -279,12 +279,12 @@ std::vector<Row> make_rows()
         Example example = foreground(R"(\e[35m)");
         example.texts = {words};
         example.plain = dump_of_text;
-        example.coloured = R"(\e[00m\e[1m\e[35m\e[00m\e[1m\e[35m)" + dump_of_text;
-        example.coloured_after_changes = R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)"
-                                         R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)" +
-                                         dump_of_text;
+        example.colored = R"(\e[00m\e[1m\e[35m\e[00m\e[1m\e[35m)" + dump_of_text;
+        example.colored_after_changes = R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)"
+                                        R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)" +
+                                        dump_of_text;
         example.record_where_plain.after_changes = R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[31m\e[44m)";
-        example.record_where_coloured.after_changes = R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)";
+        example.record_where_colored.after_changes = R"(\e[00m\e[1m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)";
         example.in_steps = true;
         return example;
     }();
@@ -292,52 +292,51 @@ std::vector<Row> make_rows()
         Example example = foreground(R"(\e[35m)");
         example.texts = {words};
         example.plain = dump_of_text;
-        example.coloured = R"(\e[00m\e[1m\e[35m\e[00m\e[1m\e[2m\e[35m)" + dump_of_text;
-        example.coloured_after_changes = R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)"
-                                         R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)" +
-                                         dump_of_text;
+        example.colored = R"(\e[00m\e[1m\e[35m\e[00m\e[1m\e[2m\e[35m)" + dump_of_text;
+        example.colored_after_changes = R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)"
+                                        R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[35m\e[44m)" +
+                                        dump_of_text;
         example.record_where_plain.at_load = R"(\e[00m\e[1m\e[2m)";
-        example.record_where_coloured.at_load = R"(\e[00m\e[1m\e[2m\e[35m)";
+        example.record_where_colored.at_load = R"(\e[00m\e[1m\e[2m\e[35m)";
         example.in_steps = true;
         return example;
     }();
     auto const command_line = [] {
         Example example = foreground(R"(\e[37m)", words);
-        example.coloured += R"(\e[00m\e[25h)";
-        example.coloured_after_changes += R"(\e[00m\e[25h)";
-        example.record_where_plain = example.record_where_coloured = {record_at_load, record_at_load};
+        example.colored += R"(\e[00m\e[25h)";
+        example.colored_after_changes += R"(\e[00m\e[25h)";
+        example.record_where_plain = example.record_where_colored = {record_at_load, record_at_load};
         example.in_steps = true;
         return example;
     }();
     auto const reset_record = [] {
         Example example = writes(R"(\e[00m\e[25h)");
-        example.record_where_plain = example.record_where_coloured = {record_at_load, record_at_load};
+        example.record_where_plain = example.record_where_colored = {record_at_load, record_at_load};
         example.in_steps = true;
         return example;
     }();
     // What was saved at load is what there was at load.
     auto const pulled = [] {
         Example example;
-        example.record_where_coloured = {record_at_load, record_at_load};
+        example.record_where_colored = {record_at_load, record_at_load};
         return example;
     }();
     // White on green, and two lines.
     auto const green_template = [](std::string const& lines) {
         Example example = writes(R"(\e[00m\e[1m\e[37m\e[00m\e[1m\e[37m\e[42m)" + lines);
-        example.coloured_after_changes = R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[44m)"
-                                         R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[42m)" +
-                                         lines;
-        example.record_where_coloured = {R"(\e[00m\e[1m\e[37m\e[42m)",
-                                         R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[42m)"};
-        example.needs_where_coloured = Needs::line_ends;
+        example.colored_after_changes = R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[44m)"
+                                        R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[42m)" +
+                                        lines;
+        example.record_where_colored = {R"(\e[00m\e[1m\e[37m\e[42m)", R"(\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[42m)"};
+        example.needs_where_colored = Needs::line_ends;
         example.in_steps = true;
         return example;
     };
     auto const version_tag = [] {
         Example example = foreground(R"(\e[37m)");
         example.plain = "Hueline ver. 0.2.2-r0";
-        example.coloured = R"(Hueline ver. \e[00m\e[1m\e[37m0.2.2-r0)";
-        example.coloured_after_changes = R"(Hueline ver. \e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[44m0.2.2-r0)";
+        example.colored = R"(Hueline ver. \e[00m\e[1m\e[37m0.2.2-r0)";
+        example.colored_after_changes = R"(Hueline ver. \e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[37m\e[44m0.2.2-r0)";
         example.in_steps = true;
         return example;
     }();
@@ -408,7 +407,7 @@ std::vector<Row> make_rows()
         manipulator<on_cyan>   (51, "on_cyan",    background(R"(\e[46m)")),
         manipulator<on_white>  (52, "on_white",   background(R"(\e[47m)")),
         manipulator<on_black>  (53, "on_black",   background(R"(\e[40m)")),
-        {54, "next", {scope + "next(std::ostream&, int, bool)"}, {colour_of_eight, flag},
+        {54, "next", {scope + "next(std::ostream&, int, bool)"}, {color_of_eight, flag},
          [](StreamProgram& p, Step const& step) { p.returned = &kestry::Hueline::next(*p.os, step.numbers[0], step.numbers[1] != 0); },
          with(background(R"(\e[43m)"), {3, 1}), 12},
         {55, "col()", {scope + "col(std::string const&)"}, {text}, [](StreamProgram& p, Step const& step) { p.result = col(step.texts[0]); }, with(writes_anywhere("a text of "), {}, {words})},

@@ -149,9 +149,9 @@ TEST_P(OperationsOfTheStreamInterface, WriteAndChangeWhatTheirRowsSay)
                 continue;
             }
             Example const& row = each.example;
-            std::string const bytes = in_mode(place, place.passes ? row.coloured : row.plain);
-            std::string const later = in_mode(place, place.passes ? row.coloured_after_changes : row.plain);
-            Records const& records = place.passes ? row.record_where_coloured : row.record_where_plain;
+            std::string const bytes = in_mode(place, place.passes ? row.colored : row.plain);
+            std::string const later = in_mode(place, place.passes ? row.colored_after_changes : row.plain);
+            Records const& records = place.passes ? row.record_where_colored : row.record_where_plain;
             Effect const at_load = effect_of(each, place, false);
             expect_same(each.name, bytes, at_load.bytes);
             expect_same(each.name + ", adjust after it", records.at_load, at_load.record);

@@ -98,13 +98,13 @@ void write_stream_form(std::ostream& os, Role const& role)
 std::ostream& themes(std::ostream& os)
 {
     os << reset;
-    bool const in_colour = kestry::kit::depth_of(os) != kestry::kit::color_depth::none && !_getNoFrillsMode();
+    bool const in_color = kestry::kit::depth_of(os) != kestry::kit::color_depth::none && !_getNoFrillsMode();
 
-    std::string const heading = "string form";
+    std::string const heading = "string interface";
     write_name(os, "role");
-    os << heading << blanks(form_width, heading.size()) << "stream form" << std::endl;
+    os << heading << blanks(form_width, heading.size()) << "stream interface" << std::endl;
     for (Role const& role : roles) {
-        StringForm const form = string_form(role.name, role.sample, in_colour);
+        StringForm const form = string_form(role.name, role.sample, in_color);
         write_name(os, role.name);
         os << form.text << blanks(form_width, form.width);
         write_stream_form(os, role);

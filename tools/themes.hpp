@@ -10,8 +10,8 @@
 
 namespace demo {
 
-/// Writes a table of the roles: the name, the string form and the stream form of each. The string form has colour where
-/// os has a depth, the stream form where the gate lets it.
+/// Writes a table of the roles: the name, and how each looks in either interface. The string interface has colour where
+/// os has a depth, the stream interface where the gate lets it.
 std::ostream& themes(std::ostream& os);
 
 /// A text decorated by the string interface.
@@ -20,7 +20,7 @@ struct StringForm {
     std::size_t width; ///< Characters that show.
 };
 
-/// Returns the sample in the string form of the role, or "-" where the form lacks the role.
-StringForm string_form(std::string_view role, std::string const& sample, bool in_colour);
+/// Returns the sample in the role of the string interface, or "-" where that lacks the role.
+StringForm string_form(std::string_view role, std::string const& sample, bool in_color);
 
 } // namespace demo

@@ -46,14 +46,14 @@ Role const roles[] = {
 
 } // namespace
 
-StringForm string_form(std::string_view role, std::string const& sample, bool in_colour)
+StringForm string_form(std::string_view role, std::string const& sample, bool in_color)
 {
     for (Role const& known : roles) {
         if (known.name == role) {
-            kestry::Hueline colours; // puts the colour switch back when it goes
-            colours.useColor(false);
+            kestry::Hueline colors; // puts the colour switch back when it goes
+            colors.useColor(false);
             std::size_t const width = known.form(sample).size();
-            colours.useColor(in_colour);
+            colors.useColor(in_color);
             return {known.form(sample) + defaultOperatingSystemText(), width};
         }
     }

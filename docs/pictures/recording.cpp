@@ -16,7 +16,7 @@ using test::Launch;
 using test::Outcome;
 using test::Sink;
 using test::Sinks;
-using test::sixteen_colours;
+using test::sixteen_colors;
 
 Sinks constexpr terminals = {Sink::terminal, Sink::terminal};
 Sinks constexpr pipes = {Sink::pipe, Sink::pipe};
@@ -127,7 +127,7 @@ std::vector<Program> programs()
 void record(std::vector<Program> const& listed, std::vector<Recording>& recordings)
 {
     for (Program const& program : listed) {
-        Launch launch = {.input = program.input, .environment = sixteen_colours};
+        Launch launch = {.input = program.input, .environment = sixteen_colors};
         launch.environment.insert(launch.environment.end(), {"LC_ALL=C", "LD_PRELOAD=" CLOCKS});
         auto const output_on = [&](Sinks sinks) {
             return all_output(program.name, run_program(sinks, program.argv, launch), program.status);
@@ -158,7 +158,7 @@ std::vector<Recording> record_all()
     auto const draw_classic = [](Scene const& scene) { draw_in_color(scene.draw); };
     auto const draw_kit = [](Scene const& scene) {
         static std::vector<std::string> const rich = {"COLORTERM=truecolor"};
-        test::change_environment(sixteen_colours);
+        test::change_environment(sixteen_colors);
         test::change_environment(rich);
         scene.draw();
     };

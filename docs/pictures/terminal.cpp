@@ -25,7 +25,7 @@ Rgb cube_color(int n)
     return {steps[(n - 16) / 36], steps[(n - 16) / 6 % 6], steps[(n - 16) % 6]};
 }
 
-Rgb rgb(test::Colour const& color, bool bright, Rgb otherwise, Palette const& palette)
+Rgb rgb(test::Color const& color, bool bright, Rgb otherwise, Palette const& palette)
 {
     if (color.is_default) {
         return otherwise;

@@ -74,7 +74,7 @@ TEST(Codes, AreWrittenInDecimal)
     }
 }
 
-TEST(Codes, AreNothingWithoutColour)
+TEST(Codes, AreNothingWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -85,7 +85,7 @@ TEST(Codes, AreNothingWithoutColour)
     }
 }
 
-TEST(TrueColour, HasItsNumbersInDecimal)
+TEST(TrueColor, HasItsNumbersInDecimal)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::color(10, 20, 30)), R"(\e[38;2;10;20;30m)");
@@ -103,7 +103,7 @@ TEST(TrueColour, HasItsNumbersInDecimal)
     EXPECT_EQ(readable(Hueline::color_bg(INT_MAX, 256, INT_MIN)), R"(\e[48;2;2147483647;256;-2147483648m)");
 }
 
-TEST(TrueColour, IsNothingWithoutColour)
+TEST(TrueColor, IsNothingWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -139,7 +139,7 @@ Vga const vga_colors[] = {
 };
 // clang-format on
 
-TEST(VgaColour, IsATrueColourBackground)
+TEST(VgaColor, IsATrueColorBackground)
 {
     InMode const mode(Mode::on);
     int value = 0;
@@ -149,7 +149,7 @@ TEST(VgaColour, IsATrueColourBackground)
     }
 }
 
-TEST(VgaColour, IsNothingWithoutColour)
+TEST(VgaColor, IsNothingWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -159,7 +159,7 @@ TEST(VgaColour, IsNothingWithoutColour)
     }
 }
 
-TEST(VgaColour, OutOfRangeThrowsWithColourAndWithout)
+TEST(VgaColor, OutOfRangeThrowsWithColorAndWithout)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
@@ -174,7 +174,7 @@ TEST(VgaColour, OutOfRangeThrowsWithColourAndWithout)
 // Bytes and texts
 // ---------------------------------------------------------------------------------------------
 
-TEST(ColouredByte, IsTheSequenceAndTwoDigits)
+TEST(ColoredByte, IsTheSequenceAndTwoDigits)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::color(HexColor::cyan, 0x0a)), R"(\e[36m0a)");
@@ -190,7 +190,7 @@ TEST(ColouredByte, IsTheSequenceAndTwoDigits)
     }
 }
 
-TEST(ColouredByte, IsTheDigitsAloneWithoutColour)
+TEST(ColoredByte, IsTheDigitsAloneWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -204,7 +204,7 @@ TEST(ColouredByte, IsTheDigitsAloneWithoutColour)
     }
 }
 
-TEST(ColouredText, IsTheSequenceAndTheText)
+TEST(ColoredText, IsTheSequenceAndTheText)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::color(HexColor::red, "x")), R"(\e[31mx)");
@@ -217,7 +217,7 @@ TEST(ColouredText, IsTheSequenceAndTheText)
     }
 }
 
-TEST(ColouredText, IsTheTextAloneWithoutColour)
+TEST(ColoredText, IsTheTextAloneWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -228,7 +228,7 @@ TEST(ColouredText, IsTheTextAloneWithoutColour)
     }
 }
 
-TEST(ColouredText, HasAnyCode)
+TEST(ColoredText, HasAnyCode)
 {
     InMode const mode(Mode::on);
     for (Code const& c : codes) {

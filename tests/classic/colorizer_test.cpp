@@ -77,7 +77,7 @@ TEST(Switches, AreOffAtLoad)
     EXPECT_EQ(run.report, "no color frills no color");
 }
 
-TEST(Switches, UseColourOnlyWithoutNoFrills)
+TEST(Switches, UseColorOnlyWithoutNoFrills)
 {
     InMode const mode(Mode::off);
     Hueline h;
@@ -119,7 +119,7 @@ TEST(Switches, BelongToTheProcessNotToTheObject)
     EXPECT_FALSE(one.isUsingColor());
 }
 
-TEST(CursorStrings, AreEmptyWithoutColour)
+TEST(CursorStrings, AreEmptyWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -128,7 +128,7 @@ TEST(CursorStrings, AreEmptyWithoutColour)
     }
 }
 
-TEST(CursorStrings, SetAndResetTheModeWithColour)
+TEST(CursorStrings, SetAndResetTheModeWithColor)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(readable(Hueline::hide_cursor()), R"(\e[?25l)");
@@ -139,7 +139,7 @@ TEST(CursorStrings, SetAndResetTheModeWithColour)
 // Flips
 // ---------------------------------------------------------------------------------------------
 
-TEST(Flip, TurnsColourOnAndUnflipTurnsItOff)
+TEST(Flip, TurnsColorOnAndUnflipTurnsItOff)
 {
     InMode const mode(Mode::off);
     {
@@ -152,7 +152,7 @@ TEST(Flip, TurnsColourOnAndUnflipTurnsItOff)
     EXPECT_FALSE(Hueline::isUsingColor());
 }
 
-TEST(Flip, TurnsColourOffAndUnflipTurnsItOn)
+TEST(Flip, TurnsColorOffAndUnflipTurnsItOn)
 {
     InMode const mode(Mode::on);
     {
@@ -354,7 +354,7 @@ TEST(ColorizerObject, LeavesNoFrillsModeAsItIs)
     }
 }
 
-TEST(ColorizerObject, RemembersTheSwitchNotWhetherColourIsInUse)
+TEST(ColorizerObject, RemembersTheSwitchNotWhetherColorIsInUse)
 {
     InMode const mode(Mode::no_frills);
     {
@@ -364,7 +364,7 @@ TEST(ColorizerObject, RemembersTheSwitchNotWhetherColourIsInUse)
     EXPECT_TRUE(color_switch());
 }
 
-TEST(ColorizerObject, AsATemporaryUndoesItsOwnUseColour)
+TEST(ColorizerObject, AsATemporaryUndoesItsOwnUseColor)
 {
     InMode const mode(Mode::off);
     Hueline().useColor(true);

@@ -61,7 +61,7 @@ TEST(ThemeStream, WritesAnyText)
     }
 }
 
-TEST(ThemeStream, ShowsItsColourOnTheScreen)
+TEST(ThemeStream, ShowsItsColorOnTheScreen)
 {
     auto const run = on_terminal([] { std::cout << colorize << alert("a") << commandLine("c") << "n"; });
     Screen const screen(run.out);
@@ -79,7 +79,7 @@ TEST(ThemeStream, ShowsItsColourOnTheScreen)
 
 // A pending width belongs to the first insertion that is made: the first sequence, or the content
 // where there is none.
-TEST(ThemeStreamWidth, PadsTheContentWithoutColour)
+TEST(ThemeStreamWidth, PadsTheContentWithoutColor)
 {
     auto const run = on_pipe([] {
         auto const padded = [](auto const& theme) {
@@ -101,7 +101,7 @@ TEST(ThemeStreamWidth, PadsTheContentWithoutColour)
     EXPECT_EQ(run.report, ".....t|.....t|.....t|......|.....t|.....7|....07|....07|....00 07 |...74 |");
 }
 
-TEST(ThemeStreamWidth, PadsTheFirstSequenceWithColour)
+TEST(ThemeStreamWidth, PadsTheFirstSequenceWithColor)
 {
     auto const run = on_terminal([] {
         std::cout << colorize << std::setfill('.');

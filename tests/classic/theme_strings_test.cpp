@@ -58,7 +58,7 @@ TEST(ThemeString, OfAByteIsTwoDigits)
     }
 }
 
-TEST(ThemeString, OfAByteIsTheDigitsAloneWithoutColour)
+TEST(ThemeString, OfAByteIsTheDigitsAloneWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);

@@ -116,7 +116,7 @@ TEST(TimeStamp, IsCyan)
     EXPECT_EQ(Hueline::time_stamp(std::string(1000, 'x')), "\x1b[36m" + std::string(1000, 'x'));
 }
 
-TEST(TimeStamp, IsTheTextAloneWithoutColour)
+TEST(TimeStamp, IsTheTextAloneWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);

@@ -19,7 +19,7 @@ Outcome colour_policy(Sinks sinks, std::vector<std::string> const& arguments,
 {
     std::vector<std::string> argv = {EXAMPLE};
     argv.insert(argv.end(), arguments.begin(), arguments.end());
-    Launch launch = {.environment = sixteen_colours};
+    Launch launch = {.environment = sixteen_colors};
     launch.environment.insert(launch.environment.end(), environment.begin(), environment.end());
     return run_program(sinks, argv, launch);
 }
@@ -28,7 +28,7 @@ Outcome colour_policy(Sinks sinks, std::vector<std::string> const& arguments,
 std::string green(std::string const& text) { return R"(\e[00m\e[1m\e[32m)" + text + R"(\e[00m\e[25h\n)"; }
 std::string plain(std::string const& text) { return text + R"(\n)"; }
 
-TEST(ColourPolicy, ShowsWhatStandsBesideIt)
+TEST(ColorPolicy, ShowsWhatStandsBesideIt)
 {
     Outcome const on_both = colour_policy(on_terminals, {});
     EXPECT_EQ(readable_lines(on_both.out + on_both.err), contents_of("colour_policy.terminal.expected"));
@@ -38,7 +38,7 @@ TEST(ColourPolicy, ShowsWhatStandsBesideIt)
     EXPECT_EQ(in_files.status, 0);
 }
 
-TEST(ColourPolicy, DecidesForEachStreamApart)
+TEST(ColorPolicy, DecidesForEachStreamApart)
 {
     Outcome const out_piped = colour_policy({Sink::pipe, Sink::terminal}, {});
     EXPECT_EQ(readable(out_piped.out), plain("standard output: none (not a terminal)"));
@@ -48,7 +48,7 @@ TEST(ColourPolicy, DecidesForEachStreamApart)
     EXPECT_EQ(readable(err_piped.err), plain("standard error: none (not a terminal)"));
 }
 
-TEST(ColourPolicy, ReadsTheEnvironmentAndTheOptionBeforeIt)
+TEST(ColorPolicy, ReadsTheEnvironmentAndTheOptionBeforeIt)
 {
     Outcome const refused = colour_policy(on_terminals, {}, {"NO_COLOR=1"});
     EXPECT_EQ(readable(refused.out), plain("standard output: none (NO_COLOR is set)"));
@@ -58,14 +58,14 @@ TEST(ColourPolicy, ReadsTheEnvironmentAndTheOptionBeforeIt)
     EXPECT_EQ(readable(wanted.err), green("standard error: 256 colours (--color=256)"));
 }
 
-TEST(ColourPolicy, NeverColoursAPipe)
+TEST(ColorPolicy, NeverColorsAPipe)
 {
     Outcome const run = colour_policy(on_pipes, {"--color"});
     EXPECT_EQ(readable(run.out), plain("standard output: 16 colours (--color=always, TERM is not known for more)"));
     EXPECT_EQ(readable(run.err), plain("standard error: 16 colours (--color=always, TERM is not known for more)"));
 }
 
-TEST(ColourPolicy, RefusesOtherWords)
+TEST(ColorPolicy, RefusesOtherWords)
 {
     for (std::string const argument : {"--color=", "--color=maybe"}) {
         SCOPED_TRACE(argument);

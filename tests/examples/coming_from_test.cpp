@@ -48,7 +48,7 @@ TEST(ComingFrom, KitWritesTheEscapeStringsBesideItFirst)
     EXPECT_FALSE(kit_names().empty());
     for (Name const& name : kit_names()) {
         Outcome const run = on_terminal([&name] {
-            change_environment(sixteen_colours);
+            change_environment(sixteen_colors);
             kestry::kit::set_depth(std::cout, kestry::kit::color_depth::truecolor);
             name.insert(std::cout);
         });

@@ -30,9 +30,9 @@ TEST(FrameMonitor, ShowsTheSampleCapture)
     EXPECT_EQ(run.status, 1); // frames in it are damaged
 }
 
-TEST(FrameMonitor, ShowsTheSampleCaptureInColour)
+TEST(FrameMonitor, ShowsTheSampleCaptureInColor)
 {
-    Launch const launch = {.environment = sixteen_colours};
+    Launch const launch = {.environment = sixteen_colors};
     Outcome const run = run_program(on_terminals, {EXAMPLE, capture}, launch);
     EXPECT_EQ(readable_lines(run.out), contents_of("frame_monitor.terminal.expected"));
 }

@@ -24,9 +24,9 @@ TEST(Hexview, ShowsTheSample)
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(Hexview, ShowsTheSampleInColour)
+TEST(Hexview, ShowsTheSampleInColor)
 {
-    Launch const launch = {.environment = sixteen_colours};
+    Launch const launch = {.environment = sixteen_colors};
     Outcome const run = run_program(on_terminals, {EXAMPLE, sample}, launch);
     EXPECT_EQ(readable_lines(run.out), contents_of("hexview.terminal.expected"));
     // The columns stand where they do without colour, in the short last line too.

@@ -19,7 +19,7 @@ std::string at_one_time(std::string const& text)
 
 Outcome log(Sink err, std::string const& input, std::vector<std::string> const& environment = {})
 {
-    Launch launch = {.input = input, .environment = sixteen_colours};
+    Launch launch = {.input = input, .environment = sixteen_colors};
     launch.environment.push_back("LC_ALL=C");
     launch.environment.insert(launch.environment.end(), environment.begin(), environment.end());
     return run_program({Sink::pipe, err}, {EXAMPLE}, launch);

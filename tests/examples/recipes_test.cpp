@@ -19,7 +19,7 @@ TEST_P(Recipes, WritesWhatThePageSays)
 {
     Recipe const& recipe = GetParam();
     auto const run = [&recipe] {
-        change_environment(sixteen_colours);
+        change_environment(sixteen_colors);
         recipe.run();
     };
     Outcome const on_terminals = on_terminal(run);

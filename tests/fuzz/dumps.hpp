@@ -19,7 +19,7 @@ using test::Bytes;
 using test::text_of;
 
 /// The sequences of a dump in colour.
-struct Colours {
+struct Colors {
     std::string byte;
     std::string parenthesis;
     std::string count;
@@ -33,31 +33,31 @@ inline std::string digits(char const* format, unsigned long number)
     return text;
 }
 
-inline std::string dump_of(Bytes const& bytes, std::string const& separator, Colours const& colours, bool is_long)
+inline std::string dump_of(Bytes const& bytes, std::string const& separator, Colors const& colors, bool is_long)
 {
     if (bytes.empty()) {
         return "";
     }
     if (is_long || bytes.size() <= 19) {
-        return test::cells(bytes, colours.byte, separator) + colours.end;
+        return test::cells(bytes, colors.byte, separator) + colors.end;
     }
-    return test::cells(bytes, 19, colours.byte, separator) + " ... " + colours.parenthesis + "(" + colours.count +
-           std::to_string(bytes.size()) + " bytes" + colours.parenthesis + ") " + colours.end;
+    return test::cells(bytes, 19, colors.byte, separator) + " ... " + colors.parenthesis + "(" + colors.count +
+           std::to_string(bytes.size()) + " bytes" + colors.parenthesis + ") " + colors.end;
 }
 
 template <class HexDump>
-void check_bytes(Bytes const& bytes, std::string const& separator, Colours const& colours)
+void check_bytes(Bytes const& bytes, std::string const& separator, Colors const& colors)
 {
-    std::string const expected = dump_of(bytes, " ", colours, HexDump::_longDumps);
+    std::string const expected = dump_of(bytes, " ", colors, HexDump::_longDumps);
     expect_equal("bytes", expected, text_of(HexDump(bytes)));
     expect_equal("string", expected, text_of(HexDump(std::string(bytes.begin(), bytes.end()))));
-    expect_equal("bytes, separated", dump_of(bytes, separator, colours, HexDump::_longDumps),
+    expect_equal("bytes, separated", dump_of(bytes, separator, colors, HexDump::_longDumps),
                  text_of(HexDump(bytes, separator)));
 }
 
 /// Numbers made of the first bytes.
 template <class HexDump>
-void check_numbers(Bytes const& bytes, Colours const& colours)
+void check_numbers(Bytes const& bytes, Colors const& colors)
 {
     std::vector<unsigned> words;
     std::string expected;
@@ -67,9 +67,9 @@ void check_numbers(Bytes const& bytes, Colours const& colours)
         words.push_back(b * (u | 1U) * 65537U);
         unsigned long const w = words.back() * (i + 1UL) * 65537UL;
         expected += digits("%08lx ", words.back());
-        expect_equal("char", colours.byte + digits("%02lx", b), text_of(HexDump(static_cast<char>(b))));
-        expect_equal("unsigned char", colours.byte + digits("%02lx", b), text_of(HexDump(b)));
-        expect_equal("raw_data_byte", colours.byte + digits("%02lx", b), HexDump::raw_data_byte(b));
+        expect_equal("char", colors.byte + digits("%02lx", b), text_of(HexDump(static_cast<char>(b))));
+        expect_equal("unsigned char", colors.byte + digits("%02lx", b), text_of(HexDump(b)));
+        expect_equal("raw_data_byte", colors.byte + digits("%02lx", b), HexDump::raw_data_byte(b));
         expect_equal("unsigned short", digits("0x%04lx", u), text_of(HexDump(u)));
         expect_equal("raw_data of a short", digits("0x%04lx", u), HexDump::raw_data(u));
         expect_equal("unsigned long", digits("%08lx", w), text_of(HexDump(w)));

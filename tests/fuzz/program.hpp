@@ -30,8 +30,8 @@ inline void read_argument(Input& input, Argument kind, Step& step)
     case Argument::number:
     case Argument::colorize_word:
     case Argument::code:
-    case Argument::colour_of_eight:
-    case Argument::vga_colour:
+    case Argument::color_of_eight:
+    case Argument::vga_color:
         return add_number(input.number());
     case Argument::numbers:
         for (int i = input.between(0, 7); i > 0; --i) {

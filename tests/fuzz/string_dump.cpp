@@ -38,13 +38,13 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Bytes const bytes = to_bytes(input.rest());
     switches.useColor(is_on);
     Hueline::setNoFrillsMode(no_frills);
-    bool const in_colour = is_on && !no_frills;
-    Colours const colours = in_colour ? Colours{"\x1b[32m", "\x1b[33m", "\x1b[36m", "\x1b[0m"} : Colours{};
+    bool const in_color = is_on && !no_frills;
+    Colors const colors = in_color ? Colors{"\x1b[32m", "\x1b[33m", "\x1b[36m", "\x1b[0m"} : Colors{};
 
-    check_bytes<HexDump>(bytes, separator, colours);
-    check_numbers<HexDump>(bytes, colours);
-    std::string const trimmed = without_blanks_at_the_end(dump_of(bytes, " ", colours, HexDump::_longDumps));
+    check_bytes<HexDump>(bytes, separator, colors);
+    check_numbers<HexDump>(bytes, colors);
+    std::string const trimmed = without_blanks_at_the_end(dump_of(bytes, " ", colors, HexDump::_longDumps));
     expect_equal("raw_data", bytes.empty() ? "nil" : trimmed, HexDump::raw_data(bytes));
-    expect_equal("colour afterwards", in_colour ? "on" : "off", Hueline::isUsingColor() ? "on" : "off");
+    expect_equal("colour afterwards", in_color ? "on" : "off", Hueline::isUsingColor() ? "on" : "off");
     return 0;
 }

@@ -85,7 +85,7 @@ TEST(DumpBytes, OfNoBytesIsEmpty)
     EXPECT_EQ(cut({}, "::", colors), "");
 }
 
-TEST(DumpBytes, HasEachColourAtItsPlace)
+TEST(DumpBytes, HasEachColorAtItsPlace)
 {
     EXPECT_EQ(whole({0x01, 0xff}, ":", colors), "<byte>01:<byte>ff:<reset>");
     EXPECT_EQ(cut({0x01, 0xff}, ":", colors), "<byte>01:<byte>ff:<reset>");

@@ -349,7 +349,7 @@ TEST(StreamDumpInsertion, WritesNothingToAFailedStream)
     EXPECT_EQ(os.rdstate(), std::ios_base::failbit);
 }
 
-TEST(StreamDumpInsertion, HasNoSequenceOnAColouredTerminal)
+TEST(StreamDumpInsertion, HasNoSequenceOnAColoredTerminal)
 {
     auto const run = on_terminal([] {
         std::cout << kestry::Hueline::colorize << kestry::Hueline::red << HexDump(counted(20), "") << HexDump("A"s)

@@ -71,7 +71,7 @@ TEST(StringDump, OfAByteIsGreen)
     }
 }
 
-TEST(StringDump, OfAByteIsTheDigitsAloneWithoutColour)
+TEST(StringDump, OfAByteIsTheDigitsAloneWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -87,7 +87,7 @@ TEST(StringDump, OfAByteIsTheDigitsAloneWithoutColour)
     }
 }
 
-TEST(StringDump, OfAShortHasNoColour)
+TEST(StringDump, OfAShortHasNoColor)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
@@ -104,7 +104,7 @@ TEST(StringDump, OfAShortHasNoColour)
     }
 }
 
-TEST(StringDump, OfAWordHasNoColour)
+TEST(StringDump, OfAWordHasNoColor)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
@@ -122,7 +122,7 @@ TEST(StringDump, OfAWordHasNoColour)
     }
 }
 
-TEST(StringDump, OfWordsHasNoColourAndIsNeverCut)
+TEST(StringDump, OfWordsHasNoColorAndIsNeverCut)
 {
     Words many;
     std::string expected;
@@ -146,7 +146,7 @@ TEST(StringDump, OfWordsHasNoColourAndIsNeverCut)
 // Bytes
 // ---------------------------------------------------------------------------------------------
 
-TEST(StringDump, OfBytesHasAColourBeforeEachAndOneReset)
+TEST(StringDump, OfBytesHasAColorBeforeEachAndOneReset)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(read(HexDump(Bytes{0x01, 0xff})), R"(\e[32m01 \e[32mff \e[0m)");
@@ -158,7 +158,7 @@ TEST(StringDump, OfBytesHasAColourBeforeEachAndOneReset)
               green + "01" + std::string(1000, '-') + green + "02" + std::string(1000, '-') + "\x1b[0m");
 }
 
-TEST(StringDump, OfBytesIsPlainWithoutColour)
+TEST(StringDump, OfBytesIsPlainWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -203,7 +203,7 @@ TEST(StringDump, IsCutAfter19Bytes)
               R"( ... \e[33m(\e[36m300 bytes\e[33m) \e[0m)");
 }
 
-TEST(StringDump, IsCutAfter19BytesWithoutColour)
+TEST(StringDump, IsCutAfter19BytesWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -312,7 +312,7 @@ TEST(StringDump, OfAStringIsThatOfItsBytes)
     EXPECT_TRUE(text_of(HexDump(std::string(bytes.begin(), bytes.end()))) == cells(bytes, green, " ") + "\x1b[0m");
 }
 
-TEST(StringDump, RawDataOfBytesHasNoWhiteSpaceAtItsEndWithoutColour)
+TEST(StringDump, RawDataOfBytesHasNoWhiteSpaceAtItsEndWithoutColor)
 {
     for (Mode const m : plain_modes) {
         InMode const mode(m);
@@ -328,7 +328,7 @@ TEST(StringDump, RawDataOfBytesHasNoWhiteSpaceAtItsEndWithoutColour)
     }
 }
 
-TEST(StringDump, RawDataOfBytesEndsInTheResetWithColour)
+TEST(StringDump, RawDataOfBytesEndsInTheResetWithColor)
 {
     InMode const mode(Mode::on);
     EXPECT_EQ(HexDump::raw_data(Bytes{}), "nil");
@@ -381,7 +381,7 @@ TEST(StringDump, IsCutAndPlainAtLoad)
     EXPECT_EQ(run.report, "cut 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a 5a  ... (20 bytes)");
 }
 
-TEST(StringDump, KeepsTheColoursItWasConstructedWith)
+TEST(StringDump, KeepsTheColorsItWasConstructedWith)
 {
     auto plain = std::make_unique<HexDump>(Bytes{0x01});
     InMode const mode(Mode::on);
@@ -391,7 +391,7 @@ TEST(StringDump, KeepsTheColoursItWasConstructedWith)
     EXPECT_EQ(read(*colored), R"(\e[32m01 \e[0m)");
 }
 
-TEST(StringDump, PutsTheColourSwitchBackWhenItIsDestroyed)
+TEST(StringDump, PutsTheColorSwitchBackWhenItIsDestroyed)
 {
     InMode const mode(Mode::off);
     {
@@ -437,7 +437,7 @@ TEST(StringDump, LeavesTheSwitchesAsTheyWere)
 }
 
 // The switch as each constructor finds it, whatever temporaries it needs.
-TEST(StringDump, RemembersTheColourSwitchInEveryConstructor)
+TEST(StringDump, RemembersTheColorSwitchInEveryConstructor)
 {
     InMode const mode(Mode::off);
     Hueline keeper;

@@ -61,7 +61,7 @@ TEST(HexviewColor, TellsTheKindsOfBytesApart)
     }
 }
 
-TEST(HexviewColor, ColoursOffsetsIfTheThemeDoes)
+TEST(HexviewColor, ColorsOffsetsIfTheThemeDoes)
 {
     hex_theme theme;
     theme.offset = fg(blue);
@@ -80,7 +80,7 @@ TEST(HexviewColor, HasNoSequenceBetweenKindsThatLookTheSame)
               R"(00000000: \e[36m61 20 62 \e[39m01  \e[36ma b\e[39m.\n)");
 }
 
-TEST(HexviewColor, ReducesItsColoursToTheDepth)
+TEST(HexviewColor, ReducesItsColorsToTheDepth)
 {
     hex_theme theme;
     theme.printable = fg(rgb(255, 0, 0)) | bold;
@@ -165,7 +165,7 @@ TEST(HexviewColor, IsThePlainFormWithoutItsSequences)
     }
 }
 
-TEST(HexviewColor, ShowsEachByteInItsColourInBothColumns)
+TEST(HexviewColor, ShowsEachByteInItsColorInBothColumns)
 {
     std::string bytes = "a\n\x01\x80\xff\0 b~\x7f";
     bytes += std::string("\0 \xfe\xff", 4);
@@ -177,7 +177,7 @@ TEST(HexviewColor, ShowsEachByteInItsColourInBothColumns)
         bool const space = byte == '\n' || byte == ' ';
         int const wanted = byte == 0xff ? 1 : byte >= 0x80 ? 3 : space ? 2 : byte < 0x20 || byte == 0x7f ? 5 : 6;
         for (int const column : {digits, digits + 1, text}) {
-            Colour const shown = screen.cell(0, column).foreground;
+            Color const shown = screen.cell(0, column).foreground;
             EXPECT_EQ(shown.is_default, byte == 0) << i;
             EXPECT_EQ(byte == 0 ? wanted : shown.index, wanted) << i;
         }

@@ -180,7 +180,7 @@ TEST(Line, TakesWhatAStreamTakes)
 // The stream itself is composed on
 // ---------------------------------------------------------------------------------------------
 
-TEST(Line, IsColouredByTheManipulators)
+TEST(Line, IsColoredByTheManipulators)
 {
     auto const run = on_terminal([] {
         using namespace kestry::Hueline;

@@ -42,7 +42,7 @@ TEST(UseInStreams, ColorizesEachByItsDescriptor)
     EXPECT_EQ(readable(other.err), R"(\e[00m\e[1m\e[31m16 colours\n\e[00m\e[1m\e[31m16 colours\n)");
 }
 
-TEST(UseInStreams, TakesColourAway)
+TEST(UseInStreams, TakesColorAway)
 {
     auto const run = on_terminal([] {
         use_in_streams(color_policy({color_when::always, color_depth::truecolor}));

@@ -14,7 +14,7 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::kit;
 
-color_decision const colour = {.depth = color_depth::ansi16};
+color_decision const color = {.depth = color_depth::ansi16};
 color_decision const none = {.depth = color_depth::none};
 
 std::string in_use() { return kestry::Hueline::isUsingColor() ? "colour " : "plain "; }
@@ -23,11 +23,11 @@ TEST(UseInStrings, SetsTheSwitch)
 {
     auto const run = on_pipe([] {
         report(in_use());
-        use_in_strings(colour);
+        use_in_strings(color);
         report(in_use());
         use_in_strings(none);
         report(in_use());
-        use_in_strings(colour);
+        use_in_strings(color);
         report(in_use());
     });
     EXPECT_EQ(run.report, "plain colour plain colour ");
@@ -36,7 +36,7 @@ TEST(UseInStrings, SetsTheSwitch)
 TEST(UseInStrings, LetsObjectsPutBackWhatItSaid)
 {
     auto const run = on_pipe([] {
-        use_in_strings(colour);
+        use_in_strings(color);
         {
             kestry::Hueline scope;
             scope.useColor(false);
@@ -52,10 +52,10 @@ TEST(UseInStrings, GivesWayToTheDestructorOfAnOlderObject)
     auto const run = on_pipe([] {
         {
             kestry::Hueline older;
-            use_in_strings(colour);
+            use_in_strings(color);
         }
         report(in_use());
-        use_in_strings(colour);
+        use_in_strings(color);
         report(in_use());
     });
     EXPECT_EQ(run.report, "plain colour ");
@@ -66,7 +66,7 @@ TEST(UseInStrings, HoldsToTheEndOfTheProcess)
 {
     auto const run = on_pipe([] {
         std::atexit([] { std::cerr << in_use() << std::flush; });
-        use_in_strings(colour);
+        use_in_strings(color);
         std::exit(0);
     });
     EXPECT_EQ(run.err, "colour ");

@@ -70,7 +70,7 @@ TEST(ColorDepth, SaysItsNameInWords)
     EXPECT_STREQ(to_string(color_depth::truecolor), "24 bit");
 }
 
-TEST(ColorDecision, IsTrueWhereThereIsColour)
+TEST(ColorDecision, IsTrueWhereThereIsColor)
 {
     EXPECT_FALSE(color_decision{});
     EXPECT_FALSE(color_decision{.depth = color_depth::none});
@@ -195,7 +195,7 @@ TEST(ColorPolicy, ClicolorForceForcesUnlessItIsZero)
     EXPECT_EQ(decided({.clicolor_force = "", .term = "xterm"}), unforced);
 }
 
-TEST(ColorPolicy, ClicolorZeroTakesColour)
+TEST(ColorPolicy, ClicolorZeroTakesColor)
 {
     EXPECT_EQ(decided({.clicolor = "0", .term = xterm}), both("none (CLICOLOR is 0)"));
     Answer const untouched = {"256 colours (a terminal, TERM says 256 colours)", "none (not a terminal)"};

@@ -80,7 +80,7 @@ TEST(ProgressFrame, ErasesTheEndOfARowThatBecameShorterAndOfNoOther)
               R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[2C\e[K\e[1B\r\e[1C34\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
-TEST(ProgressFrame, ColoursWhatItWritesAndSwitchesOff)
+TEST(ProgressFrame, ColorsWhatItWritesAndSwitchesOff)
 {
     progress_block block;
     EXPECT_EQ(readable(block.frame("", {row("ab", "32")}, wide, 0)),

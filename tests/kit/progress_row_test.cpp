@@ -284,21 +284,21 @@ TEST(ProgressRow, CutsWithADotOfUnicodeIfItMay)
 // Colour
 // ---------------------------------------------------------------------------------------------
 
-TEST(ProgressColour, IsAroundItsKeyAlone)
+TEST(ProgressColor, IsAroundItsKeyAlone)
 {
     progress_facts const facts = facts_of(1, 2, "m");
     progress_look const look = {.ascii = true};
-    auto const in_colour = [&](std::string_view layout) {
+    auto const in_color = [&](std::string_view layout) {
         return readable(painted(lay_out(progress_template(layout), facts, look, 80)));
     };
-    EXPECT_EQ(in_colour("{msg:.cyan} {bar:6.green} {percent:.bold}"),
+    EXPECT_EQ(in_color("{msg:.cyan} {bar:6.green} {percent:.bold}"),
               R"(\e[36mm\e[0m [\e[32m##>\e[0m.] \e[1m 50%\e[0m)");
-    EXPECT_EQ(in_colour("{msg:3.dim}|"), R"(\e[2mm\e[0m  |)");
-    EXPECT_EQ(in_colour("{msg:>3.red}|"), R"(  \e[31mm\e[0m|)");
-    EXPECT_EQ(in_colour("{msg:.yellow}{msg:.blue}{msg:.magenta}"), R"(\e[33mm\e[0m\e[34mm\e[0m\e[35mm\e[0m)");
+    EXPECT_EQ(in_color("{msg:3.dim}|"), R"(\e[2mm\e[0m  |)");
+    EXPECT_EQ(in_color("{msg:>3.red}|"), R"(  \e[31mm\e[0m|)");
+    EXPECT_EQ(in_color("{msg:.yellow}{msg:.blue}{msg:.magenta}"), R"(\e[33mm\e[0m\e[34mm\e[0m\e[35mm\e[0m)");
 }
 
-TEST(ProgressColour, OfAnAbandonedBarIsYellow)
+TEST(ProgressColor, OfAnAbandonedBarIsYellow)
 {
     progress_facts facts = facts_of(1, 2);
     facts.state = progress_state::abandoned;
@@ -307,7 +307,7 @@ TEST(ProgressColour, OfAnAbandonedBarIsYellow)
     EXPECT_EQ(readable(painted(lay_out(progress_template("{bar:6}"), facts, look, 80))), R"([##>.])");
 }
 
-TEST(ProgressColour, IsLeftOutWithoutColour)
+TEST(ProgressColor, IsLeftOutWithoutColor)
 {
     EXPECT_EQ(painted(lay_out(progress_template("{msg:.cyan} {bar:5.green}"), facts_of(1, 2, "m"), in_ascii, 80)),
               "m [#>.]");
@@ -350,7 +350,7 @@ TEST(ProgressChange, RewritesAMessageThatIsNotAscii)
     EXPECT_EQ(change(from, shorter), R"(\e[2C日\e[K)");
 }
 
-TEST(ProgressChange, StartsWhereTheColourDiffers)
+TEST(ProgressChange, StartsWhereTheColorDiffers)
 {
     progress_text from;
     from.add("ab", 2, "32");

@@ -182,7 +182,7 @@ TEST(ProgressTerminal, IsLiveOrOffAsTheEnvironmentSays)
     }
 }
 
-TEST(ProgressTerminal, UsesUnicodeAndColourAsTheEnvironmentSays)
+TEST(ProgressTerminal, UsesUnicodeAndColorAsTheEnvironmentSays)
 {
     struct Choice {
         char const* locale;

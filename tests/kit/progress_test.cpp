@@ -213,7 +213,7 @@ TEST_F(Progress, ShowsOneBarInASingleRow)
     EXPECT_EQ(rows(), Lines{"a 0/1"});
 }
 
-TEST_F(Progress, ColoursOnlyIfItMay)
+TEST_F(Progress, ColorsOnlyIfItMay)
 {
     options how = on_it();
     for (bool const color : {false, true}) {

@@ -73,7 +73,7 @@ TEST(StreamDepth, MayBeSetBeforeMain) { EXPECT_EQ(before_main, color_depth::ansi
 TEST(StreamDepth, OfStandardStreamsComesFromTheEnvironmentAndTheirDescriptor)
 {
     auto const body = [] {
-        change_environment(sixteen_colours);
+        change_environment(sixteen_colors);
         report(depths());
     };
     EXPECT_EQ(on_terminal(body).report, "16 colours\n16 colours\n16 colours\n");
@@ -84,7 +84,7 @@ TEST(StreamDepth, OfStandardStreamsComesFromTheEnvironmentAndTheirDescriptor)
 TEST(StreamDepth, OfStandardStreamsIsKept)
 {
     auto const run = on_terminal([] {
-        change_environment(sixteen_colours);
+        change_environment(sixteen_colors);
         depth_of(std::cout);
         set_depth(std::clog, color_depth::truecolor);
         ::setenv("NO_COLOR", "1", 1);
@@ -97,7 +97,7 @@ TEST(StreamDepth, OfStandardStreamsIsKept)
 TEST(StreamDepth, OfStandardStreamsMayBeAskedByManyThreads)
 {
     auto const run = on_terminal([] {
-        change_environment(sixteen_colours);
+        change_environment(sixteen_colors);
         std::vector<std::string> answers(4);
         std::vector<std::thread> threads;
         for (std::string& answer : answers) {

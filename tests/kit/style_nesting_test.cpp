@@ -390,7 +390,7 @@ void compare(Cell const& cell, Written const& expected, std::string const& where
     EXPECT_EQ(cell.blink, has(blink)) << where;
     EXPECT_EQ(cell.reverse, has(reverse)) << where;
     EXPECT_EQ(cell.strike, has(crossed_out)) << where;
-    auto const compare_color = [&where](Colour const& seen, color const& c) {
+    auto const compare_color = [&where](Color const& seen, color const& c) {
         EXPECT_EQ(seen.is_default, c.kind == color_kind::none) << where;
         if (c.kind == color_kind::named || c.kind == color_kind::palette) {
             EXPECT_EQ(seen.index, int{c.r}) << where;

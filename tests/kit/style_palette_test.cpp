@@ -149,7 +149,7 @@ TEST(Reduced, TakesTheFirstSixteenOfThePaletteByName)
     EXPECT_EQ(reduced(color{}, color_depth::ansi16), color{});
 }
 
-TEST(Reduced, IsAColourThatAPersonWouldName)
+TEST(Reduced, IsAColorThatAPersonWouldName)
 {
     struct {
         color given;
@@ -192,7 +192,7 @@ TEST(Reduced, IsAColourThatAPersonWouldName)
     EXPECT_EQ(reduced(palette(231), color_depth::ansi16), bright_white);
 }
 
-TEST(Reduced, KeepsTheHueInSixteenColours)
+TEST(Reduced, KeepsTheHueInSixteenColors)
 {
     std::array<double, 16> const hues = {-1, 0, 120, 60, 240, 300, 180, -1, -1, 0, 120, 60, 240, 300, 180, -1};
     for (color const& c : grid()) {
@@ -209,7 +209,7 @@ TEST(Reduced, KeepsTheHueInSixteenColours)
     }
 }
 
-TEST(Reduced, LeavesNoColourWhereThereIsNone)
+TEST(Reduced, LeavesNoColorWhereThereIsNone)
 {
     for (color const& c : {color{}, default_color, red, palette(99), rgb(1, 2, 3)}) {
         EXPECT_EQ(reduced(c, color_depth::none), color{});
@@ -217,14 +217,14 @@ TEST(Reduced, LeavesNoColourWhereThereIsNone)
     EXPECT_EQ(reduced(fg(red) | bg(rgb(1, 2, 3)) | bold, color_depth::none), style{});
 }
 
-TEST(Reduced, KeepsEveryColourAtTwentyFourBits)
+TEST(Reduced, KeepsEveryColorAtTwentyFourBits)
 {
     for (color const& c : {color{}, default_color, red, palette(99), rgb(1, 2, 3)}) {
         EXPECT_EQ(reduced(c, color_depth::truecolor), c);
     }
 }
 
-TEST(Reduced, TakesBothColoursOfAStyle)
+TEST(Reduced, TakesBothColorsOfAStyle)
 {
     EXPECT_EQ(reduced(fg(rgb(95, 0, 0)) | bg(rgb(0, 95, 0)) | bold | italic, color_depth::ansi256),
               fg(palette(52)) | bg(palette(22)) | bold | italic);

@@ -332,7 +332,7 @@ Colored const colored[] = {
     {"a\x1b]not a string\nb", R"(\e[31manot a string\e[39m\n\e[31mb\e[39m)"},
 };
 
-TEST(ColoredText, KeepsItsColours)
+TEST(ColoredText, KeepsItsColors)
 {
     for (Colored const& of : colored) {
         EXPECT_EQ(written(styled(of.text, fg(red))), of.in_red) << readable(of.text);
@@ -384,7 +384,7 @@ TEST(ColoredText, KeepsBytesThatAreNoText)
 // Depths
 // ---------------------------------------------------------------------------------------------
 
-TEST(Depth, ReducesColours)
+TEST(Depth, ReducesColors)
 {
     auto const text =
         styled(fg(rgb(95, 0, 0)) | bg(palette(196)) | bold, "a\x1b[38;2;0;180;90mb", styled("c", fg(blue)));

@@ -112,11 +112,11 @@ TEST(Loading, ThrowsExceptionsThatTheProgramKnows)
 {
     auto const run = on_terminal([] {
         Library const library;
-        int const no_colour = 16;
+        int const no_color = 16;
         auto const vga =
             library.symbol<std::string (*)(int const&)>("_ZN6kestry7Hueline5colorB5cxx11ERKNS_12HexColor_VGAE");
         try {
-            vga(no_colour);
+            vga(no_color);
         } catch (std::exception const& e) {
             report(e.what());
         }

@@ -159,9 +159,9 @@ inline void add_random_argument(Argument kind, Step& step)
         return add_number(rc::gen::element(0, 1, 2, -1, INT_MIN));
     case Argument::code:
         return add_number(any_code());
-    case Argument::colour_of_eight:
+    case Argument::color_of_eight:
         return add_number(rc::gen::weightedOneOf<int>({{4, between(-1, 8)}, {1, any_int()}}));
-    case Argument::vga_colour:
+    case Argument::vga_color:
         return add_number(rc::gen::weightedOneOf<int>({{6, between(0, 15)}, {1, between(-1, 17)}, {1, any_int()}}));
     case Argument::milliseconds:
         return add_number(rc::gen::element(0, 1, 4, 5, 6, 10, 11, 25, 255, 256, -1, INT_MIN));

@@ -72,13 +72,13 @@ std::vector<Case> cases()
          R"(\e[32m61 )"},
     };
     for (ClassicOperation const& each : classic_operations()) {
-        if (!each.example.coloured.empty()) {
+        if (!each.example.colored.empty()) {
             auto const call = [&each, step = each.step_of_example()] {
                 ClassicProgram program;
                 each.act(program, step);
                 return program.objects.empty() ? program.result : Copied(*program.objects.back()).shown();
             };
-            all.push_back({each.name, call, each.example.coloured});
+            all.push_back({each.name, call, each.example.colored});
         }
     }
     return all;

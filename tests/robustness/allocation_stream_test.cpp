@@ -56,7 +56,7 @@ Case example_of(StreamOperation const& operation, void (*prepare)())
 // Whether there is something that could need memory.
 bool writes_or_copies(StreamOperation const& operation)
 {
-    return !operation.example.coloured.empty() || operation.example.told_by_the_model || operation.name == "push" ||
+    return !operation.example.colored.empty() || operation.example.told_by_the_model || operation.name == "push" ||
            operation.name == "pull";
 }
 
@@ -222,7 +222,7 @@ TEST(Allocation, IsMadeForALongSequenceInTheRecord)
     EXPECT_TRUE(first.was_short);
 }
 
-TEST(Allocation, IsNotNeededForNamedColoursAndControls)
+TEST(Allocation, IsNotNeededForNamedColorsAndControls)
 {
     Ending const all = run({long_colors,
                             [](std::ostream& os) {

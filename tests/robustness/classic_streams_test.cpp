@@ -164,8 +164,8 @@ TEST(Strings, AreWholeWhateverFacetsTheGlobalLocaleLacks)
 {
     auto const run = on_pipe([] {
         std::locale::global(std::locale(std::locale(std::locale::classic(), new NoNumbers), new NoWidening));
-        Hueline colour;
-        colour.useColor(true);
+        Hueline color;
+        color.useColor(true);
         std::vector<unsigned char> const bytes(20, 0xab);
         report(readable(Hueline::color(HexColor::red) + Hueline::bright_color(HexColor::red) + Hueline::color(1, 2, 3) +
                         Hueline::color(HexColor::blue, 0x0a) + kestry::ColorTheme::path(4000000000U) +
@@ -185,8 +185,8 @@ TEST(Strings, AreWholeWhileTheStandardStreamsFail)
         std::fclose(stdout);
         std::cout.setstate(std::ios_base::badbit);
         std::cout.exceptions(std::ios_base::goodbit);
-        Hueline colour;
-        colour.useColor(true);
+        Hueline color;
+        color.useColor(true);
         report(readable(kestry::ColorTheme::alert("alert") + HexDump::raw_data_byte(0xff) + Hueline::show_cursor()));
         report(std::to_string(Hueline::current_time().size()));
     });

@@ -444,7 +444,7 @@ std::string record_after(std::size_t bytes, std::function<void(std::ostream&)> c
     return run.report;
 }
 
-TEST(ThrowingStream, LeavesTheColourInTheRecord)
+TEST(ThrowingStream, LeavesTheColorInTheRecord)
 {
     EXPECT_EQ(record_after(0, [](std::ostream& os) { os << red; }), R"(BufferFault \e[00m\e[1m\e[31m\e[44m)");
     EXPECT_EQ(record_after(0, [](std::ostream& os) { os << color{200}; }),
@@ -536,7 +536,7 @@ TEST(FailingFacet, OfNumbersMakesAStreamBadThatIsGivenOne)
 {
     auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoNumbers)});
-        bool const fails = needs_numbers(each.example.needs_where_coloured);
+        bool const fails = needs_numbers(each.example.needs_where_colored);
         Findings found(each.name);
         found.expect(((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
         found.expect(result.bytes.size() < without_fault.bytes.size() || !fails, "everything was written");
@@ -554,7 +554,7 @@ TEST(FailingFacet, OfNumbersThrowsItsExceptionIfTheStreamIsToThrow)
             each, start,
             {.exceptions = std::ios_base::badbit, .locale = std::locale(std::locale::classic(), new NoNumbers)});
         Findings found(each.name);
-        found.expect(result.thrown == (needs_numbers(each.example.needs_where_coloured) ? "std::bad_cast" : ""),
+        found.expect(result.thrown == (needs_numbers(each.example.needs_where_colored) ? "std::bad_cast" : ""),
                      "threw " + result.thrown);
         found.expect(starts(without_fault.bytes, result.bytes), "wrote " + readable(result.bytes));
     };
@@ -566,8 +566,8 @@ TEST(FailingFacet, OfCharactersMakesALineEndABadCastAndTheStreamOfANumberBad)
 {
     auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoWidening)});
-        bool const throws = needs_line_ends(each.example.needs_where_coloured);
-        bool const fails = needs_numbers(each.example.needs_where_coloured);
+        bool const throws = needs_line_ends(each.example.needs_where_colored);
+        bool const fails = needs_numbers(each.example.needs_where_colored);
         Findings found(each.name);
         found.expect(result.thrown == (throws ? "std::bad_cast" : ""), "threw " + result.thrown);
         found.expect(throws || ((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
@@ -599,7 +599,7 @@ TEST(FailingFacet, EndsASequenceBeforeItsNumber)
     EXPECT_EQ(readable(run.out), R"(\e[12;34H)");
 }
 
-TEST(FailingFacet, LeavesPaletteColoursWhole)
+TEST(FailingFacet, LeavesPaletteColorsWhole)
 {
     auto const run = on_terminal([] {
         std::cout.imbue(std::locale(std::locale(std::locale::classic(), new NoNumbers), new NoWidening));

@@ -77,7 +77,7 @@ TEST(FullDevice, TakesNoCodeGridAndLeavesTheOtherStreamAsItIs)
 // Closed descriptors
 // ---------------------------------------------------------------------------------------------
 
-TEST(ClosedDescriptors, GetNoColourFromAnyOperation)
+TEST(ClosedDescriptors, GetNoColorFromAnyOperation)
 {
     auto const run = run_with({Sink::closed, Sink::closed}, [] {
         UseColorMode const forced;
@@ -106,7 +106,7 @@ TEST(ClosedDescriptors, AreNoTerminalAndLeaveErrno)
 }
 
 // The gate asks anew each time.
-TEST(ClosedDescriptors, GetColourOnceATerminalIsOpenedThere)
+TEST(ClosedDescriptors, GetColorOnceATerminalIsOpenedThere)
 {
     auto const run = run_with({Sink::closed, Sink::terminal}, [] {
         std::cout << colorize << red;
@@ -157,7 +157,7 @@ TEST(PipeWithoutReader, MakesTheStreamBadIfTheSignalIsIgnored)
 // fclose
 // ---------------------------------------------------------------------------------------------
 
-TEST(ClosedStdout, GetsNoColour)
+TEST(ClosedStdout, GetsNoColor)
 {
     auto const run = on_terminal([] {
         std::cout << colorize;
@@ -257,7 +257,7 @@ private:
 // Keeps the animation from being too fast for its terminal and too slow for a test.
 void let_waits_be_short() { advance_clock_by(std::chrono::milliseconds(5)); }
 
-TEST(HangUp, EndsTheWaitingAndTheColourOfAnAnimation)
+TEST(HangUp, EndsTheWaitingAndTheColorOfAnAnimation)
 {
     auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
         std::signal(SIGHUP, SIG_IGN);
@@ -275,7 +275,7 @@ TEST(HangUp, EndsTheWaitingAndTheColourOfAnAnimation)
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(HangUp, LeavesTheProcessAbleToColourAnotherTerminal)
+TEST(HangUp, LeavesTheProcessAbleToColorAnotherTerminal)
 {
     auto const run = run_with({Sink::pipe, Sink::terminal}, [] {
         std::signal(SIGHUP, SIG_IGN);

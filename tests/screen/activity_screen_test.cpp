@@ -70,7 +70,7 @@ TEST(SpinnerSeen, TurningInPlace)
                     "{yellow}busy {cyan}/"}));
 }
 
-TEST(SpinnerSeen, InTheColoursThatAreCurrent)
+TEST(SpinnerSeen, InTheColorsThatAreCurrent)
 {
     std::string const bytes = bytes_of([](std::ostream& os) {
         os << colorize << thin << red << on_white << spinner{bar_frames, "busy "} << normal << "|";

@@ -23,11 +23,11 @@ using Text = std::function<std::string()>;
 using Rows = std::vector<std::string>;
 
 // What body writes, in colour or without.
-std::string bytes_of(std::function<void()> const& body, bool in_colour = true)
+std::string bytes_of(std::function<void()> const& body, bool in_color = true)
 {
     auto const run = on_terminal([&] {
         Hueline switches;
-        switches.useColor(in_colour);
+        switches.useColor(in_color);
         body();
     });
     EXPECT_EQ(run.status, 0) << run.report;
@@ -37,7 +37,7 @@ std::string bytes_of(std::function<void()> const& body, bool in_colour = true)
 struct SeenText {
     char const* name;
     Text text;
-    char const* in_colour; // with an n after it, which is ordinary where the text ends its colour
+    char const* in_color; // with an n after it, which is ordinary where the text ends its colour
     char const* plain;
 };
 
@@ -45,7 +45,7 @@ void expect_seen(std::vector<SeenText> const& texts)
 {
     for (SeenText const& t : texts) {
         auto const write = [&] { std::cout << t.text() << "n"; };
-        EXPECT_EQ(row_of(Screen(bytes_of(write)), 0), t.in_colour) << t.name;
+        EXPECT_EQ(row_of(Screen(bytes_of(write)), 0), t.in_color) << t.name;
         EXPECT_EQ(row_of(Screen(bytes_of(write, false)), 0), t.plain) << t.name;
     }
 }
@@ -54,7 +54,7 @@ void expect_seen(std::vector<SeenText> const& texts)
 // Themes
 // ---------------------------------------------------------------------------------------------
 
-TEST(ClassicThemeSeen, InItsColours)
+TEST(ClassicThemeSeen, InItsColors)
 {
     expect_seen({
         {"app_title", [] { return ColorTheme::app_title("text"); }, "{green}textn", "textn"},
@@ -99,7 +99,7 @@ TEST(ClassicThemeSeen, AsAFrameOnANarrowScreen)
 // Colours
 // ---------------------------------------------------------------------------------------------
 
-TEST(ClassicColourSeen, OfEachCode)
+TEST(ClassicColorSeen, OfEachCode)
 {
     expect_seen({
         {"reset", [] { return "\x1b[31m" + Hueline::color(HexColor::reset); }, "n", "{red}n"},
@@ -132,7 +132,7 @@ TEST(ClassicColourSeen, OfEachCode)
     });
 }
 
-TEST(ClassicColourSeen, OfTheVgaPaletteAsABackground)
+TEST(ClassicColorSeen, OfTheVgaPaletteAsABackground)
 {
     struct Row {
         HexColor_VGA color;
@@ -153,7 +153,7 @@ TEST(ClassicColourSeen, OfTheVgaPaletteAsABackground)
     }
 }
 
-TEST(ClassicColourSeen, OfAFlippedObjectAlone)
+TEST(ClassicColorSeen, OfAFlippedObjectAlone)
 {
     Screen const screen(bytes_of([] {
         std::cout << Hueline::color(HexColor::red, "a");
@@ -205,7 +205,7 @@ std::string seen_dump(std::function<void()> const& write)
                   0);
 }
 
-TEST(ClassicDumpSeen, InItsColours)
+TEST(ClassicDumpSeen, InItsColors)
 {
     std::vector<unsigned char> const bytes = {0x01, 0xff};
     EXPECT_EQ(seen_dump([] { std::cout << HexDump('A'); }), "{green}41n");
@@ -220,7 +220,7 @@ TEST(ClassicDumpSeen, InItsColours)
     EXPECT_EQ(seen_dump([] { std::cout << Hueline::color(HexColor::red) << HexDump(0x1UL); }), "{red}00000001n");
 }
 
-TEST(ClassicDumpSeen, CutInItsColours)
+TEST(ClassicDumpSeen, CutInItsColors)
 {
     EXPECT_EQ(seen_dump([] { std::cout << HexDump(std::string(20, 'A')); }),
               "{green}41 41 41 41 41 41 41 41 41 41 41 41 41 41 41 41 41 41 41  ... "

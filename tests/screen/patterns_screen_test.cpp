@@ -151,7 +151,7 @@ void expect_greys(Screen const& screen, int first_row, int cells_in_a_row, bool 
     }
 }
 
-TEST(GreyscaleSeen, InItsColours)
+TEST(GreyscaleSeen, InItsColors)
 {
     Screen const screen(bytes_of(test_pattern_greyscale), 40, 80);
     EXPECT_EQ(row_of(screen, 0), "reset colorize  232-255:  grayscale from black to white in 24 steps");
@@ -173,7 +173,7 @@ TEST(GreyscaleSeen, OnANarrowScreen)
     expect_greys(screen, 4 + 50 + 3, 5, false);
 }
 
-TEST(CubeSeen, InItsColours)
+TEST(CubeSeen, InItsColors)
 {
     Screen const screen(bytes_of(test_pattern_rgb), 110, 90);
     EXPECT_EQ(row_of(screen, 0, 90), "reset colorize {bold}dark {}thin");
@@ -234,7 +234,7 @@ TEST(TemplateSeen, AsPlainText)
                     "or Windows in the below case", ""}));
 }
 
-TEST(TemplateSeen, InTheColoursBeforeItUnlessItIsPlatformspecific)
+TEST(TemplateSeen, InTheColorsBeforeItUnlessItIsPlatformspecific)
 {
     auto const first_row = [](std::ostream& (*text)(std::ostream&)) {
         auto const run = on_terminal([&] { std::cout << colorize << thin << red << text; });

@@ -295,7 +295,7 @@ SeenTheme const themes[] = {
     {"response_title", [](std::ostream& os) { os << response_title("AB"); }, "{magenta bold}41 42 n"},
 };
 
-TEST(ThemeSeen, InItsColours)
+TEST(ThemeSeen, InItsColors)
 {
     for (auto const& theme : themes) {
         EXPECT_EQ(first_row([&](std::ostream& os) {
@@ -334,7 +334,7 @@ TEST(ThemeSeen, InWhatTheRecordHolds)
               "{white underline}ls{green bold}n");
 }
 
-TEST(ThemeSeen, WithoutColoursUntilColorized)
+TEST(ThemeSeen, WithoutColorsUntilColorized)
 {
     auto const run = on_terminal([] {
         for (auto const& theme : themes) {
@@ -366,7 +366,7 @@ TEST(ThemeSeen, AsAFrameOnANarrowScreen)
 // Dumps
 // ---------------------------------------------------------------------------------------------
 
-TEST(DumpSeen, InTheColoursThatAreCurrent)
+TEST(DumpSeen, InTheColorsThatAreCurrent)
 {
     std::vector<unsigned char> const bytes = {0x01, 0x02, 0xff};
     EXPECT_EQ(first_row([&](std::ostream& os) {

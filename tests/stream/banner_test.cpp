@@ -163,7 +163,7 @@ TEST(Banner, RestoresTheRecordOfItsCallerWithTheForegroundInBothSlots)
     EXPECT_EQ(text.substr(text.rfind('|')), R"(|\e[00m\e[2m\e[3m\e[4m\e[5m\e[7m\e[31m\e[31m)");
 }
 
-TEST(Banner, RestoresARecordWithoutColours)
+TEST(Banner, RestoresARecordWithoutColors)
 {
     std::string const text = readable(on_terminal([] { write_and_adjust(colorize(std::cout)); }).out);
     EXPECT_EQ(text.substr(text.rfind('|')), R"(|\e[00m\e[1m)");
@@ -204,7 +204,7 @@ TEST(Banner, LeavesItsStreamInHexadecimalAndColorized)
 // What a person sees
 // ---------------------------------------------------------------------------------------------
 
-TEST(Banner, IsSeenInItsColours)
+TEST(Banner, IsSeenInItsColors)
 {
     Screen const screen{on_colorized_terminal(), 500, 120};
     EXPECT_EQ(screen.text(0), "Kestry Hueline Library (Hueline)");

@@ -36,7 +36,7 @@ std::string rendition_after(std::function<void(std::ostream&)> const& prepare)
 // adjust
 // ---------------------------------------------------------------------------------------------
 
-TEST(Adjust, RepeatsWhatAColourHasWritten)
+TEST(Adjust, RepeatsWhatAColorHasWritten)
 {
     auto const run = on_terminal([] { std::cout << colorize << red << adjust; });
     EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31m\e[00m\e[1m\e[31m)");

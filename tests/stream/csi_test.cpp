@@ -49,7 +49,7 @@ std::vector<Numbered> all_numbered()
                 StreamProgram program = {.os = &os};
                 each.act(program, {each.name, "", {n}});
             };
-            all.push_back({each.name, insert, each.example.coloured.substr(each.example.coloured.size() - 1)});
+            all.push_back({each.name, insert, each.example.colored.substr(each.example.colored.size() - 1)});
         }
     }
     return all;

@@ -42,7 +42,7 @@ TEST(SequenceString, IsOneSgrCode)
     EXPECT_EQ(readable(csi::color(INT_MIN)), R"(\e[-2147483648m)");
 }
 
-TEST(SequenceString, IsATrueColourForeground)
+TEST(SequenceString, IsATrueColorForeground)
 {
     EXPECT_EQ(readable(csi::rgb(255, 128, 0)), R"(\e[38;2;255;128;0m)");
     EXPECT_EQ(readable(csi::rgb(0, 0, 0)), R"(\e[38;2;0;0;0m)");
@@ -50,7 +50,7 @@ TEST(SequenceString, IsATrueColourForeground)
     EXPECT_EQ(readable(csi::rgb(INT_MIN, INT_MAX, INT_MIN)), R"(\e[38;2;-2147483648;2147483647;-2147483648m)");
 }
 
-TEST(SequenceString, IsATrueColourBackground)
+TEST(SequenceString, IsATrueColorBackground)
 {
     EXPECT_EQ(readable(csi::on_rgb(0, 0, 0)), R"(\e[48;2;0;0;0m)");
     EXPECT_EQ(readable(csi::on_rgb(1, 2, 3)), R"(\e[48;2;1;2;3m)");
@@ -112,7 +112,7 @@ TEST(ExtendedColor, WritesAnyNumberAsItIs)
     EXPECT_EQ(one(on_rgb{INT_MIN, INT_MAX, INT_MIN}), R"(\e[00m|\e[00m\e[48;2;-2147483648;2147483647;-2147483648m)");
 }
 
-TEST(ExtendedColor, IsReplacedByANamedColour)
+TEST(ExtendedColor, IsReplacedByANamedColor)
 {
     EXPECT_EQ(shown([](std::ostream& os) {
                   os << color{200} << on_color{201};
@@ -186,7 +186,7 @@ TEST(ExtendedColor, IsSeen)
     });
     Screen const screen{run.out};
     ASSERT_EQ(screen.text(0), "abcd");
-    auto const components = [](Colour const& c) {
+    auto const components = [](Color const& c) {
         return std::to_string(c.r) + "," + std::to_string(c.g) + "," + std::to_string(c.b);
     };
     EXPECT_EQ(screen.cell(0, 0).foreground.index, 200);

@@ -30,7 +30,7 @@ TEST(Style, HasNoBoldPieceAfterThin)
     EXPECT_FALSE(Screen(run.out).cell(0, 0).bold);
 }
 
-TEST(Style, KeepsTheColourOfTheOtherGround)
+TEST(Style, KeepsTheColorOfTheOtherGround)
 {
     auto const run =
         on_terminal([] { std::cout << colorize << red << "|" << on_blue << "|" << green << "|" << on_white; });
@@ -103,24 +103,24 @@ TEST(Seen, EachAttribute)
 }
 
 // A cell in each of the colours, beside each other.
-std::string seen(std::vector<Manipulator> const& colours)
+std::string seen(std::vector<Manipulator> const& colors)
 {
     auto const run = on_terminal([&] {
         std::cout << colorize << thin;
-        for (Manipulator const colour : colours) {
-            std::cout << colour << 'x';
+        for (Manipulator const color : colors) {
+            std::cout << color << 'x';
         }
     });
     return row_of(Screen(run.out), 0);
 }
 
-TEST(Seen, EachForegroundColour)
+TEST(Seen, EachForegroundColor)
 {
     EXPECT_EQ(seen({black, red, green, yellow, blue, magenta, cyan, white}),
               "{black}x{red}x{green}x{yellow}x{blue}x{magenta}x{cyan}x{white}x");
 }
 
-TEST(Seen, EachBackgroundColour)
+TEST(Seen, EachBackgroundColor)
 {
     EXPECT_EQ(seen({on_black, on_red, on_green, on_yellow, on_blue, on_magenta, on_cyan, on_white}),
               "{on black}x{on red}x{on green}x{on yellow}x{on blue}x{on magenta}x{on cyan}x{on white}x");

@@ -200,7 +200,7 @@ TEST(Matrix, IsPlainTextInAString)
     EXPECT_EQ(in_a_string(test_pattern_matrix), should);
 }
 
-TEST(Matrix, SetsTheColoursOfEachCell)
+TEST(Matrix, SetsTheColorsOfEachCell)
 {
     std::string const text = readable(on_colorized_terminal(test_pattern_matrix));
     std::string_view const start =
@@ -213,7 +213,7 @@ TEST(Matrix, SetsTheColoursOfEachCell)
     EXPECT_EQ(last(text, end), end);
 }
 
-TEST(Matrix, IsSeenInItsColours)
+TEST(Matrix, IsSeenInItsColors)
 {
     Screen const screen{on_colorized_terminal(test_pattern_matrix), 24, 120};
     EXPECT_EQ(screen.text(0), " no frills mode is off");
@@ -247,7 +247,7 @@ TEST(Palette, IsPlainTextInAString)
                                                     rows + "\n");
 }
 
-TEST(Palette, SetsTheColoursOfEachCell)
+TEST(Palette, SetsTheColorsOfEachCell)
 {
     std::string const text = readable(on_colorized_terminal(test_pattern_256bit));
     std::string_view const start =
@@ -264,7 +264,7 @@ TEST(Palette, SetsTheColoursOfEachCell)
     EXPECT_EQ(last(text, end), end);
 }
 
-TEST(Palette, IsSeenInItsColours)
+TEST(Palette, IsSeenInItsColors)
 {
     Screen const screen{on_colorized_terminal(test_pattern_256bit), 24, 100};
     for (int b = 0; b < 16; ++b) {
@@ -349,7 +349,7 @@ TEST(Cube, IsSixteenBlocksOfSixRowsOfFiveCells)
     EXPECT_EQ(text.size(), start.size() + std::size_t{16 * 6 - 2} * 51 + 1);
 }
 
-TEST(Cube, SetsTheColoursOfEachCell)
+TEST(Cube, SetsTheColorsOfEachCell)
 {
     std::string const text = readable(on_colorized_terminal(test_pattern_rgb));
     std::string_view const start =
@@ -457,7 +457,7 @@ TEST(ProgressLinePattern, DrawsEachStepThreeTimes)
     EXPECT_EQ(readable(frame(text, 149)), meter("100") + R"(\e[25h)");
 }
 
-TEST(ProgressLinePattern, IsSeenInItsColours)
+TEST(ProgressLinePattern, IsSeenInItsColors)
 {
     Screen const screen{on_colorized_terminal(test_pattern_progress_line)};
     EXPECT_EQ(screen.text(0), "(completed 100%)");

@@ -100,7 +100,7 @@ TEST(Next, RunsTheGateOnceAndReturnsItsStream)
     }
 }
 
-TEST(Next, ShowsTheEightColours)
+TEST(Next, ShowsTheEightColors)
 {
     auto const run = on_terminal([] {
         std::cout << colorize << thin;
@@ -150,7 +150,7 @@ TEST(Col, CountsBytes)
     EXPECT_EQ(readable(col("\x1b[31mred\x1b[0m")), R"(\e[31mred\e[)");
 }
 
-TEST(Col, LeavesItsNameAndTheColourState)
+TEST(Col, LeavesItsNameAndTheColorState)
 {
     auto const run = on_terminal([] {
         std::cout << colorize;

@@ -299,7 +299,7 @@ TEST(Gate, LeavesErrnoWhereStdoutAndStderrAreInMemory)
     EXPECT_EQ(run.report, "No such file or directoryNo such file or directory");
 }
 
-TEST(Gate, LeavesErrnoForTheTextAfterAColour)
+TEST(Gate, LeavesErrnoForTheTextAfterAColor)
 {
     auto const run = on_pipe([] {
         errno = ENOENT;
@@ -451,7 +451,7 @@ TEST(ColorizeWord, IsZeroThenOneThenZero)
     EXPECT_EQ(run.report, "0 1 1 0 ");
 }
 
-TEST(ColorizeWord, WantsColourUnlessZero)
+TEST(ColorizeWord, WantsColorUnlessZero)
 {
     for (long const word : {1L, 2L, -1L, 256L, LONG_MAX, LONG_MIN}) {
         auto const run = on_terminal([word] {
@@ -570,7 +570,7 @@ TEST(NoFrillsMode, IsWhatWasSetLast)
     EXPECT_EQ(run.report, "11001");
 }
 
-TEST(NoFrillsMode, SuspendsColourAndKeepsWhatWasSetBefore)
+TEST(NoFrillsMode, SuspendsColorAndKeepsWhatWasSetBefore)
 {
     auto const run = on_terminal([] {
         std::cout << colorize << red << "a";
@@ -787,7 +787,7 @@ TEST(UseColorMode, WritesNothingAndRunsNoGate)
     EXPECT_EQ(run.report, "0");
 }
 
-TEST(UseColorMode, MeansColourEvenOffATerminal)
+TEST(UseColorMode, MeansColorEvenOffATerminal)
 {
     auto const run = on_pipe([] {
         UseColorMode const mode;
@@ -799,7 +799,7 @@ TEST(UseColorMode, MeansColourEvenOffATerminal)
     EXPECT_EQ(run.report, "color color ");
 }
 
-TEST(UseColorMode, StillMeansColourAfterItsScope)
+TEST(UseColorMode, StillMeansColorAfterItsScope)
 {
     auto const run = on_pipe([] {
         {
@@ -819,7 +819,7 @@ TEST(UseColorMode, StillMeansColourAfterItsScope)
     EXPECT_EQ(run.report, "color color plain color plain ");
 }
 
-TEST(UseColorMode, TakesColourFromCoutIfNoGateRanInItsScope)
+TEST(UseColorMode, TakesColorFromCoutIfNoGateRanInItsScope)
 {
     auto const body = [] {
         {
@@ -832,7 +832,7 @@ TEST(UseColorMode, TakesColourFromCoutIfNoGateRanInItsScope)
     EXPECT_EQ(on_pipe(body).report, "1 0 "); // no gate has found the pipe
 }
 
-TEST(UseColorMode, TakesColourFromCoutIfATerminalWasFoundLast)
+TEST(UseColorMode, TakesColorFromCoutIfATerminalWasFoundLast)
 {
     auto const run = on_terminal([] {
         std::cout << colorize; // before the scope: not put back
@@ -912,7 +912,7 @@ TEST(UseColorMode, LeavesWhatTheGateFound)
     EXPECT_EQ(run.report, "1 1 ");
 }
 
-TEST(NoColorMode, TakesColourFromCoutAlone)
+TEST(NoColorMode, TakesColorFromCoutAlone)
 {
     auto const run = on_terminal([] {
         std::cout << colorize;
@@ -953,7 +953,7 @@ TEST(NoColorMode, EndsWhatUseColorModeAskedFor)
     EXPECT_EQ(run.report, "color plain plain ");
 }
 
-TEST(NoColorMode, LeavesCoutWithoutColourIfNoGateRanInItsScope)
+TEST(NoColorMode, LeavesCoutWithoutColorIfNoGateRanInItsScope)
 {
     auto const run = on_terminal([] {
         std::cout << colorize << push;
@@ -979,7 +979,7 @@ TEST(NoColorMode, ColorizesCoutIfATerminalWasFoundLast)
     EXPECT_EQ(run.report, "1 ");
 }
 
-TEST(NoColorMode, LeavesCoutWithoutColourIfNoTerminalWasFoundLast)
+TEST(NoColorMode, LeavesCoutWithoutColorIfNoTerminalWasFoundLast)
 {
     auto const run = on_terminal([] {
         std::cout << colorize;
@@ -1023,7 +1023,7 @@ TEST(NoColorMode, AroundUseColorModeColorizesCout)
     EXPECT_EQ(run.report, "1 0 1 ");
 }
 
-TEST(NoColorMode, InsideUseColorModeLeavesCoutWithoutColour)
+TEST(NoColorMode, InsideUseColorModeLeavesCoutWithoutColor)
 {
     auto const run = on_terminal([] {
         {
@@ -1141,7 +1141,7 @@ TEST(FrillsGuards, DecideWhatIsWritten)
     EXPECT_EQ(readable(run.out), R"(a\e[00m\e[1m\e[32mbc\e[00m\e[1m\e[32md)");
 }
 
-TEST(FrillsGuards, LeaveTheColourState)
+TEST(FrillsGuards, LeaveTheColorState)
 {
     auto const run = on_terminal([] {
         std::cout << colorize << push;

@@ -12,7 +12,7 @@
 namespace hueline::test {
 
 /// "red", "bright red", "200" of the palette, "255/128/0"; nothing for the default.
-inline std::string name_of(Colour const& c)
+inline std::string name_of(Color const& c)
 {
     static char const* const names[] = {"black", "red", "green", "yellow", "blue", "magenta", "cyan", "white"};
     if (c.is_default) {

@@ -62,7 +62,7 @@ void await_output(int descriptor, std::string_view bytes);
 void change_environment(std::vector<std::string> const& changes);
 
 /// Changes of the environment after which a terminal has 16 colours and nobody has wished for anything else.
-inline std::vector<std::string> const sixteen_colours = {
+inline std::vector<std::string> const sixteen_colors = {
     "NO_COLOR",     "FORCE_COLOR",          "CLICOLOR_FORCE", "CLICOLOR",  "COLORTERM",
     "TERM_PROGRAM", "TERM_PROGRAM_VERSION", "WT_SESSION",     "TERM=xterm"};
 

@@ -24,9 +24,9 @@ std::string character_of(VTermScreenCell const& cell)
     return character;
 }
 
-Colour colour(VTermState const* state, VTermColor given)
+Color color(VTermState const* state, VTermColor given)
 {
-    Colour c;
+    Color c;
     c.is_default = VTERM_COLOR_IS_DEFAULT_FG(&given) || VTERM_COLOR_IS_DEFAULT_BG(&given);
     if (!c.is_default && VTERM_COLOR_IS_INDEXED(&given)) {
         c.index = given.indexed.idx;
@@ -199,8 +199,8 @@ Cell Screen::cell(int row, int col) const
     cell.blink = found.attrs.blink != 0;
     cell.reverse = found.attrs.reverse != 0;
     cell.strike = found.attrs.strike != 0;
-    cell.foreground = colour(state, found.fg);
-    cell.background = colour(state, found.bg);
+    cell.foreground = color(state, found.fg);
+    cell.background = color(state, found.bg);
     return cell;
 }
 

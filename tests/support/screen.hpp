@@ -11,14 +11,14 @@ struct VTerm;
 
 namespace hueline::test {
 
-struct Colour {
+struct Color {
     bool is_default = true;
     int index = -1; ///< Of the 256-colour palette; -1 for a default or a true colour.
     int r = 0;
     int g = 0;
     int b = 0;
 
-    bool operator==(Colour const&) const = default;
+    bool operator==(Color const&) const = default;
 };
 
 struct Cell {
@@ -32,8 +32,8 @@ struct Cell {
     bool blink = false;
     bool reverse = false;
     bool strike = false;
-    Colour foreground = {};
-    Colour background = {};
+    Color foreground = {};
+    Color background = {};
 };
 
 struct Position {

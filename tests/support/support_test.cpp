@@ -24,7 +24,7 @@
 
 namespace hueline::test {
 
-void PrintTo(Colour const& c, std::ostream* os)
+void PrintTo(Color const& c, std::ostream* os)
 {
     *os << (c.is_default ? "default" : "set") << " index " << c.index << " rgb " << c.r << ' ' << c.g << ' ' << c.b;
 }
@@ -464,7 +464,7 @@ TEST(Screen, HasAWideCharacterInTwoCells)
     EXPECT_FALSE(screen.cell(0, 0).is_second || screen.cell(0, 2).is_second);
 }
 
-TEST(Screen, ShowsColours)
+TEST(Screen, ShowsColors)
 {
     Screen const screen("\x1b[31mf\x1b[0;42mb\x1b[0;38;5;200mp\x1b[0;48;2;1;2;3mt\x1b[0mn");
     EXPECT_EQ(screen.cell(0, 0).foreground.index, 1);
@@ -473,7 +473,7 @@ TEST(Screen, ShowsColours)
     EXPECT_EQ(screen.cell(0, 1).background.index, 2);
     EXPECT_TRUE(screen.cell(0, 1).foreground.is_default);
     EXPECT_EQ(screen.cell(0, 2).foreground.index, 200);
-    EXPECT_EQ(screen.cell(0, 3).background, (Colour{.is_default = false, .index = -1, .r = 1, .g = 2, .b = 3}));
+    EXPECT_EQ(screen.cell(0, 3).background, (Color{.is_default = false, .index = -1, .r = 1, .g = 2, .b = 3}));
     EXPECT_TRUE(screen.cell(0, 4).foreground.is_default);
     EXPECT_TRUE(screen.cell(0, 4).background.is_default);
     EXPECT_EQ(screen.cell(0, 4).foreground.index, -1);

@@ -51,7 +51,7 @@ using Arguments = std::vector<std::string>;
 // Adds what is set before each run: the changes of the launch come after it.
 Launch in_known_environment(Launch launch)
 {
-    launch.environment.insert(launch.environment.begin(), sixteen_colours.begin(), sixteen_colours.end());
+    launch.environment.insert(launch.environment.begin(), sixteen_colors.begin(), sixteen_colors.end());
     return launch;
 }
 
@@ -91,7 +91,7 @@ void become_demo(Arguments const& arguments)
         argv.push_back(const_cast<char*>(argument.c_str()));
     }
     argv.push_back(nullptr);
-    change_environment(sixteen_colours);
+    change_environment(sixteen_colors);
     execv(argv[0], argv.data());
     report(std::string("cannot run the tool: ") + std::strerror(errno));
 }
@@ -167,7 +167,7 @@ TEST(Options, HelpTellsTheUse)
     expect_text({"-h"}, help_text);
 }
 
-TEST(Options, VersionIsTheShortTagWithoutColour)
+TEST(Options, VersionIsTheShortTagWithoutColor)
 {
     expect_text({"--version"}, "Hueline ver. 0.2.2-r0\n");
     expect_text({"-V"}, "Hueline ver. 0.2.2-r0\n");
@@ -243,7 +243,7 @@ TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
     expect_misuse({"matrix", "rgb", "Matrix"}, "unknown demonstration 'Matrix'" + possible);
 }
 
-TEST(Misuse, MessageIsOneLineAndColoursNothing)
+TEST(Misuse, MessageIsOneLineAndColorsNothing)
 {
     Outcome const run = demo(on_pipes, {"a\nb\t\x1b[31mc\x1f \x7f~ä\xff\u009b2J\u202e"});
     EXPECT_EQ(run.err.substr(0, run.err.find(": the")),
@@ -319,7 +319,7 @@ TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
     }
 }
 
-TEST(OnAPipe, IndicatorsKeepTheirOwnColoursAndDoNotWait)
+TEST(OnAPipe, IndicatorsKeepTheirOwnColorsAndDoNotWait)
 {
     expect_pattern_on_pipe({"status"}, on_a_pipe({status_line}));
     expect_pattern_on_pipe({"progress"}, on_a_pipe({progress_line}));
@@ -375,7 +375,7 @@ TEST(OnATerminal, EachDemonstrationStartsFromTheDefaultRecord)
               "");
 }
 
-TEST(OnATerminal, ColourIsForStandardOutputWhateverStandardErrorIs)
+TEST(OnATerminal, ColorIsForStandardOutputWhateverStandardErrorIs)
 {
     EXPECT_EQ(
         difference(on_a_terminal({"test_pattern_matrix", "reset"}), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out),
@@ -398,7 +398,7 @@ TEST(NoFrills, ATerminalReceivesNoSequence)
     }
 }
 
-TEST(NoFrills, ColoursOfTheIndicatorsAreEndedOnATerminal)
+TEST(NoFrills, ColorsOfTheIndicatorsAreEndedOnATerminal)
 {
     std::string const end = "\x1b[00m\x1b[25h";
     EXPECT_EQ(difference(without_frills({status_line}) + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
@@ -419,7 +419,7 @@ TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
 
 // What "matrix" writes to a terminal that has colour, to one that has none, and to a pipe.
 struct Matrix {
-    std::string coloured;
+    std::string colored;
     std::string without_frills;
     std::string piped;
 };
@@ -442,7 +442,7 @@ TEST(Color, IsTakenFromATerminalByNoFrillsMode)
 
 TEST(Color, IsGivenByTheOptionWhateverTheEnvironmentSays)
 {
-    std::string const expected = matrix().coloured;
+    std::string const expected = matrix().colored;
     Launch const refusing = {.environment = {"NO_COLOR=1", "TERM=dumb"}};
     for (char const* const option : {"--color", "--color=always", "--color=16", "--color=256", "--color=24bit"}) {
         SCOPED_TRACE(option);
@@ -454,7 +454,7 @@ TEST(Color, IsGivenByTheOptionWhateverTheEnvironmentSays)
 TEST(Color, TheLastOptionCounts)
 {
     Matrix const expected = matrix();
-    EXPECT_EQ(demo(on_terminals, {"--color=never", "--color=auto", "matrix"}).out, expected.coloured);
+    EXPECT_EQ(demo(on_terminals, {"--color=never", "--color=auto", "matrix"}).out, expected.colored);
     EXPECT_EQ(demo(on_terminals, {"--color", "--color=never", "matrix"}).out, expected.without_frills);
     EXPECT_EQ(demo(on_terminals, {"--no-frills", "--color", "matrix"}).out, expected.without_frills);
 }
@@ -472,7 +472,7 @@ TEST(Color, OfAPipeIsRefusedByTheGate)
 
 TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
 {
-    std::string const heading_and_first = "role                          string form         stream form\n"
+    std::string const heading_and_first = "role                          string interface    stream interface\n"
                                           "app_title                     \x1b[32mKestry Hueline\x1b[0m      "
                                           "Kestry Hueline\n";
     std::string const out = demo(on_pipes, {"--color=always", "themes"}).out;
@@ -481,7 +481,7 @@ TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
     EXPECT_FALSE(has_sequences(demo(on_terminals, {"--color=never", "themes"}).out));
 }
 
-TEST(Color, OfTheIndicatorsIsEndedWhereColourIsNotWanted)
+TEST(Color, OfTheIndicatorsIsEndedWhereColorIsNotWanted)
 {
     Outcome const run = demo(on_terminals, {"--color=never", "status"}, without_waits);
     EXPECT_EQ(difference(without_frills({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
@@ -511,12 +511,12 @@ std::string const plain_templates = "this is a cross platform template\n"
                                     "to either Linux in this case\n"
                                     "or Windows in the below case\n";
 
-TEST(Templates, AreColouredOnATerminalOnly)
+TEST(Templates, AreColoredOnATerminalOnly)
 {
     EXPECT_EQ(demo(on_pipes, {"templates"}).out, plain_templates);
 
     // clang-format off
-    std::string const coloured = "\x1b[00m\x1b[1m\x1b[37m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
+    std::string const colored = "\x1b[00m\x1b[1m\x1b[37m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
                                  " will only display in color if colorize has been called \n"
                                  " and this works on both Windows and Linux \n"
                                  "\x1b[00m\x1b[1m\x1b[37m\x1b[42m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
@@ -524,13 +524,13 @@ TEST(Templates, AreColouredOnATerminalOnly)
                                  " has been called and this works on Linux \n"
                                  "\x1b[00m\x1b[25h";
     // clang-format on
-    EXPECT_EQ(readable(demo(on_terminals, {"templates"}).out), readable(plain_templates + coloured));
+    EXPECT_EQ(readable(demo(on_terminals, {"templates"}).out), readable(plain_templates + colored));
 }
 
 TEST(Themes, AreATableOfRolesAndTwoForms)
 {
     Outcome const run = demo(on_pipes, {"themes"});
-    EXPECT_EQ(run.out, "role                          string form         stream form\n"
+    EXPECT_EQ(run.out, "role                          string interface    stream interface\n"
                        "app_title                     Kestry Hueline      Kestry Hueline\n"
                        "alert                         no such device      no such device\n"
                        "info                          3 devices found     3 devices found\n"
@@ -562,7 +562,7 @@ TEST(Themes, AreATableOfRolesAndTwoForms)
     EXPECT_EQ(demo(on_terminals, {"-n", "themes"}).out, run.out);
 }
 
-// A stretch of a theme in the stream form: bold at load, and reset after it.
+// A stretch of a theme of the stream interface: bold at load, and reset after it.
 std::string in_stream(std::string const& sgr, std::string const& text)
 {
     return "\x1b[00m\x1b[1m" + sgr + text + "\x1b[00m\x1b[25h\n";
@@ -577,12 +577,12 @@ std::string bold_in_stream(std::string const& sgr, std::string const& text)
     // clang-format on
 }
 
-TEST(Themes, EachFormHasItsColoursOnATerminal)
+TEST(Themes, EachFormHasItsColorsOnATerminal)
 {
     Outcome const run = demo(on_terminals, {"themes"});
     // clang-format off
     std::string const expected =
-        "\x1b[00m\x1b[25hrole                          string form         stream form\n"
+        "\x1b[00m\x1b[25hrole                          string interface    stream interface\n"
         "app_title                     \x1b[32mKestry Hueline\x1b[0m      " + in_stream("\x1b[32m", "Kestry Hueline") +
         "alert                         \x1b[1m\x1b[31mno such device\x1b[2m\x1b[0m      " +
         bold_in_stream("\x1b[31m", "no such device") +
@@ -1120,7 +1120,7 @@ TEST(CanonicalDump, BeginsAnewWithEachFile)
     EXPECT_EQ(run.out, rows + rows);
 }
 
-TEST(CanonicalDump, IsColouredAsThePolicySays)
+TEST(CanonicalDump, IsColoredAsThePolicySays)
 {
     Folder const folder;
     std::string const file = folder.file("data", "x");
@@ -1239,7 +1239,7 @@ TEST(Progress, IsAFrill)
     EXPECT_EQ(demo(pipe_and_terminal, {"--no-frills", "dump", file}).err, "");
 }
 
-TEST(Progress, IsForATerminalThatHasColour)
+TEST(Progress, IsForATerminalThatHasColor)
 {
     Folder const folder;
     std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));

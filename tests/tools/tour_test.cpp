@@ -38,7 +38,7 @@ std::string const without_waits = "LD_PRELOAD=" FAST_CLOCK;
 
 std::vector<std::string> environment(std::vector<std::string> const& more)
 {
-    std::vector<std::string> all = sixteen_colours;
+    std::vector<std::string> all = sixteen_colors;
     for (char const* const name : {"CI", "HUELINE_PROGRESS", "LANG", "LC_CTYPE", "LC_ALL=C"}) {
         all.emplace_back(name);
     }
@@ -54,7 +54,7 @@ Outcome tour(Sinks sinks, Arguments const& options = {}, std::vector<std::string
     return run_program(sinks, argv, {.environment = environment(variables)});
 }
 
-std::string const whole_text = R"~(  Colours and attributes                                               1 of 12
+std::string const whole_text = R"~(  Colors and attributes                                               1 of 12
   Manipulators of std::cout: sequences on a terminal, nothing in a pipe.
 
   cout << red << "failed" << reset << '\n';                     failed
@@ -67,8 +67,8 @@ std::string const whole_text = R"~(  Colours and attributes                     
   cout << color{208} << "1 of 256" << reset << '\n';            1 of 256
   cout << rgb{255, 95, 175} << "24 bits" << reset << '\n';      24 bits
 
-  24-bit colours                                                       2 of 12
-  Any of 16 million colours, for the text and for its ground.
+  24-bit colors                                                       2 of 12
+  Any of 16 million colors, for the text and for its ground.
 
   int shade = 0;
   for (char const c : std::string(" from nightfall until noon ")) {
@@ -85,7 +85,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   ###########################
 
   Messages by role                                                     3 of 12
-  Say what a text is, and a theme gives it its colour.
+  Say what a text is, and a theme gives it its color.
 
   cout << app_title("probe 1.4") << reset << '\n';         probe 1.4
   cout << info("info: ") << reset << "2 ports found\n";    info: 2 ports found
@@ -95,7 +95,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   cout << prompt("Go on?") << reset << '\n';               Go on?
 
   Frames in hexadecimal                                                4 of 12
-  The fields of a request and a response, each in its colour.
+  The fields of a request and a response, each in its color.
 
   cout << "request   " << immediate_destination(0x10) << ' '
        << total_count(0x09) << ' ' << request_title("GET *") << reset
@@ -158,7 +158,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   cout << HexDump(std::string("GET *")) << '\n';               47 45 54 20 2a
 
   The kit: styles                                                      9 of 12
-  A style is a value: it ends itself, nests, and fits the terminal's colours.
+  A style is a value: it ends itself, nests, and fits the terminal's colors.
 
   constexpr auto error = fg(red) | bold;
   constexpr auto quiet = fg(cyan);
@@ -180,7 +180,7 @@ std::string const whole_text = R"~(  Colours and attributes                     
   a-long-na...  ok
 
   The kit: hex view                                                   11 of 12
-  Bytes as xxd, hexdump -C and od print them, a colour for each kind.
+  Bytes as xxd, hexdump -C and od print them, a color for each kind.
 
   std::string_view const frame("\x10\x09GET *\xbe\xfb\r\n\0\xff", 13);
   cout << hexdump(std::as_bytes(std::span(frame)),
@@ -408,7 +408,7 @@ TEST(TourInAPipe, IsThisText)
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(TourInAPipe, HasTheColoursThatItIsToldToHave)
+TEST(TourInAPipe, HasTheColorsThatItIsToldToHave)
 {
     std::string const out = tour(on_pipes, {"--color=always"}).out;
     EXPECT_NE(readable(out).find(R"(\e[31mfailed\e[0m)"), std::string::npos);                               // a string
@@ -421,7 +421,7 @@ TEST(TourInAPipe, HasTheColoursThatItIsToldToHave)
     EXPECT_EQ(shown, whole_text);
 }
 
-TEST(TourOnATerminal, WithoutColourIsTheTextOfAPipe)
+TEST(TourOnATerminal, WithoutColorIsTheTextOfAPipe)
 {
     for (Arguments const& options : {Arguments{"--color=never"}, Arguments{"--no-frills"}}) {
         EXPECT_EQ(tour(on_terminals, options).out, whole_text);
@@ -592,7 +592,7 @@ TEST(TourAtTheKeys, EndsWithWhatToDoNext)
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
-TEST(TourAtTheKeys, WithoutColourWritesNoSequence)
+TEST(TourAtTheKeys, WithoutColorWritesNoSequence)
 {
     for (std::string const variable : {"NO_COLOR=1", "TERM=dumb"}) {
         Session session = at_keys({12, 40}, {}, {variable});

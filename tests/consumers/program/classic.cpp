@@ -4,7 +4,7 @@ std::string failed_in_classic_red();
 
 std::string failed_in_classic_red()
 {
-    kestry::Hueline colour;
-    colour.useColor(true);
+    kestry::Hueline color;
+    color.useColor(true);
     return kestry::Hueline::color(kestry::HexColor::red, "failed") + kestry::Hueline::color(kestry::HexColor::reset);
 }

@@ -16,13 +16,13 @@ class Third {
 public:
     Third()
     {
-        colour.useColor(true);
+        color.useColor(true);
         std::cout << Hueline::color(HexColor::blue, "third\n");
     }
     ~Third() { std::cout << Hueline::color(HexColor::yellow, "third's end\n"); }
 
 private:
-    Hueline colour;
+    Hueline color;
 };
 
 Third const third;
