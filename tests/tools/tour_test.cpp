@@ -54,7 +54,7 @@ Outcome tour(Sinks sinks, Arguments const& options = {}, std::vector<std::string
     return run_program(sinks, argv, {.environment = environment(variables)});
 }
 
-std::string const whole_text = R"~(  Colors and attributes                                               1 of 12
+std::string const whole_text = R"~(  Colours and attributes                                               1 of 12
   Manipulators of std::cout: sequences on a terminal, nothing in a pipe.
 
   cout << red << "failed" << reset << '\n';                     failed
@@ -67,8 +67,8 @@ std::string const whole_text = R"~(  Colors and attributes                      
   cout << color{208} << "1 of 256" << reset << '\n';            1 of 256
   cout << rgb{255, 95, 175} << "24 bits" << reset << '\n';      24 bits
 
-  24-bit colors                                                       2 of 12
-  Any of 16 million colors, for the text and for its ground.
+  24-bit colours                                                       2 of 12
+  Any of 16 million colours, for the text and for its ground.
 
   int shade = 0;
   for (char const c : std::string(" from nightfall until noon ")) {
@@ -85,7 +85,7 @@ std::string const whole_text = R"~(  Colors and attributes                      
   ###########################
 
   Messages by role                                                     3 of 12
-  Say what a text is, and a theme gives it its color.
+  Say what a text is, and a theme gives it its colour.
 
   cout << app_title("probe 1.4") << reset << '\n';         probe 1.4
   cout << info("info: ") << reset << "2 ports found\n";    info: 2 ports found
@@ -95,7 +95,7 @@ std::string const whole_text = R"~(  Colors and attributes                      
   cout << prompt("Go on?") << reset << '\n';               Go on?
 
   Frames in hexadecimal                                                4 of 12
-  The fields of a request and a response, each in its color.
+  The fields of a request and a response, each in its colour.
 
   cout << "request   " << immediate_destination(0x10) << ' '
        << total_count(0x09) << ' ' << request_title("GET *") << reset
@@ -158,7 +158,7 @@ std::string const whole_text = R"~(  Colors and attributes                      
   cout << HexDump(std::string("GET *")) << '\n';               47 45 54 20 2a
 
   The kit: styles                                                      9 of 12
-  A style is a value: it ends itself, nests, and fits the terminal's colors.
+  A style is a value: it ends itself, nests, and fits the terminal's colours.
 
   constexpr auto error = fg(red) | bold;
   constexpr auto quiet = fg(cyan);
@@ -180,7 +180,7 @@ std::string const whole_text = R"~(  Colors and attributes                      
   a-long-na...  ok
 
   The kit: hex view                                                   11 of 12
-  Bytes as xxd, hexdump -C and od print them, a color for each kind.
+  Bytes as xxd, hexdump -C and od print them, a colour for each kind.
 
   std::string_view const frame("\x10\x09GET *\xbe\xfb\r\n\0\xff", 13);
   cout << hexdump(std::as_bytes(std::span(frame)),
