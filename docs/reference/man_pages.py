@@ -1,6 +1,8 @@
 """Writes the manual pages of section 3, one for each topic of the headers: man_pages.py <XML folder> <output folder>
 
 Reads what Doxygen makes of the headers, in the folders stream, classic and kit of the XML folder. A topic is a group there; its text and its members in the order of the header become a page in man(7). The same input gives the same bytes.
+
+Doxygen's own manual pages (GENERATE_MAN, 1.9.4) were tried instead: their NAME line has the group alone, so apropos finds no function, "\\x1b[8m" is shown as "b[8m", and each carries the day of its making.
 """
 
 import pathlib
