@@ -72,12 +72,13 @@ void download(progress::multi_progress& group, file const& wanted, std::chrono::
 
 int main(int argc, char* argv[])
 {
-    std::chrono::microseconds const pause(argc > 1 ? std::atoi(argv[1]) : 2000);
+    std::chrono::microseconds const pause(argc > 1 ? std::strtol(argv[1], nullptr, 10) : 2000);
     progress::wipe_on_signals();
     progress::multi_progress group;
     auto const all = group.add("files", files.size());
     std::atomic<std::size_t> next = 0;
     std::vector<std::thread> workers;
+    workers.reserve(3);
     for (int i = 0; i < 3; ++i) {
         workers.emplace_back([&] {
             for (std::size_t mine = next++; mine < files.size(); mine = next++) {

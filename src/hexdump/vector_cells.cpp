@@ -10,10 +10,8 @@
 #include <cpuid.h>
 #include <immintrin.h>
 #define IN_VECTORS [[gnu::target("avx2")]]
-#define VECTOR_SIZE 32
 #elif defined(__aarch64__)
 #define IN_VECTORS
-#define VECTOR_SIZE 16
 #endif
 
 namespace kestry::detail {
@@ -22,17 +20,24 @@ using Bytes = std::span<unsigned char const>;
 
 #ifndef IN_VECTORS
 
-bool put_vector_cells(char*, Bytes, std::string_view, std::string_view) { return false; }
+bool put_vector_cells(char* /*out*/, Bytes /*bytes*/, std::string_view /*before*/, std::string_view /*after*/)
+{
+    return false;
+}
 
 #else
 
 namespace {
 
-using Vector [[gnu::vector_size(VECTOR_SIZE)]] = signed char; // signed numbers are compared in one instruction
-using Unsigned [[gnu::vector_size(VECTOR_SIZE)]] = unsigned char;
-
-std::size_t constexpr block = sizeof(Vector);
 std::size_t constexpr lane = 16;
+#ifdef __x86_64__
+std::size_t constexpr block = 2 * lane;
+#else
+std::size_t constexpr block = lane;
+#endif
+
+using Vector [[gnu::vector_size(block)]] = signed char; // signed numbers are compared in one instruction
+using Unsigned [[gnu::vector_size(block)]] = unsigned char;
 
 // Where each character of a lane comes from: 0 to 15 is a place in the same lane of the first vector, 16 to
 // 31 one of the second. Within a lane, a shuffle is one instruction.
@@ -48,7 +53,7 @@ constexpr int place_in_vectors(Places const& places, std::size_t i)
 }
 
 template <Places places, std::size_t... i>
-IN_VECTORS inline Vector shuffle(Vector const& a, Vector const& b, std::index_sequence<i...>)
+IN_VECTORS inline Vector shuffle(Vector const& a, Vector const& b, std::index_sequence<i...> /*of a vector*/)
 {
     return __builtin_shufflevector(a, b, place_in_vectors(places, i)...);
 }
@@ -70,8 +75,8 @@ IN_VECTORS inline void store(char* out, Vector const& lanes)
 
 // The digits of a block: in each lane, those of its first eight bytes and those of its other eight.
 struct Digits {
-    Vector low;
-    Vector high;
+    Vector low = {};
+    Vector high = {};
 };
 
 // clang-format off
@@ -79,8 +84,8 @@ IN_VECTORS inline void find_digits(Digits& digits, unsigned char const* bytes)
 {
     Unsigned in;
     std::memcpy(&in, bytes, block);
-    Vector first = reinterpret_cast<Vector>(in >> 4);
-    Vector second = reinterpret_cast<Vector>(in & 15);
+    auto first = reinterpret_cast<Vector>(in >> 4);
+    auto second = reinterpret_cast<Vector>(in & 15);
     first += '0' + ((first > 9) & ('a' - '9' - 1));
     second += '0' + ((second > 9) & ('a' - '9' - 1));
     digits.low  = shuffle<Places{0, 16,  1, 17,  2, 18,  3, 19,  4, 20,  5, 21,  6, 22,  7, 23}>(first, second);

@@ -90,8 +90,8 @@ int percentage(progress_meter const& m)
     // The width of the bar as int arithmetic has it, without the undefined behaviour of an overflow.
     int const steps = static_cast<int>(static_cast<unsigned>(m.end) - static_cast<unsigned>(m.start));
     // A float at each step; volatile, because the registers of an i387 hold more digits than that.
-    float volatile const position = static_cast<float>(m.position);
-    float volatile const span = static_cast<float>(steps);
+    auto volatile const position = static_cast<float>(m.position);
+    auto volatile const span = static_cast<float>(steps);
     float volatile const quotient = position / span;
     float volatile const product = quotient * 100.0F;
     float const percent = product;

@@ -17,7 +17,7 @@ class SgrSequence {
 public:
     /// An introducer of at most seven characters, one to five numbers with ";" between them, and "m".
     template <class... Numbers>
-    explicit SgrSequence(std::string_view introducer, Numbers... numbers)
+    explicit SgrSequence(std::string_view introducer, Numbers... numbers) // NOLINT: as much as is read is written
     {
         static_assert(sizeof...(numbers) >= 1 && sizeof...(numbers) <= most_numbers);
         char* out = put_text(text, introducer);
