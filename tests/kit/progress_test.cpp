@@ -699,7 +699,7 @@ TEST_F(Progress, CountsARangeWhoseEndsAreFunctionsBesideIt)
     for (auto const& entry : track(std::filesystem::directory_iterator("/proc/self/task"), "tasks", on_it())) {
         entries += entry.is_directory() ? 1 : 0;
     }
-    EXPECT_EQ(entries, 1);
+    EXPECT_GE(entries, 1); // an emulator has threads of its own
 }
 
 TEST_F(Progress, AbandonsARangeThatIsLeft)
