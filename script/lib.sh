@@ -138,9 +138,12 @@ build()
 
 configure() { cmake "$@" || cmake --fresh "$@"; }
 
+# Tests that failed beside others, and passed when they ran alone: the last line of a run names them.
+passed_alone=
+
 # Runs the tests of a preset, and says how many passed: run_tests <preset> [<option of ctest>...]. A few that fail run once
-# more, one at a time, and are named if they pass then: a machine may have been busy. What they write comes last, since of
-# a long log only the end may be kept.
+# more, one at a time: a machine may have been busy. What they write comes last, since of a long log only the end may be
+# kept.
 run_tests()
 {
     local log=$logs/test-$1 few=20 failed
@@ -156,7 +159,10 @@ run_tests()
     blame_disks
     if [ -n "$failed" ] && [ "$(wc -l <<<"$failed")" -le "$few" ]; then
         say 'Running them again, one at a time:'
-        ctest --preset "$1" --rerun-failed --output-on-failure --parallel 1 </dev/null >&2 && return
+        if ctest --preset "$1" --rerun-failed --output-on-failure --parallel 1 </dev/null >&2; then
+            passed_alone+=$failed$'\n'
+            return
+        fi
     fi
     die "All that was said is in build/log/test-$1"
 }
