@@ -292,6 +292,14 @@ progress_facts progress_display::facts_of(progress_row const& row, double at) co
             .state = row.state};
 }
 
+// The message has moved with what waits.
+progress_facts progress_display::facts_of(waiting const& ended)
+{
+    progress_facts facts = ended.facts;
+    facts.message = ended.text;
+    return facts;
+}
+
 void progress_display::sample(double at) noexcept
 {
     for (std::shared_ptr<progress_row> const& row : rows) {
@@ -333,11 +341,10 @@ void progress_display::take_lines(std::size_t columns, bool rows_too)
         taken.append(more(rows_left_out)).append("\n");
     }
     for (waiting& next : queue) {
-        next.facts.message = next.text;
         if (!next.is_row) {
             taken.append(next.text).append("\n");
         } else if (rows_too) {
-            taken.append(painted(lay_out(next.layout, next.facts, look, columns))).append("\n");
+            taken.append(painted(lay_out(next.layout, facts_of(next), look, columns))).append("\n");
         } else {
             kept.push_back(std::move(next));
         }
@@ -457,16 +464,20 @@ bool progress_display::draw_plain(urgency how)
         if (how == urgency::when_due && !is_due(at)) {
             return true;
         }
-        last_frame = at;
-        sample(at);
+        bool const is_of_all = how != urgency::lines; // else what waits alone: a bar that starts asks nothing of others
+        if (is_of_all) {
+            last_frame = at;
+            sample(at);
+        }
         if (suspensions == 0) {
-            take_due_lines(at);
+            if (is_of_all) {
+                take_due_lines(at);
+            }
             if (rows_left_out != 0) {
                 lines.append(more(rows_left_out)).append("\n");
             }
-            for (waiting& next : queue) {
-                next.facts.message = next.text;
-                lines.append(plain_line(next.facts)).append("\n");
+            for (waiting const& ended : queue) {
+                lines.append(plain_line(facts_of(ended))).append("\n");
             }
             queue.clear();
             queued_rows = rows_left_out = 0;
