@@ -430,6 +430,8 @@ TEST_F(Progress, CountsNoStepsThatOnlyTheEndPassed)
         files.inc();
         after(group, 100ms);
     }
+    files.inc();
+    terminal->time += 100ms;
     files.finish();
     after(group, 100ms);
     EXPECT_EQ(above(), Lines{"100%  10.0/s"});
