@@ -5,12 +5,7 @@
 #include "operations_classic.hpp"
 
 #include "support/modes.hpp"
-#include "support/readable.hpp"
-
-#include <set>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

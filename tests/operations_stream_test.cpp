@@ -5,15 +5,7 @@
 #include "operations_stream.hpp"
 
 #include "support/recorder.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <iostream>
-#include <sstream>
-#include <set>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -2,14 +2,7 @@
 
 #include "operations.hpp"
 
-#include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

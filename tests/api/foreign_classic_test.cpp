@@ -2,12 +2,7 @@
 // the order of the virtual functions, and exceptions that cross the border. Functions are their names alone, and the table of
 // operations has those.
 
-#include <exception>
-#include <ostream>
-#include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace kestry {
 

@@ -2,8 +2,7 @@
 /// Where the fields of an object lie.
 #pragma once
 
-#include <cstddef>
-#include <cstring>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

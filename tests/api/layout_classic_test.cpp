@@ -2,16 +2,9 @@
 
 #include "api/layout.hpp"
 
-#include <cstddef>
-#include <exception>
-#include <sstream>
-#include <string>
-#include <type_traits>
-#include <vector>
+#include "support/testing.hpp"
 
 #include <dlfcn.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -2,14 +2,7 @@
 
 #include "api/layout.hpp"
 
-#include <cstddef>
-#include <cstdint>
-#include <string>
-#include <sstream>
-#include <type_traits>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -4,12 +4,7 @@
 #include "support/allocations.hpp"
 #include "support/formula.hpp"
 #include "support/grouping.hpp"
-#include "support/readable.hpp"
-
-#include <climits>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -2,21 +2,7 @@
 
 #include "support/modes.hpp"
 #include "support/allocations.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <exception>
-#include <iomanip>
-#include <iostream>
-#include <memory>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <type_traits>
-#include <typeinfo>
-#include <utility>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -1,18 +1,8 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <cstdint>
-#include <functional>
-#include <iomanip>
-#include <iostream>
-#include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

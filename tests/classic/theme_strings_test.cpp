@@ -3,12 +3,7 @@
 #include "support/modes.hpp"
 #include "support/formula.hpp"
 #include "support/grouping.hpp"
-#include "support/readable.hpp"
-
-#include <climits>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -3,23 +3,11 @@
 #include "support/made_up_locale.hpp"
 #include "support/modes.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
+#include "support/testing.hpp"
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <functional>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include <dlfcn.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

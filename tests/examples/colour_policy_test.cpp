@@ -1,11 +1,6 @@
 #include "examples/files.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

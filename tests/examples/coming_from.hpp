@@ -2,9 +2,7 @@
 /// The names in the tables of docs/coming-from.md, as coming_from.awk finds them.
 #pragma once
 
-#include <iosfwd>
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

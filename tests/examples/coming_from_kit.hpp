@@ -9,12 +9,7 @@
 #include "kestry/kit/style.hpp"
 #include "kestry/kit/text.hpp"
 
-#include <iostream>
-#include <ostream>
-#include <string>
-#include <vector>
-
-#include <unistd.h>
+#include "support/testing.hpp"
 
 using namespace kestry::kit;
 

@@ -1,12 +1,7 @@
 #include "examples/coming_from.hpp"
 #include "kestry/kit/policy.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 
-#include <iostream>
-#include <sstream>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

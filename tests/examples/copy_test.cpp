@@ -1,21 +1,7 @@
 #include "examples/files.hpp"
 #include "support/folder.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <string>
-#include <vector>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

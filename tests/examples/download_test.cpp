@@ -1,12 +1,6 @@
 #include "examples/files.hpp"
-#include "support/process.hpp"
 #include "support/screen.hpp"
-
-#include <algorithm>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

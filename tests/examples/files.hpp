@@ -2,15 +2,7 @@
 /// The files that stand beside the examples.
 #pragma once
 
-#include "support/readable.hpp"
-
-#include <cstddef>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <stdexcept>
-#include <string>
-#include <string_view>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

@@ -1,10 +1,6 @@
 #include "examples/files.hpp"
-#include "support/process.hpp"
 #include "support/screen.hpp"
-
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -8,18 +8,8 @@
 #include "kestry/kit/progress.hpp"
 #include "kestry/kit/style.hpp"
 #include "kestry/kit/text.hpp"
-#include "support/readable.hpp"
 
-#include <iomanip>
-#include <iostream>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <unistd.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace hueline::test::kit_page {
 

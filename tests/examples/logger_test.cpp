@@ -1,10 +1,8 @@
 #include "examples/files.hpp"
-#include "support/process.hpp"
+
+#include "support/testing.hpp"
 
 #include <regex>
-#include <string>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -2,8 +2,7 @@
 /// The snippets of docs/recipes.md, as recipes.awk finds them.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

@@ -8,20 +8,8 @@
 #include "kestry/kit/style.hpp"
 #include "kestry/kit/text.hpp"
 
-#include <cerrno>
-#include <csignal>
-#include <cstdio>
-#include <cstring>
-#include <exception>
-#include <fstream>
-#include <iomanip>
-#include <iostream>
+#include "support/testing.hpp"
+
 #include <mutex>
-#include <sstream>
-#include <string>
-#include <string_view>
-#include <thread>
-#include <vector>
 
 #include <sys/ioctl.h>
-#include <unistd.h>

@@ -2,8 +2,7 @@
 /// The snippets of the reference's pages, as reference.awk finds them.
 #pragma once
 
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

@@ -1,15 +1,8 @@
 #include "examples/reference.hpp"
 
-#include "support/process.hpp"
-#include "support/readable.hpp"
+#include "support/testing.hpp"
 
-#include <chrono>
-#include <map>
 #include <regex>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 

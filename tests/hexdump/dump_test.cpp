@@ -3,20 +3,10 @@
 #include "support/allocations.hpp"
 #include "hexdump/cells.hpp"
 #include "support/formula.hpp"
+#include "support/testing.hpp"
 #include "hexdump/vector_cells.hpp"
 
-#include <algorithm>
-#include <climits>
-#include <cstdint>
-#include <new>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
-
 #include <sys/mman.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

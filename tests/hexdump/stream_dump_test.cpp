@@ -4,22 +4,7 @@
 #include "support/dumps.hpp"
 #include "support/formula.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <algorithm>
-#include <climits>
-#include <cstdio>
-#include <iomanip>
-#include <iostream>
-#include <limits>
-#include <sstream>
-#include <streambuf>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -6,21 +6,7 @@
 #include "support/dumps.hpp"
 #include "support/formula.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <algorithm>
-#include <climits>
-#include <cstdio>
-#include <iomanip>
-#include <limits>
-#include <memory>
-#include <sstream>
-#include <string>
-#include <type_traits>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -5,12 +5,7 @@
 #include "kestry/kit/progress.hpp"
 
 #include "support/screen.hpp"
-
-#include <chrono>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <utility>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

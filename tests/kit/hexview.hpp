@@ -4,10 +4,7 @@
 
 #include <kestry/kit/hexview.hpp>
 
-#include <cstddef>
-#include <span>
-#include <string>
-#include <string_view>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

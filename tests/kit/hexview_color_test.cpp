@@ -3,17 +3,8 @@
 #include <kestry/kit/text.hpp>
 
 #include "kit/hexview.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <cstddef>
-#include <cstdint>
-#include <random>
-#include <sstream>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -3,33 +3,10 @@
 #include "support/allocations.hpp"
 #include "kit/hexview.hpp"
 #include "support/buffers.hpp"
+#include "support/testing.hpp"
 
-#include <algorithm>
-#include <cerrno>
-#include <csignal>
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <iomanip>
-#include <memory>
-#include <optional>
-#include <random>
-#include <sstream>
-#include <stdexcept>
-#include <streambuf>
-#include <string>
-#include <string_view>
-#include <system_error>
-#include <thread>
-#include <utility>
-#include <vector>
-
-#include <fcntl.h>
 #include <pthread.h>
 #include <sys/mman.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,19 +1,8 @@
 #include <kestry/kit/hexview.hpp>
 
 #include "support/allocations.hpp"
+#include "support/testing.hpp"
 #include "kit/hexview.hpp"
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <limits>
-#include <span>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,23 +1,8 @@
 #include <kestry/kit/hexview.hpp>
 
 #include "kit/hexview.hpp"
-#include "support/process.hpp"
 
-#include <algorithm>
-#include <cstdint>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <random>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 // Each test compares with a tool as it is installed here, on bytes and options that are new in every run.
 namespace {

@@ -2,16 +2,9 @@
 
 #include <kestry/kit/line.hpp>
 
+#include "support/testing.hpp"
 #include "support/writes.hpp"
 #include "support/allocations.hpp"
-#include "support/process.hpp"
-
-#include <iostream>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
-#include <unistd.h>
 
 namespace {
 

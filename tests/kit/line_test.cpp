@@ -1,44 +1,20 @@
 #include <kestry/kit/line.hpp>
 
+#include "support/testing.hpp"
 #include "support/writes.hpp"
 
 #include "kestry/hueline_stream.hpp"
 
 #include "support/buffers.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <array>
-#include <atomic>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
-#include <functional>
-#include <iomanip>
-#include <iostream>
-#include <memory>
-#include <optional>
-#include <ostream>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <thread>
 
 #ifdef __GLIBCXX__
 #include <ext/stdio_filebuf.h>
 #endif
 
-#include <fcntl.h>
-#include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/time.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #ifdef __SANITIZE_THREAD__
 // A child process has no thread to wait for, and a program that exits waits for none.

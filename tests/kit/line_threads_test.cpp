@@ -4,21 +4,7 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <array>
-#include <iomanip>
-#include <iostream>
-#include <sstream>
-#include <string>
-#include <string_view>
-#include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "support/testing.hpp"
 
 namespace {
 

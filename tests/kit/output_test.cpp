@@ -1,21 +1,13 @@
 #include "output.hpp"
 
+#include "support/testing.hpp"
 #include "support/writes.hpp"
 
 #include <kestry/kit/line.hpp>
 
-#include "support/process.hpp"
-
-#include <cerrno>
-#include <iostream>
 #include <mutex>
-#include <string>
-#include <string_view>
-#include <thread>
 
-#include <gtest/gtest.h>
 #include <pthread.h>
-#include <unistd.h>
 
 namespace {
 

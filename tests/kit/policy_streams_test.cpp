@@ -2,12 +2,7 @@
 
 #include <kestry/kit/policy.hpp>
 
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <iostream>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -1,14 +1,6 @@
 #include <kestry/kit/policy.hpp>
 
-#include "support/process.hpp"
-
-#include <cerrno>
-#include <cstdlib>
-#include <stdexcept>
-
-#include <unistd.h>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -1,17 +1,8 @@
 #include "progress_block.hpp"
 
-#include "support/readable.hpp"
 #include "support/reflow.hpp"
 #include "support/screen.hpp"
-
-#include <algorithm>
-#include <cstddef>
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

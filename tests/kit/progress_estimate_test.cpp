@@ -1,13 +1,8 @@
 #include "progress_estimate.hpp"
 
-#include <algorithm>
-#include <cmath>
-#include <cstdint>
-#include <functional>
-#include <limits>
-#include <optional>
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
+#include <cmath>
 
 namespace {
 

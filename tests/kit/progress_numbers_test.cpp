@@ -1,11 +1,6 @@
 #include "progress_numbers.hpp"
 
-#include <cstdint>
-#include <limits>
-#include <optional>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -2,15 +2,7 @@
 
 #include "kestry/kit/text.hpp"
 
-#include "support/readable.hpp"
-
-#include <limits>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -2,33 +2,11 @@
 #include "kestry/kit/progress.hpp"
 
 #include "support/clock.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/testing.hpp"
 
-#include <algorithm>
-#include <atomic>
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <memory>
-#include <random>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <thread>
-#include <vector>
-
-#include <fcntl.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,23 +1,10 @@
 #include "kestry/kit/progress.hpp"
 
 #include "kit/fake_terminal.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/testing.hpp"
 
-#include <chrono>
-#include <cstdint>
-#include <filesystem>
 #include <forward_list>
-#include <limits>
-#include <memory>
-#include <optional>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,16 +1,6 @@
 #include <kestry/kit/policy.hpp>
 
-#include "support/process.hpp"
-
-#include <cerrno>
-#include <cstdlib>
-#include <iostream>
-#include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -4,15 +4,7 @@
 
 #include "support/allocations.hpp"
 #include "support/buffers.hpp"
-
-#include <gtest/gtest.h>
-
-#include <array>
-#include <cstddef>
-#include <iomanip>
-#include <iterator>
-#include <ostream>
-#include <string>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -6,14 +6,9 @@
 #include <kestry/kit/style.hpp>
 
 #include "support/grouping.hpp"
-#include "support/readable.hpp"
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
-
-#include <iterator>
 #include <list>
-#include <string>
-#include <string_view>
 
 namespace {
 

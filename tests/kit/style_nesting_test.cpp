@@ -3,20 +3,8 @@
 #include <kestry/kit/style.hpp>
 #include <kestry/kit/text.hpp>
 
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <ostream>
-#include <random>
-#include <sstream>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -1,13 +1,8 @@
 #include <kestry/kit/style.hpp>
 
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
-#include <string>
-#include <vector>
 
 namespace {
 

@@ -4,20 +4,7 @@
 
 #include "support/buffers.hpp"
 #include "support/grouping.hpp"
-#include "support/readable.hpp"
-
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <iomanip>
-#include <locale>
-#include <memory>
-#include <ostream>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <type_traits>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -1,11 +1,6 @@
 #include "kestry/kit/text.hpp"
 
-#include "support/readable.hpp"
-
-#include <cstdint>
-#include <stdexcept>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -1,11 +1,7 @@
 #include "kit/text_reference.hpp"
 
+#include "support/testing.hpp"
 #include "support/utf8.hpp"
-
-#include <algorithm>
-#include <array>
-#include <fstream>
-#include <functional>
 
 namespace hueline::test {
 

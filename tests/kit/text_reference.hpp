@@ -2,12 +2,7 @@
 /// What Unicode's own files say of characters, and texts read by another way than the kit's: slowly, from the whole text.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

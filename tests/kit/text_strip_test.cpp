@@ -1,8 +1,6 @@
 #include "kestry/kit/text.hpp"
 
-#include "support/readable.hpp"
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -8,18 +8,8 @@
 
 #include "columns.hpp"
 #include "kit/text_reference.hpp"
-#include "support/readable.hpp"
+#include "support/testing.hpp"
 #include "support/utf8.hpp"
-
-#include <algorithm>
-#include <cstdlib>
-#include <fstream>
-#include <map>
-#include <random>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 

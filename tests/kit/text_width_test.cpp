@@ -1,11 +1,7 @@
 #include "kestry/kit/text.hpp"
 
-#include "support/readable.hpp"
+#include "support/testing.hpp"
 #include "support/utf8.hpp"
-
-#include <algorithm>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -5,12 +5,7 @@
 #include <fmt/format.h>
 #include <kestry/kit/style.hpp>
 
-#include "support/readable.hpp"
-
-#include <gtest/gtest.h>
-
-#include <sstream>
-#include <string>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

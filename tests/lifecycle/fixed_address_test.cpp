@@ -2,12 +2,7 @@
 // that it names, and the library has to use that one.
 #include "kestry/hueline_classic.hpp"
 
-#include <exception>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -3,19 +3,7 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <cstdlib>
-#include <iostream>
-#include <sstream>
-#include <string>
-#include <thread>
-#include <vector>
-
-#include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include "support/testing.hpp"
 
 namespace {
 

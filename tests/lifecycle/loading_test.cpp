@@ -1,17 +1,8 @@
 // The shared object in a program that is not linked with it: loaded, used and unloaded at run time.
 
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <exception>
-#include <fstream>
-#include <iostream>
-#include <sstream>
-#include <stdexcept>
-#include <string>
+#include "support/testing.hpp"
 
 #include <dlfcn.h>
-#include <gtest/gtest.h>
 #include <malloc.h>
 
 namespace {

@@ -14,12 +14,8 @@
 #include "model/comparison.hpp"
 #include "model/generators.hpp"
 
-#include <memory>
-#include <ostream>
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
 #include <rapidcheck.h>
 
 namespace {

@@ -16,13 +16,8 @@
 #include "model/stream_model.hpp"
 #include "model/tap.hpp"
 
-#include <chrono>
-#include <iostream>
-#include <memory>
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
-#include <gtest/gtest.h>
 #include <rapidcheck.h>
 
 namespace {

@@ -4,21 +4,9 @@
 
 #include "support/buffers.hpp"
 #include "support/allocations.hpp"
+#include "support/testing.hpp"
 
 #include "operations_classic.hpp"
-
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <cstdlib>
-#include <functional>
-#include <ostream>
-#include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 

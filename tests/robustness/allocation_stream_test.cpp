@@ -8,16 +8,7 @@
 #include "operations_stream.hpp"
 
 #include "support/clock.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <algorithm>
-#include <functional>
-#include <iostream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

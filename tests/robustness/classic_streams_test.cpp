@@ -4,21 +4,8 @@
 #include "kestry/hueline_classic.hpp"
 
 #include "support/buffers.hpp"
+#include "support/testing.hpp"
 #include "failing_facets.hpp"
-
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <cstdio>
-#include <ios>
-#include <iostream>
-#include <locale>
-#include <ostream>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
 
 namespace {
 

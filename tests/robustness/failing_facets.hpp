@@ -2,12 +2,7 @@
 /// Facets that fail, as if a locale had none of the kind, and a stream that has none.
 #pragma once
 
-#include <ios>
-#include <locale>
-#include <ostream>
-#include <sstream>
-#include <streambuf>
-#include <typeinfo>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

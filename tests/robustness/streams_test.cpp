@@ -10,21 +10,7 @@
 #include "operations_stream.hpp"
 
 #include "support/clock.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <algorithm>
-#include <chrono>
-#include <cstdint>
-#include <functional>
-#include <iostream>
-#include <locale>
-#include <sstream>
-#include <string>
-#include <typeinfo>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

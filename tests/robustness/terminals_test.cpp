@@ -7,23 +7,11 @@
 #include "operations_stream.hpp"
 
 #include "support/clock.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
+#include "support/testing.hpp"
 
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstdint>
-#include <cstdio>
-#include <iostream>
-#include <string>
-#include <utility>
-
-#include <gtest/gtest.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <termios.h>
-#include <unistd.h>
 
 namespace {
 

@@ -4,15 +4,8 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "support/look.hpp"
-#include "support/process.hpp"
 #include "support/screen.hpp"
-
-#include <functional>
-#include <iostream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

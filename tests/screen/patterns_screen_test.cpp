@@ -4,15 +4,8 @@
 
 #include "support/look.hpp"
 #include "support/clock.hpp"
-#include "support/process.hpp"
 #include "support/screen.hpp"
-
-#include <cstddef>
-#include <iostream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

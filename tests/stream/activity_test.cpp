@@ -4,24 +4,11 @@
 #include "support/isatty_calls.hpp"
 #include "support/recorder.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/testing.hpp"
 
-#include <climits>
-#include <cstddef>
-#include <functional>
-#include <iomanip>
-#include <iostream>
-#include <sstream>
-#include <string>
-#include <string_view>
-
-#include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace {
 

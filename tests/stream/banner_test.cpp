@@ -1,17 +1,8 @@
 #include "kestry/hueline_stream.hpp"
 
 #include "support/clock.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <cstddef>
-#include <iostream>
-#include <sstream>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -3,16 +3,8 @@
 #include "refused.hpp"
 
 #include "support/buffers.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <functional>
-#include <ios>
-#include <iostream>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -6,25 +6,8 @@
 #include "standard_streams.hpp"
 #include "support/clock.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <algorithm>
-#include <chrono>
-#include <climits>
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <iomanip>
-#include <iostream>
-#include <limits>
-#include <locale>
-#include <sstream>
-#include <string>
-#include <vector>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

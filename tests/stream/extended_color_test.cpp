@@ -2,17 +2,8 @@
 
 #include "support/isatty_calls.hpp"
 #include "support/grouping.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <climits>
-#include <functional>
-#include <iostream>
-#include <locale>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

@@ -2,22 +2,8 @@
 
 #include "support/recorder.hpp"
 #include "support/clock.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <algorithm>
-#include <chrono>
-#include <cstddef>
-#include <cstdint>
-#include <functional>
-#include <ios>
-#include <iostream>
-#include <sstream>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

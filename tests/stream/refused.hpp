@@ -4,14 +4,7 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "support/process.hpp"
-
-#include <functional>
-#include <iostream>
-#include <ostream>
-#include <sstream>
-#include <string>
-#include <vector>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

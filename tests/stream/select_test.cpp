@@ -3,16 +3,8 @@
 #include "support/isatty_calls.hpp"
 #include "refused.hpp"
 
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <climits>
-#include <iostream>
-#include <sstream>
-#include <string>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

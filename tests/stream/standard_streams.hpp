@@ -2,10 +2,7 @@
 /// The three standard streams, and where their bytes arrive.
 #pragma once
 
-#include "support/process.hpp"
-
-#include <iostream>
-#include <string>
+#include "support/testing.hpp"
 
 namespace hueline::test {
 

@@ -2,29 +2,8 @@
 
 #include "support/isatty_calls.hpp"
 #include "support/recorder.hpp"
+#include "support/testing.hpp"
 #include "standard_streams.hpp"
-
-#include "support/process.hpp"
-#include "support/readable.hpp"
-
-#include <cerrno>
-#include <climits>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <iomanip>
-#include <iostream>
-#include <locale>
-#include <sstream>
-#include <string>
-#include <type_traits>
-#include <utility>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -2,15 +2,8 @@
 
 #include "support/buffers.hpp"
 #include "support/isatty_calls.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <ios>
-#include <iostream>
-#include <sstream>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

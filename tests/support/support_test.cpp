@@ -1,26 +1,8 @@
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/testing.hpp"
 
-#include <atomic>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
-#include <cstring>
-#include <iostream>
-#include <ostream>
-#include <stdexcept>
-#include <string>
-#include <thread>
-
-#include <fcntl.h>
 #include <sys/ioctl.h>
-#include <sys/stat.h>
 #include <termios.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace hueline::test {
 

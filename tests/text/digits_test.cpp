@@ -4,14 +4,7 @@
 
 #include "support/formula.hpp"
 #include "support/grouping.hpp"
-
-#include <climits>
-#include <cstdint>
-#include <cstring>
-#include <string>
-#include <string_view>
-
-#include <gtest/gtest.h>
+#include "support/testing.hpp"
 
 namespace {
 

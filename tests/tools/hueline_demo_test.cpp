@@ -1,38 +1,16 @@
 #include "model/told.hpp"
 #include "support/folder.hpp"
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
+#include "support/testing.hpp"
 #include "support/writes.hpp"
 
-#include <array>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstddef>
-#include <cstdio>
-#include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <string>
-#include <string_view>
-#include <thread>
-#include <utility>
-#include <vector>
-
-#include <fcntl.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pty.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <termios.h>
-#include <unistd.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,29 +1,12 @@
-#include "support/process.hpp"
-#include "support/readable.hpp"
 #include "support/screen.hpp"
-
-#include <array>
-#include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <cstddef>
-#include <cstring>
-#include <set>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "support/testing.hpp"
 
 #include <poll.h>
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
 #include <termios.h>
-#include <unistd.h>
 #include <utmp.h>
-
-#include <gtest/gtest.h>
 
 namespace {
 
