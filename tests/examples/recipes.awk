@@ -1,9 +1,10 @@
-# Turns the snippets of docs/recipes.md and docs/roles.md into C++: a function for each, and a table of what each writes.
-#     awk -v interface=stream -f recipes.awk docs/recipes.md docs/roles.md > recipes_stream.cpp
+# Turns the snippets of pages into C++: a function for each, and a table of what each writes.
+#     awk -v interface=stream -f recipes.awk docs/recipes.md docs/reference/html/stream.dox > recipes_stream.cpp
 #
 # A snippet is a block that opens with "```cpp stream", "```cpp classic" or "```cpp kit". The block after it opens with
 # "```text" and says what is written where, in the notation of readable(): "on a terminal: bytes". A line
-# that starts with a blank goes on with the line before it.
+# that starts with a blank goes on with the line before it. A snippet of the reference, stream.dox for example, stands between
+# "\code{.cpp}" and "\endcode", and nothing is said of what it writes.
 
 function fail(why)
 {
@@ -34,6 +35,24 @@ function written(place, is_output)
     return raw(is_output ? result["anywhere"] : "")
 }
 
+function begin_code()
+{
+    block = "code"
+    code = ""
+    first_line = FNR + 1
+}
+
+# A result continues its row of the table.
+function end_snippet(result,    name)
+{
+    name = heading "_" ++snippets
+    if (kind == interface) {
+        print "void " name "()\n{\n#line " first_line " \"" FILENAME "\"\n" code "}"
+        table = table "{\"" name "\", " name result "},\n"
+    }
+    block = kind = ""
+}
+
 BEGIN {
     split("on a terminal|in a pipe|standard error on a terminal|standard error in a pipe|anywhere", places, "|")
     kind = ""      # of the snippet that is being read, or whose result is to come
@@ -52,6 +71,24 @@ BEGIN {
     print "namespace kit = kestry::kit;"
 }
 
+block == "" && /^\/\*\* \\defgroup/ {
+    heading = $3
+    snippets = 0
+}
+
+block == "" && /^\\code\{\.cpp\}$/ {
+    kind = FILENAME
+    sub(/\.dox$/, "", kind)
+    sub(/.*\//, "", kind)
+    begin_code()
+    next
+}
+
+block == "code" && /^\\endcode$/ {
+    end_snippet("")
+    next
+}
+
 block == "" && /^### / {
     heading = tolower(substr($0, 5))
     gsub(/[^a-z0-9]+/, "_", heading)
@@ -60,7 +97,7 @@ block == "" && /^### / {
     snippets = 0
 }
 
-block == "" && /^```cpp/ {
+block == "" && /^```cpp/ && FILENAME !~ /\.dox$/ {
     if (kind != "") {
         fail("the snippet before this one has no result")
     }
@@ -68,9 +105,7 @@ block == "" && /^```cpp/ {
         fail("a snippet is of \"stream\", of \"classic\" or of \"kit\"")
     }
     kind = $2
-    block = "code"
-    code = ""
-    first_line = FNR + 1
+    begin_code()
     next
 }
 
@@ -90,15 +125,8 @@ block == "code" && /^```$/ {
 }
 
 block == "result" && /^```$/ {
-    block = ""
-    ++snippets
-    if (kind == interface) {
-        name = heading "_" snippets
-        print "void " name "()\n{\n#line " first_line " \"" FILENAME "\"\n" code "}"
-        table = table "{\"" name "\", " name ", " written("on a terminal", 1) ", " written("in a pipe", 1) ", " \
-            written("standard error on a terminal", 0) ", " written("standard error in a pipe", 0) "},\n"
-    }
-    kind = ""
+    end_snippet(", true, " written("on a terminal", 1) ", " written("in a pipe", 1) ", " \
+        written("standard error on a terminal", 0) ", " written("standard error in a pipe", 0))
     next
 }
 

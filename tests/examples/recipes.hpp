@@ -1,5 +1,5 @@
 /// \file
-/// The snippets of docs/recipes.md, as recipes.awk finds them.
+/// The snippets of pages, as recipes.awk finds them.
 #pragma once
 
 #include "support/testing.hpp"
@@ -10,11 +10,12 @@ struct Recipe {
     std::string name; ///< The heading that the snippet stands under, and its number there.
     void (*run)();
 
-    // What the page says that it writes, in the notation of readable().
-    std::string out_on_terminal;
-    std::string out_in_pipe;
-    std::string err_on_terminal;
-    std::string err_in_pipe;
+    // Whether the page says what it writes, and what, in the notation of readable().
+    bool is_told = false;
+    std::string out_on_terminal = {};
+    std::string out_in_pipe = {};
+    std::string err_on_terminal = {};
+    std::string err_in_pipe = {};
 };
 
 std::vector<Recipe> stream_recipes();
