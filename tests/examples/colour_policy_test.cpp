@@ -1,13 +1,8 @@
 #include "examples/files.hpp"
 
-#include "support/testing.hpp"
-
 namespace {
 
 using namespace hueline::test;
-
-Sinks const on_terminals = {Sink::terminal, Sink::terminal};
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
 
 Outcome colour_policy(Sinks sinks, std::vector<std::string> const& arguments,
                       std::vector<std::string> const& environment = {})
@@ -63,11 +58,8 @@ TEST(ColorPolicy, NeverColorsAPipe)
 TEST(ColorPolicy, RefusesOtherWords)
 {
     for (std::string const argument : {"--color=", "--color=maybe"}) {
-        SCOPED_TRACE(argument);
-        Outcome const run = colour_policy(on_pipes, {argument});
-        EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err, "colour_policy: " + argument + ": WHEN is one of auto, always, never, 16, 256, 24bit\n");
-        EXPECT_EQ(run.status, 2);
+        expect_refusal({argument},
+                       "colour_policy: " + argument + ": WHEN is one of auto, always, never, 16, 256, 24bit\n", 2);
     }
 }
 

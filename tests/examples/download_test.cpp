@@ -1,13 +1,9 @@
 #include "examples/files.hpp"
 #include "support/screen.hpp"
-#include "support/testing.hpp"
 
 namespace {
 
 using namespace hueline::test;
-
-std::vector<std::string> const ordinary = {"NO_COLOR=1", "CI",   "HUELINE_PROGRESS", "TERM=xterm",
-                                           "LC_ALL=C",   "LANG", "LC_CTYPE"};
 
 std::string sorted(std::vector<std::string> lines)
 {

@@ -1,13 +1,9 @@
 #include "examples/files.hpp"
 
-#include "support/testing.hpp"
-
 namespace {
 
 using namespace hueline::test;
 
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
-Sinks const on_terminals = {Sink::terminal, Sink::terminal};
 std::string const capture = examples / "frame_monitor.capture";
 
 // Text that is as long as the literal, null bytes included.
@@ -86,35 +82,14 @@ TEST(FrameMonitor, ReadsNoFrameFromACountThatIsTooSmallOrTooLarge)
 
 TEST(FrameMonitor, SaysWhatItCannotDo)
 {
-    Outcome const missing = run_program(on_pipes, {EXAMPLE, "/nonexistent"});
-    EXPECT_EQ(missing.err, "frame_monitor: cannot open /nonexistent: No such file or directory\n");
-    EXPECT_EQ(missing.status, 2);
-    Outcome const folder = run_program(on_pipes, {EXAMPLE, "/"});
-    EXPECT_EQ(folder.err, "frame_monitor: cannot read /: Is a directory\n");
-    EXPECT_EQ(folder.status, 2);
-    Outcome const full = run_program({Sink::full, Sink::pipe}, {EXAMPLE, capture});
-    EXPECT_EQ(full.err, "frame_monitor: cannot write to standard output: No space left on device\n");
-    EXPECT_EQ(full.status, 2);
-    Outcome const misused = run_program(on_pipes, {EXAMPLE, capture, capture});
-    EXPECT_EQ(misused.err, "frame_monitor: usage: frame_monitor [CAPTURE]\n");
-    EXPECT_EQ(misused.status, 2);
-}
-
-TEST(FrameMonitor, SaysThatStandardInputCannotBeRead)
-{
-    Outcome const folder = run_program(on_pipes, {"sh", "-c", R"("$0" </)", EXAMPLE});
-    EXPECT_EQ(folder.err, "frame_monitor: cannot read standard input: Is a directory\n");
-    EXPECT_EQ(folder.out, "");
-    EXPECT_EQ(folder.status, 2);
-    Outcome const closed = run_program(on_pipes, {"sh", "-c", R"("$0" <&-)", EXAMPLE});
-    EXPECT_EQ(closed.err, "frame_monitor: cannot read standard input: Bad file descriptor\n");
-    EXPECT_EQ(closed.status, 2);
-}
-
-TEST(FrameMonitor, NamesAFileHarmlessly)
-{
-    EXPECT_EQ(run_program(on_pipes, {EXAMPLE, "/\x1b[2J"}).err,
-              "frame_monitor: cannot open /\\x1b[2J: No such file or directory\n");
+    expect_refusal({"/nonexistent"}, "frame_monitor: cannot open /nonexistent: No such file or directory\n", 2);
+    expect_refusal({"/\x1b[2J"}, "frame_monitor: cannot open /\\x1b[2J: No such file or directory\n", 2);
+    expect_refusal({"/"}, "frame_monitor: cannot read /: Is a directory\n", 2);
+    expect_refusal({capture}, "frame_monitor: cannot write to standard output: No space left on device\n", 2,
+                   Sink::full);
+    expect_refusal({capture, capture}, "frame_monitor: usage: frame_monitor [CAPTURE]\n", 2);
+    expect_refusal_of_input("</", "frame_monitor: cannot read standard input: Is a directory\n", 2);
+    expect_refusal_of_input("<&-", "frame_monitor: cannot read standard input: Bad file descriptor\n", 2);
 }
 
 TEST(FrameMonitor, SaysThatMemoryRanOut)

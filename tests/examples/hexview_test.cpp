@@ -1,13 +1,10 @@
 #include "examples/files.hpp"
 #include "support/screen.hpp"
-#include "support/testing.hpp"
 
 namespace {
 
 using namespace hueline::test;
 
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
-Sinks const on_terminals = {Sink::terminal, Sink::terminal};
 std::string const sample = examples / "frame_monitor.capture";
 
 std::string view(std::string const& input) { return run_program(on_pipes, {EXAMPLE}, {.input = input}).out; }
@@ -64,35 +61,13 @@ TEST(Hexview, FillsAShortLineSoThatTheTextStaysInItsColumn)
 
 TEST(Hexview, SaysWhatItCannotDo)
 {
-    Outcome const none = run_program(on_pipes, {EXAMPLE, "/nonexistent"});
-    EXPECT_EQ(none.err, "hexview: cannot open /nonexistent: No such file or directory\n");
-    EXPECT_EQ(none.status, 1);
-    Outcome const folder = run_program(on_pipes, {EXAMPLE, "/"});
-    EXPECT_EQ(folder.err, "hexview: cannot read /: Is a directory\n");
-    EXPECT_EQ(folder.status, 1);
-    Outcome const full = run_program({Sink::full, Sink::pipe}, {EXAMPLE, sample});
-    EXPECT_EQ(full.err, "hexview: cannot write to standard output: No space left on device\n");
-    EXPECT_EQ(full.status, 1);
-    Outcome const misused = run_program(on_pipes, {EXAMPLE, sample, sample});
-    EXPECT_EQ(misused.err, "usage: hexview [FILE]\n");
-    EXPECT_EQ(misused.status, 2);
-}
-
-TEST(Hexview, SaysThatStandardInputCannotBeRead)
-{
-    Outcome const folder = run_program(on_pipes, {"sh", "-c", R"("$0" </)", EXAMPLE});
-    EXPECT_EQ(folder.err, "hexview: cannot read standard input: Is a directory\n");
-    EXPECT_EQ(folder.out, "");
-    EXPECT_EQ(folder.status, 1);
-    Outcome const closed = run_program(on_pipes, {"sh", "-c", R"("$0" <&-)", EXAMPLE});
-    EXPECT_EQ(closed.err, "hexview: cannot read standard input: Bad file descriptor\n");
-    EXPECT_EQ(closed.status, 1);
-}
-
-TEST(Hexview, NamesAFileHarmlessly)
-{
-    EXPECT_EQ(run_program(on_pipes, {EXAMPLE, "/\x1b[2J"}).err,
-              "hexview: cannot open /\\x1b[2J: No such file or directory\n");
+    expect_refusal({"/nonexistent"}, "hexview: cannot open /nonexistent: No such file or directory\n", 1);
+    expect_refusal({"/\x1b[2J"}, "hexview: cannot open /\\x1b[2J: No such file or directory\n", 1);
+    expect_refusal({"/"}, "hexview: cannot read /: Is a directory\n", 1);
+    expect_refusal({sample}, "hexview: cannot write to standard output: No space left on device\n", 1, Sink::full);
+    expect_refusal({sample, sample}, "usage: hexview [FILE]\n", 2);
+    expect_refusal_of_input("</", "hexview: cannot read standard input: Is a directory\n", 1);
+    expect_refusal_of_input("<&-", "hexview: cannot read standard input: Bad file descriptor\n", 1);
 }
 
 } // namespace
