@@ -2,6 +2,9 @@
 
 #include "progress_display.hpp"
 
+#include <cstddef>
+#include <memory>
+#include <new>
 #include <utility>
 
 namespace kestry::kit::progress {
@@ -96,7 +99,8 @@ multi_progress::~multi_progress()
         display->leave_group(group);
     } else {
         // Its locks may be held for good, and its thread is missing: it must not be destroyed.
-        static_cast<void>(new std::shared_ptr(std::move(display)));
+        alignas(std::shared_ptr<void>) std::byte place[sizeof display];
+        new (place) std::shared_ptr(std::move(display));
     }
 }
 

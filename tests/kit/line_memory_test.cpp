@@ -1,6 +1,7 @@
-// Lines when memory runs out.
+// Lines, and bars in a child process, when memory runs out.
 
 #include <kestry/kit/line.hpp>
+#include <kestry/kit/progress.hpp>
 
 #include "support/testing.hpp"
 #include "support/writes.hpp"
@@ -84,6 +85,23 @@ TEST(LineWithoutMemory, MakesTheStreamBadWhereItCannotBeWritten)
     });
     EXPECT_EQ(run.report, "bad bad");
     EXPECT_EQ(run.status, 0);
+}
+
+TEST(BarsWithoutMemory, EndInAChildProcess)
+{
+    using namespace kestry::kit::progress;
+    auto const run = on_pipe([] {
+        std::optional<multi_progress> group(std::in_place, options{.shown = mode::plain});
+        if (fork() == 0) {
+            RunShort const none({.after = 0, .lasting = true});
+            group.reset();
+            _exit(0);
+        }
+        int status = -1;
+        wait(&status);
+        report(status == 0 ? "ended" : "failed");
+    });
+    EXPECT_EQ(run.report, "ended");
 }
 
 } // namespace
