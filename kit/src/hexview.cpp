@@ -23,7 +23,7 @@ struct selection {
 selection select(std::span<std::byte const> bytes, hex_options const& options)
 {
     std::uint64_t const size = bytes.size();
-    std::uint64_t skip = static_cast<std::uint64_t>(options.skip);
+    auto skip = static_cast<std::uint64_t>(options.skip);
     if (options.skip < 0) {
         std::uint64_t const from_end = -skip;
         if (from_end > size) {

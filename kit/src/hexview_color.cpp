@@ -33,7 +33,7 @@ hex_inks::hex_inks(hex_theme const& theme, color_depth depth)
     std::size_t count = 1;
     auto const ink_for = [&](style const& look) {
         rendition const wanted = combined({}, look, depth);
-        std::size_t const found = static_cast<std::size_t>(std::find(looks, looks + count, wanted) - looks);
+        auto const found = static_cast<std::size_t>(std::find(looks, looks + count, wanted) - looks);
         if (found == count) {
             looks[count++] = wanted;
         }

@@ -101,7 +101,7 @@ row_shape shape_of(hex_options const& options)
     // its bytes were not turned round: there digits and text share columns, in xxd too.
     std::size_t const last = shape.width - 1;
     std::size_t const end = shape.lead + shape.cell * last + last / shape.group + shape.digits;
-    shape.text_at = end + 2 + (shape.mark_before != '\0');
+    shape.text_at = end + 2 + (shape.mark_before != '\0' ? 1 : 0);
     return shape;
 }
 

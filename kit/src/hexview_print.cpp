@@ -90,7 +90,7 @@ void row_printer::show(std::byte const* first, std::size_t count, std::byte cons
     while (count != 0 && !refused) {
         make_room();
         // Vectors read 16 bytes for each row.
-        std::size_t const left = static_cast<std::size_t>(readable - first);
+        auto const left = static_cast<std::size_t>(readable - first);
         std::size_t const for_vectors = !has_vector_row || left < 16 ? 0 : (left - 16) / shape.width + 1;
         std::size_t some = 1;
         if (for_vectors == 0) {

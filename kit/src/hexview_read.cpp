@@ -61,11 +61,11 @@ void hexdump_file(std::ostream& os, int descriptor, hex_options const& options)
         std::span<std::byte> const space = feed.space();
         ssize_t const got = read(descriptor, space);
         if (got < 0) {
-            std::system_error const error(errno, std::generic_category(), "hexdump: cannot read");
+            int const why = errno;
             if (!feed.skipping()) {
                 feed.finish();
             }
-            throw error;
+            throw std::system_error(why, std::generic_category(), "hexdump: cannot read");
         }
         if (got == 0) {
             break;

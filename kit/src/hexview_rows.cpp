@@ -83,7 +83,7 @@ char* put_hexadecimal(char* out, std::uint64_t offset, int at_least)
 char* put_padded(char* out, std::string_view digits, int at_least)
 {
     std::size_t const width = std::max(digits.size(), static_cast<std::size_t>(at_least));
-    std::size_t const sign = digits.front() == '-';
+    std::size_t const sign = digits.front() == '-' ? 1 : 0;
     std::fill_n(out, width, '0');
     digits.substr(0, sign).copy(out, sign);
     digits.substr(sign).copy(out + width - (digits.size() - sign), digits.size());

@@ -89,7 +89,7 @@ template <std::size_t chunks>
 bool has_vectors(row_shape const& shape)
 {
     return shape.width <= 16 && shape.digits == 2 && shape.columns(shape.width) <= vector_row::most_columns &&
-           __builtin_cpu_supports("avx2") != 0;
+           static_cast<bool>(__builtin_cpu_supports("avx2"));
 }
 
 char* put_vector_rows(char* out, row_shape const& shape, vector_row const& vectors, std::uint64_t offset,

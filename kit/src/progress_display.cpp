@@ -275,7 +275,7 @@ void progress_display::reset(std::shared_ptr<progress_row> const& row, std::uint
     }
 }
 
-progress_facts progress_display::facts_of(progress_row const& row, double at) const
+progress_facts progress_display::facts_of(progress_row const& row, double at)
 {
     bool const is_active = row.state == progress_state::active;
     double const then = is_active ? at : row.ended;

@@ -114,7 +114,7 @@ private:
     bool is_due(double at) const noexcept;
     void end_or_remove(progress_row& row, progress_state state) noexcept;
     void leave_out_old_rows() noexcept;
-    progress_facts facts_of(progress_row const& row, double at) const;
+    static progress_facts facts_of(progress_row const& row, double at);
     static progress_facts facts_of(waiting const& ended);
     void sample(double at) noexcept;
     void take_lines(std::size_t columns, bool rows_too);

@@ -13,7 +13,7 @@ std::string named(progress_facts const& facts)
 // "30%, 30 of 100", or "30" of a length that is not known.
 std::string reached(progress_facts const& facts)
 {
-    std::string const position = amount(facts.position, facts.counted);
+    std::string position = amount(facts.position, facts.counted);
     if (facts.length == progress::unknown) {
         return position;
     }

@@ -81,7 +81,7 @@ struct progress_text {
     std::string text = {};
     std::vector<progress_span> spans = {};
 
-    void add(std::string_view more, std::size_t columns, std::string_view sgr = {}, bool simple = true);
+    void add(std::string_view more, std::size_t width, std::string_view sgr = {}, bool simple = true);
     std::size_t columns() const noexcept;
 
     bool operator==(progress_text const&) const = default;

@@ -114,7 +114,7 @@ progress_template::progress_template(std::string_view text)
             ++at;
         } else if (c == '{') {
             std::size_t const end = text.find('}', at);
-            if (end == text.npos) {
+            if (end == std::string_view::npos) {
                 throw std::invalid_argument("progress layout: no } for the { at byte " + std::to_string(at));
             }
             pieces.push_back(key_piece(text.substr(at + 1, end - at - 1), at));

@@ -94,7 +94,7 @@ private:
 
     piece const* render(piece const* p);
     void render_in_columns(piece const* group, layout const& where);
-    void insert(piece const* p);
+    void insert(piece const* value);
     void pad(std::string_view fill, std::size_t columns);
 
     void text(std::string_view bytes);

@@ -44,7 +44,7 @@ namespace kestry::kit {
 class line {
 public:
     /// Waits for the lock, and begins.
-    explicit line(std::ostream& os) noexcept;
+    explicit line(std::ostream& stream) noexcept;
 
     /// Ends the line. Throws nothing: what fails shows in the state of the stream.
     ~line();
@@ -100,7 +100,7 @@ std::ostream& show_cursor(std::ostream& os);
 /// that ends the process does not, but its handler may write(2) "\e[?25h".
 class hidden_cursor {
 public:
-    explicit hidden_cursor(std::ostream& os) noexcept;
+    explicit hidden_cursor(std::ostream& stream) noexcept;
     ~hidden_cursor();
 
     hidden_cursor(hidden_cursor const&) = delete;
