@@ -12,10 +12,6 @@ using namespace kestry;
 using hueline::test::offset;
 using hueline::test::value_at;
 
-// ---------------------------------------------------------------------------------------------
-// Codes
-// ---------------------------------------------------------------------------------------------
-
 static_assert(std::is_same_v<std::underlying_type_t<HexColor>, int>);
 static_assert(!std::is_convertible_v<HexColor, int>);
 static_assert(static_cast<int>(HexColor::reset) == 0);
@@ -47,10 +43,6 @@ static_assert(static_cast<int>(HexColor_VGA::blue) == 12);
 static_assert(static_cast<int>(HexColor_VGA::fuchsia) == 13);
 static_assert(static_cast<int>(HexColor_VGA::aqua) == 14);
 static_assert(static_cast<int>(HexColor_VGA::white) == 15);
-
-// ---------------------------------------------------------------------------------------------
-// Virtual functions
-// ---------------------------------------------------------------------------------------------
 
 // The virtual functions of a class in the order of their slots, read from the shared object. The first two words of a
 // table are the offset to the top and the type (Itanium C++ ABI 2.5.2).
@@ -114,10 +106,6 @@ TEST(Slots, OfUnknownCodeException)
     EXPECT_EQ(slots("_ZTVN6kestry20UnknownCodeExceptionE", 3), expected);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Exceptions
-// ---------------------------------------------------------------------------------------------
-
 static_assert(std::is_abstract_v<HuelineExceptionInterface>);
 static_assert(std::is_convertible_v<HuelineExceptionInterface*, std::exception*>);
 static_assert(sizeof(HuelineExceptionInterface) == sizeof(std::exception));
@@ -125,10 +113,6 @@ static_assert(sizeof(HuelineExceptionInterface) == sizeof(std::exception));
 static_assert(std::is_convertible_v<UnknownCodeException*, HuelineExceptionInterface*>);
 static_assert(sizeof(UnknownCodeException) == sizeof(std::exception));
 static_assert(std::is_copy_constructible_v<UnknownCodeException>);
-
-// ---------------------------------------------------------------------------------------------
-// Colorizer
-// ---------------------------------------------------------------------------------------------
 
 static_assert(std::is_polymorphic_v<Hueline> && std::has_virtual_destructor_v<Hueline>);
 constexpr int flags = sizeof(void*); // after the pointer to the table of virtual functions
@@ -169,10 +153,6 @@ TEST(Layout, ACopyOfAHuelineHoldsTheSame)
     EXPECT_FALSE(value_at<bool>(copy, flags + 1));
     EXPECT_FALSE(value_at<bool>(copy, flags + 2));
 }
-
-// ---------------------------------------------------------------------------------------------
-// Hex dump
-// ---------------------------------------------------------------------------------------------
 
 static_assert(std::is_convertible_v<HexDump*, Hueline*>);
 static_assert(sizeof(HexDump) == sizeof(Hueline));

@@ -14,10 +14,6 @@ constexpr int string_size = sizeof(std::string);
 constexpr int pointer = sizeof(void*);
 constexpr int after_three_ints = pointer == 8 ? 16 : 12; // where a reference has its place
 
-// ---------------------------------------------------------------------------------------------
-// Guards
-// ---------------------------------------------------------------------------------------------
-
 template <class Guard>
 constexpr bool stays_in_its_scope = std::is_default_constructible_v<Guard> && !std::is_copy_constructible_v<Guard> &&
                                     !std::is_move_constructible_v<Guard> && !std::is_copy_assignable_v<Guard> &&
@@ -37,10 +33,6 @@ TEST(Layout, FrillsGuardsHoldTheModeThatTheyPutBack)
     UseFrillsMode const in_frills;
     EXPECT_FALSE(value_at<bool>(in_frills, 0));
 }
-
-// ---------------------------------------------------------------------------------------------
-// Numbers
-// ---------------------------------------------------------------------------------------------
 
 template <class Struct, std::size_t Fields>
 constexpr bool holds_ints =
@@ -73,10 +65,6 @@ static_assert(holds_ints<csi::hvp, 2> && offsetof(csi::hvp, row) == 0 && offseto
 static_assert(std::is_aggregate_v<myfillandw> && std::is_trivial_v<myfillandw> && sizeof(myfillandw) == 8);
 static_assert(std::is_same_v<decltype(myfillandw::fill), char> && offsetof(myfillandw, fill) == 0);
 static_assert(std::is_same_v<decltype(myfillandw::width), int> && offsetof(myfillandw, width) == 4);
-
-// ---------------------------------------------------------------------------------------------
-// Activity indicators
-// ---------------------------------------------------------------------------------------------
 
 static_assert(std::is_aggregate_v<spinner> && sizeof(spinner) == pointer + string_size);
 static_assert(std::is_same_v<decltype(spinner::frames), std::string const&>);
@@ -131,10 +119,6 @@ TEST(Layout, ATemporaryInBracesLivesAsLongAsTheIndicator)
     EXPECT_EQ(s.frames, "frames that are too long for a short string");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Themes
-// ---------------------------------------------------------------------------------------------
-
 template <class Theme>
 constexpr bool holds_a_text = std::is_convertible_v<std::string, Theme> && sizeof(Theme) == string_size &&
                               !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::text), std::string>;
@@ -171,10 +155,16 @@ TEST(Layout, PathHoldsItsFieldsInOrder)
 {
     ColorTheme::path const text("text");
     EXPECT_TRUE(value_at<bool>(text, 0));
+    EXPECT_TRUE(text.is_text);
     EXPECT_EQ(offset(text, text.text), pointer);
+    EXPECT_EQ(text.text, "text");
+    EXPECT_EQ(text.number, 0u);
 
     ColorTheme::path const number(std::uint32_t{0xfffefdfc});
     EXPECT_FALSE(value_at<bool>(number, 0));
+    EXPECT_FALSE(number.is_text);
+    EXPECT_EQ(number.text, "");
+    EXPECT_EQ(number.number, 0xfffefdfc);
     EXPECT_EQ(value_at<std::uint32_t>(number, pointer + string_size), 0xfffefdfc);
 }
 
@@ -188,10 +178,6 @@ TEST(Layout, CrcHoldsItsFieldsInOrder)
     EXPECT_TRUE(value_at<bool>(wide, 0));
     EXPECT_EQ(value_at<std::uint16_t>(wide, 2), 0xbeef);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Hex dump
-// ---------------------------------------------------------------------------------------------
 
 static_assert(sizeof(HexDump) == string_size && !std::is_polymorphic_v<HexDump>);
 static_assert(std::is_copy_constructible_v<HexDump> && std::is_copy_assignable_v<HexDump>);

@@ -10,10 +10,6 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-// ---------------------------------------------------------------------------------------------
-// A program from its first constructor to its last exit handler
-// ---------------------------------------------------------------------------------------------
-
 std::string const constructed = R"(\e[00m\e[1m\e[31mfirst\n)"
                                 R"(\e[00m\e[1m\e[3m\e[31m41 42 second\n)"
                                 R"(\e[34mthird\n)"
@@ -89,10 +85,6 @@ TEST_P(StaticObjects, AreDestroyedInAForkedChildToo)
     EXPECT_EQ(run.status, 0);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Children of a process
-// ---------------------------------------------------------------------------------------------
-
 // Runs body in a child, which leaves without a trace of its own.
 void in_child(void (*body)())
 {
@@ -142,10 +134,6 @@ TEST(ForkedChild, LeavesTheRecordAndTheModesOfItsParent)
                                  R"(\e[00m\e[1m\e[31m\e[42m\e[00m\e[1m\e[2m\e[31m\e[42m)" // the child
                                  R"(\e[00m\e[1m\e[31m\e[00m\e[1m/)");                     // the parent
 }
-
-// ---------------------------------------------------------------------------------------------
-// Threads
-// ---------------------------------------------------------------------------------------------
 
 int constexpr threads_at_once = 4;
 int constexpr times_each = 500;

@@ -138,23 +138,6 @@ TEST(AllocationClassic, FailureOfEachIsHarmless)
     }
 }
 
-// The switch is put back by the part of a dump that was constructed.
-TEST(AllocationOfADump, FailureLeavesTheSwitchAsItWasThen)
-{
-    auto const run = on_pipe([] {
-        Hueline switches;
-        switches.useColor(true);
-        try {
-            RunShort const scarce({0, true});
-            HexDump const dump(text);
-        } catch (std::bad_alloc const&) {
-            report("std::bad_alloc ");
-        }
-        report(Hueline::isUsingColor() ? "on" : "off");
-    });
-    EXPECT_EQ(run.report, "std::bad_alloc on");
-}
-
 TEST(AllocationOfAnInsertion, IsNotNeeded)
 {
     auto const run = on_pipe([] {

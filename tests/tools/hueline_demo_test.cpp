@@ -97,10 +97,6 @@ void expect_default_rendition_behind(std::string const& bytes)
     EXPECT_TRUE(screen.cursor_visible());
 }
 
-// ---------------------------------------------------------------------------------------------
-// Options
-// ---------------------------------------------------------------------------------------------
-
 void expect_text(Arguments const& arguments, std::string const& text)
 {
     for (Sinks const sinks : {on_terminals, on_pipes}) {
@@ -228,10 +224,6 @@ TEST(Misuse, MessageIsOneLineAndColorsNothing)
               R"(hueline-demo: unknown demonstration 'a\x0ab\x09\x1b[31mc\x1f \x7f~ä\xff\u{9b}2J\u{202e}')");
     EXPECT_EQ(count(run.err, "\n"), 1U);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Demonstrations
-// ---------------------------------------------------------------------------------------------
 
 struct Pattern {
     std::string name;
@@ -391,10 +383,6 @@ TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
               readable(without_frills({"test_pattern_matrix"})));
 }
 
-// ---------------------------------------------------------------------------------------------
-// Colour by the command line and the environment
-// ---------------------------------------------------------------------------------------------
-
 // What "matrix" writes to a terminal that has colour, to one that has none, and to a pipe.
 struct Matrix {
     std::string colored;
@@ -473,10 +461,6 @@ TEST(Color, OfUnknownKindIsMisuse)
     expect_misuse({"matrix", "--color="}, "unknown WHEN ''" + rest);
     expect_misuse({"--color=a\x1b[31m"}, R"(unknown WHEN 'a\x1b[31m')" + rest);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Templates and themes
-// ---------------------------------------------------------------------------------------------
 
 std::string const plain_templates = "this is a cross platform template\n"
                                     "there is no need to sudivide this section\n"
@@ -606,10 +590,6 @@ TEST(Themes, ColumnsAreAlignedOnATerminal)
     EXPECT_EQ(screen.text(24), "response_title                response            72 65 73 70 6f 6e 73 65");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Writing that fails
-// ---------------------------------------------------------------------------------------------
-
 std::string const cannot_write = "hueline-demo: cannot write to standard output: ";
 
 TEST(FailedWrite, EndsInOneLineWithTheReason)
@@ -711,10 +691,6 @@ TEST(ReaderThatGoesAway, EndsTheToolQuietlyWhereTheSignalWasIgnored)
     EXPECT_EQ(run.err, "status " + std::to_string(128 + SIGPIPE) + "\n");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Signals
-// ---------------------------------------------------------------------------------------------
-
 int const ending_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 std::string const tidy_end = "\x1b[0m\x1b[?25h\n";
 
@@ -804,10 +780,6 @@ TEST(Signal, SecondOneEndsTheToolOnAStoppedTerminal)
     });
     EXPECT_EQ(run.signal, SIGTERM);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Dumps
-// ---------------------------------------------------------------------------------------------
 
 // What the dump of the bytes should be.
 std::string hex_lines(std::string_view bytes)
@@ -1068,10 +1040,6 @@ TEST(Dump, ShowsWhatCouldBeReadBeforeAnError)
     EXPECT_EQ(run.status, 1);
 }
 
-// ---------------------------------------------------------------------------------------------
-// The canonical form
-// ---------------------------------------------------------------------------------------------
-
 TEST(CanonicalDump, IsThatOfHexdump)
 {
     Folder const folder;
@@ -1142,10 +1110,6 @@ TEST(CanonicalDump, ShowsHowFarItIs)
     EXPECT_NE(readable(run.err).find("dumped 50% of 4 MiB"), std::string::npos) << readable(run.err);
     EXPECT_EQ(run.out.size(), 4 * mebibyte / 16 * 79 + 9);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Progress of a dump
-// ---------------------------------------------------------------------------------------------
 
 std::string const wiped = "\r\x1b[0K";
 Sinks const pipe_and_terminal = {Sink::pipe, Sink::terminal};
@@ -1297,10 +1261,6 @@ TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
     EXPECT_EQ(run.signal, SIGTERM);
     EXPECT_TRUE(ends_with(run.err, wiped)) << readable(run.err);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Memory
-// ---------------------------------------------------------------------------------------------
 
 // Runs the tool with so many bytes of memory for data.
 Outcome demo_with_memory(std::size_t bytes, Arguments const& arguments)

@@ -218,10 +218,6 @@ std::string const titles[] = {"Colours and attributes",
 std::string const key_prompt = "any key goes on, q ends";
 std::string const last_words = "That is Hueline. From here:";
 
-// ---------------------------------------------------------------------------------------------
-// A person at a terminal
-// ---------------------------------------------------------------------------------------------
-
 struct Size {
     int rows;
     int cols;
@@ -379,10 +375,6 @@ bool has_sequences(std::string_view text) { return text.find('\x1b') != text.npo
 
 Size constexpr usual = {24, 80};
 
-// ---------------------------------------------------------------------------------------------
-// Where nobody is at the keys
-// ---------------------------------------------------------------------------------------------
-
 TEST(TourInAPipe, IsThisText)
 {
     Outcome const run = tour(on_pipes);
@@ -443,10 +435,6 @@ TEST(TourInTheBackground, AsksForNoKey)
     EXPECT_EQ(session.since_key().find(key_prompt), std::string::npos);
     EXPECT_TRUE(session.has_modes_of_start());
 }
-
-// ---------------------------------------------------------------------------------------------
-// With a person at the keys
-// ---------------------------------------------------------------------------------------------
 
 // The title of the part that is shown: the first row up to its count.
 std::string title_on(Screen const& screen)
@@ -652,10 +640,6 @@ TEST(TourAtTheKeys, ShowsThePartAgainOnAScreenOfAnotherSize)
     EXPECT_EQ(session.screen().text(0), "24-bit colours                  2 of 12");
     expect_fits(session.screen(), {12, 40});
 }
-
-// ---------------------------------------------------------------------------------------------
-// Signals
-// ---------------------------------------------------------------------------------------------
 
 TEST(TourAndSignals, GivesTheTerminalBackBeforeItEnds)
 {
