@@ -3,12 +3,12 @@
 #include "support/screen.hpp"
 #include "support/testing.hpp"
 #include "support/writes.hpp"
+#include "demo.hpp"
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pty.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <termios.h>
 
@@ -17,14 +17,7 @@ namespace {
 using namespace hueline::test;
 using namespace std::chrono_literals;
 
-std::string const tool = HUELINE_DEMO; // the path of hueline-demo
-
-Sinks const on_terminals = {Sink::terminal, Sink::terminal};
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
-
 std::size_t constexpr mebibyte = 1024 * 1024;
-
-using Arguments = std::vector<std::string>;
 
 // Adds what is set before each run: the changes of the launch come after it.
 Launch in_known_environment(Launch launch)
@@ -42,15 +35,15 @@ Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
 }
 
 // Where the waits of the animations are not what a test is about.
-Launch const without_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK}};
+Launch const without_waits{.environment = {fast_clock}};
 
 // The first wait does not end.
-Launch const with_endless_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=0"}};
+Launch const with_endless_waits{.environment = {fast_clock, "CLOCK_STANDS_AFTER=0"}};
 
 // An animation goes on for a few steps and then waits for the signal.
 Launch interrupted(int signal, std::string const& after)
 {
-    return {.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=60"}, .interrupt = Interrupt{signal, after}};
+    return {.environment = {fast_clock, "CLOCK_STANDS_AFTER=60"}, .interrupt = Interrupt{signal, after}};
 }
 
 // Runs a command of the shell, where "$0" is the tool and "$1" the first of the arguments.
@@ -62,15 +55,11 @@ Outcome shell(Sinks sinks, std::string const& command, Arguments const& argument
 }
 
 // In a child: becomes the tool.
-void become_demo(Arguments const& arguments)
+void become_demo(Arguments arguments)
 {
-    std::vector<char*> argv = {const_cast<char*>(tool.c_str())};
-    for (std::string const& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
+    arguments.insert(arguments.begin(), tool);
     change_environment(sixteen_colors);
-    execv(argv[0], argv.data());
+    execv(tool.c_str(), pointers_to(arguments).data());
     report(std::string("cannot run the tool: ") + std::strerror(errno));
 }
 
@@ -92,8 +81,6 @@ void expect_output(std::string const& expected, Sinks sinks, Arguments const& ar
     EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
 }
-
-bool has_sequences(std::string const& text) { return text.find('\x1b') != text.npos; }
 
 // That a person who goes on writing does so in the terminal's own colours.
 void expect_default_rendition_behind(std::string const& bytes)
@@ -544,15 +531,7 @@ TEST(ReaderThatGoesAway, EndsTheToolQuietlyAlsoWhereTheSignalWasIgnored)
     EXPECT_EQ(run.err, "");
 }
 
-int const ending_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 std::string const tidy_end = "\x1b[0m\x1b[?25h\n";
-
-// A process that dies of SIGQUIT leaves no core behind.
-void forbid_cores()
-{
-    rlimit const none = {0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-}
 
 bool ends_with(std::string_view text, std::string_view end)
 {
