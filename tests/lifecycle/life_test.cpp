@@ -22,20 +22,33 @@ std::string const after_main = R"(\e[00m\e[1m\e[3m\e[4m\e[35mat exit\n)"
                                R"(first's end, without colour: the guard in second.cpp took it\n)"
                                R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)";
 
+// The child, with reverse on, and the parent, which knows nothing of it.
+std::string const forked = R"(\e[00m\e[1m\e[3m\e[7m\e[35mchild\n)"
+                           R"(\e[00m\e[1m\e[3m\e[4m\e[7m\e[35mat exit\n)"
+                           R"(\e[32m43 \e[0mdump's end\n)"
+                           R"(\e[33mthird's end\n)"
+                           R"(\e[00m\e[1m\e[4m\e[7m\e[35m41 42 second's end\n)"
+                           R"(first's end, without colour: the guard in second.cpp took it\n)"
+                           R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)"
+                           R"(\e[9mparent\n)";
+
 // Linked with the shared object, and with a static library.
-class StaticObjects : public testing::TestWithParam<char const*> {
-protected:
-    static Outcome program_that_ends_by(std::string const& ending) { return run_program({}, {GetParam(), ending}); }
-};
+class StaticObjects : public testing::TestWithParam<char const*> {};
 
 INSTANTIATE_TEST_SUITE_P(Programs, StaticObjects, testing::Values(HUELINE_PROGRAMS),
                          [](auto const& program) { return program.index == 0 ? "Shared" : "Static"; });
 
-TEST_P(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructors)
+TEST_P(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructorsHoweverTheProgramEnds)
 {
-    for (char const* const ending : {"return", "exit"}) {
-        auto const run = program_that_ends_by(ending);
-        EXPECT_EQ(readable(run.out), constructed + in_main + after_main) << ending;
+    std::pair<std::string, std::string> const endings[] = {
+        {"return", after_main},
+        {"exit", after_main},
+        {"quick_exit", R"(\e[00m\e[1m\e[3m\e[4m\e[35mat quick exit\n)"}, // left undestroyed
+        {"fclose", ""},                                                  // outlive standard output
+        {"fork", forked + after_main}};
+    for (auto const& [ending, written] : endings) {
+        auto const run = run_program({}, {GetParam(), ending});
+        EXPECT_EQ(readable(run.out), constructed + in_main + written) << ending;
         EXPECT_EQ(run.err, "");
         EXPECT_EQ(run.status, 0);
     }
@@ -48,40 +61,6 @@ TEST_P(StaticObjects, WriteTheirTextAloneToAPipe)
     EXPECT_EQ(readable(run.out), R"(first\n41 42 second\n\e[34mthird\n\e[32m43 \e[0m\nmain\nat exit\n)"
                                  R"(\e[32m43 \e[0mdump's end\n\e[33mthird's end\n41 42 second's end\n)"
                                  R"(first's end, without colour: the guard in second.cpp took it\nthe last words\n)");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST_P(StaticObjects, MayBeLeftUndestroyed)
-{
-    auto const run = program_that_ends_by("quick_exit");
-    EXPECT_EQ(readable(run.out), constructed + in_main + R"(\e[00m\e[1m\e[3m\e[4m\e[35mat quick exit\n)");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST_P(StaticObjects, MayOutliveStandardOutput)
-{
-    auto const run = program_that_ends_by("fclose");
-    EXPECT_EQ(readable(run.out), constructed + in_main);
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST_P(StaticObjects, AreDestroyedInAForkedChildToo)
-{
-    auto const run = program_that_ends_by("fork");
-    EXPECT_EQ(readable(run.out), constructed + in_main +
-                                     // The child, with reverse on.
-                                     R"(\e[00m\e[1m\e[3m\e[7m\e[35mchild\n)"
-                                     R"(\e[00m\e[1m\e[3m\e[4m\e[7m\e[35mat exit\n)"
-                                     R"(\e[32m43 \e[0mdump's end\n)"
-                                     R"(\e[33mthird's end\n)"
-                                     R"(\e[00m\e[1m\e[4m\e[7m\e[35m41 42 second's end\n)"
-                                     R"(first's end, without colour: the guard in second.cpp took it\n)"
-                                     R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)"
-                                     // The parent, which knows nothing of it.
-                                     R"(\e[9mparent\n)" +
-                                     after_main);
-    EXPECT_EQ(run.err, "");
     EXPECT_EQ(run.status, 0);
 }
 
