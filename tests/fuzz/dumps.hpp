@@ -2,15 +2,10 @@
 /// Both hex dumps against the formula of the tests: they have the same forms.
 #pragma once
 
-#include "check.hpp"
+#include "fuzzer.hpp"
 
 #include "support/dumps.hpp"
 #include "support/formula.hpp"
-
-#include <algorithm>
-#include <cstddef>
-#include <string>
-#include <vector>
 
 namespace hueline::fuzz {
 

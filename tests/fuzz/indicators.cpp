@@ -3,17 +3,9 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "check.hpp"
-#include "input.hpp"
+#include "fuzzer.hpp"
 
-#include <algorithm>
-#include <climits>
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <iomanip>
-#include <sstream>
-#include <string>
 
 using namespace hueline::fuzz;
 using kestry::Hueline::progress_meter;
