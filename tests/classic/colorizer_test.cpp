@@ -83,28 +83,28 @@ TEST(ColorizerObject, DestroyedOutOfOrderLeavesTheValueOfTheLastOne)
 
 TEST(ColorizerObject, TakesWhatAnotherRemembersWhenItIsCopiedOrAssigned)
 {
-    InMode const mode(Mode::off);
+    InMode const mode(Mode::on);
     Hueline flipped;
     flipped.flipColor();
     auto const expect_taken = [](Hueline& taken) {
-        EXPECT_TRUE(Hueline::isUsingColor());
-        EXPECT_EQ(text_thrown_by_unflip(taken), "nothing");
         EXPECT_FALSE(Hueline::isUsingColor());
-        taken.useColor(true);
+        EXPECT_EQ(text_thrown_by_unflip(taken), "nothing");
+        EXPECT_TRUE(Hueline::isUsingColor());
+        taken.useColor(false);
     };
     {
         Hueline copy(flipped);
         expect_taken(copy);
     }
-    EXPECT_FALSE(Hueline::isUsingColor()); // as when the first was constructed
-    flipped.useColor(true);
+    EXPECT_TRUE(Hueline::isUsingColor()); // as when the first was constructed
+    flipped.useColor(false);
     {
-        Hueline assigned; // would put colour back on
+        Hueline assigned; // would leave colour off
         EXPECT_EQ(text_thrown_by_unflip(assigned), never_flipped);
         assigned = flipped;
         expect_taken(assigned);
     }
-    EXPECT_FALSE(Hueline::isUsingColor());
+    EXPECT_TRUE(Hueline::isUsingColor());
 }
 
 // What arrives at a handler for Caught.
