@@ -74,6 +74,12 @@ bool has_vectors()
 #endif
 }
 
+#ifdef __x86_64__
+std::size_t constexpr block = 32;
+#else
+std::size_t constexpr block = 16;
+#endif
+
 TEST(VectorCells, AreTheTwoCommonOnesOfABlockOrMoreWhereTheProcessorHasVectors)
 {
     auto const could = [](std::size_t size, std::string const& before, std::string const& after) {
@@ -82,19 +88,19 @@ TEST(VectorCells, AreTheTwoCommonOnesOfABlockOrMoreWhereTheProcessorHasVectors)
         EXPECT_EQ(text, done ? cells(mixed(size), before, after) : std::string(text.size(), '.'));
         return done;
     };
-    for (std::size_t const size : {32u, 33u, 63u, 64u, 65u, 1000u}) {
+    for (std::size_t const size : {block, block + 1, 2 * block - 1, 2 * block, 2 * block + 1, std::size_t{1000}}) {
         for (std::string const before : {"", "\x1b[32m", "12345"}) {
             EXPECT_EQ(could(size, before, " "), has_vectors());
             EXPECT_EQ(could(size, before, "\xff"), has_vectors());
         }
     }
     for (std::string const before : {"", "\x1b[32m"}) {
-        EXPECT_FALSE(could(15, before, " "));
-        EXPECT_FALSE(could(32, before, ""));
-        EXPECT_FALSE(could(32, before, "::"));
+        EXPECT_FALSE(could(block - 1, before, " "));
+        EXPECT_FALSE(could(block, before, ""));
+        EXPECT_FALSE(could(block, before, "::"));
     }
-    EXPECT_FALSE(could(32, "\x1b[0m", " "));
-    EXPECT_FALSE(could(32, "\x1b[132m", " "));
+    EXPECT_FALSE(could(block, "\x1b[0m", " "));
+    EXPECT_FALSE(could(block, "\x1b[132m", " "));
 }
 
 TEST(DumpBytes, ReadsNothingBeforeOrAfterTheBytes)
