@@ -47,24 +47,6 @@ using namespace hueline::test;
 using namespace std::string_literals;
 using kestry::Hueline;
 
-// Another strftime, for a scope.
-class Strftime {
-public:
-    explicit Strftime(std::function<std::size_t(char*, std::size_t)> does) { made_up_strftime = std::move(does); }
-    Strftime(Strftime const&) = delete;
-    Strftime& operator=(Strftime const&) = delete;
-    ~Strftime() { made_up_strftime = nullptr; }
-};
-
-// One that leaves text in the buffer, and says that it wrote as much as `result`.
-std::function<std::size_t(char*, std::size_t)> leaving(std::string text, std::size_t result)
-{
-    return [text, result](char* out, std::size_t room) {
-        text.copy(out, room);
-        return result;
-    };
-}
-
 // The library follows the zone by itself: nobody calls tzset.
 std::string stamp_of(std::time_t seconds, char const* zone = "UTC0")
 {
@@ -75,6 +57,18 @@ std::string stamp_of(std::time_t seconds, char const* zone = "UTC0")
 
 // At 2004-01-02 03:04:05.
 std::string stamp() { return stamp_of(1'073'012'645); }
+
+// With a strftime that leaves text in the buffer, and says that it wrote as much as `result`.
+std::string stamp_where_strftime_leaves(std::string const& text, std::size_t result = 0)
+{
+    made_up_strftime = [&](char* out, std::size_t room) {
+        text.copy(out, room);
+        return result;
+    };
+    std::string const left = stamp();
+    made_up_strftime = nullptr;
+    return left;
+}
 
 TEST(CurrentTime, IsDateAndTimeInTheLocalZone)
 {
@@ -139,38 +133,21 @@ TEST(CurrentTime, AsksStrftimeFor80Bytes)
 TEST(CurrentTime, EndsWithTheTextNotWithWhatStrftimeReturns)
 {
     for (std::size_t const result : {0u, 1u, 5u, 9u, 80u, 1000u}) {
-        Strftime const made_up(leaving("[abc]\0xyz"s, result));
-        EXPECT_EQ(stamp(), "[abc]");
+        EXPECT_EQ(stamp_where_strftime_leaves("[abc]\0xyz"s, result), "[abc]");
     }
-    Strftime const made_up(leaving("\0abc"s, 4));
-    EXPECT_EQ(stamp(), "");
+    EXPECT_EQ(stamp_where_strftime_leaves("\0abc"s, 4), "");
 }
 
-TEST(CurrentTime, EndsWhereTheBufferEndsIfStrftimeFillsIt)
+TEST(CurrentTime, EndsWhereTheBufferEndsAndHoldsNothingOfAnEarlierOne)
 {
     for (Mode const m : every_mode) {
         InMode const mode(m);
         std::string const color = m == Mode::on ? "\x1b[36m" : "";
-        for (std::size_t const size : {78u, 79u, 80u}) {
-            Strftime const made_up(leaving(std::string(size, 'x'), 0));
-            EXPECT_EQ(stamp(), color + std::string(std::min<std::size_t>(size, 79), 'x'));
-        }
+        EXPECT_EQ(stamp_where_strftime_leaves(std::string(78, 'x')), color + std::string(78, 'x'));
+        EXPECT_EQ(stamp_where_strftime_leaves(std::string(79, 'x')), color + std::string(79, 'x'));
+        EXPECT_EQ(stamp_where_strftime_leaves(std::string(80, 'x')), color + std::string(79, 'x'));
+        EXPECT_EQ(stamp_where_strftime_leaves(""), color);
     }
-}
-
-TEST(CurrentTime, HoldsNothingOfAnEarlierOne)
-{
-    auto const stamp_after_a_long_one = [] {
-        {
-            Strftime const fills(leaving(std::string(80, 'x'), 0));
-            stamp();
-        }
-        Strftime const writes_nothing(leaving("", 0));
-        return stamp();
-    };
-    EXPECT_EQ(stamp_after_a_long_one(), "");
-    InMode const mode(Mode::on);
-    EXPECT_EQ(readable(stamp_after_a_long_one()), R"(\e[36m)");
 }
 
 } // namespace
