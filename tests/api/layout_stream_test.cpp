@@ -14,10 +14,6 @@ constexpr int string_size = sizeof(std::string);
 constexpr int pointer = sizeof(void*);
 constexpr int after_three_ints = pointer == 8 ? 16 : 12; // where a reference has its place
 
-// ---------------------------------------------------------------------------------------------
-// Guards
-// ---------------------------------------------------------------------------------------------
-
 template <class Guard>
 constexpr bool stays_in_its_scope = std::is_default_constructible_v<Guard> && !std::is_copy_constructible_v<Guard> &&
                                     !std::is_move_constructible_v<Guard> && !std::is_copy_assignable_v<Guard> &&
@@ -38,45 +34,31 @@ TEST(Layout, FrillsGuardsHoldTheModeThatTheyPutBack)
     EXPECT_FALSE(value_at<bool>(in_frills, 0));
 }
 
-// ---------------------------------------------------------------------------------------------
-// Numbers
-// ---------------------------------------------------------------------------------------------
-
 template <class Struct, std::size_t Fields>
 constexpr bool holds_ints =
     sizeof(Struct) == Fields * sizeof(int) &&
     std::conjunction_v<std::is_aggregate<Struct>, std::is_trivial<Struct>, std::is_standard_layout<Struct>>;
 
-static_assert(holds_ints<color, 1> && std::is_same_v<decltype(color::code), int>);
-static_assert(holds_ints<on_color, 1> && std::is_same_v<decltype(on_color::code), int>);
-static_assert(holds_ints<parameters_template, 1> && std::is_same_v<decltype(parameters_template::code), int>);
+template <class... Structs>
+constexpr bool hold_a_code = ((holds_ints<Structs, 1> && std::is_same_v<decltype(Structs::code), int>)&&...);
+
+template <class... Structs>
+constexpr bool hold_an_n = ((holds_ints<Structs, 1> && std::is_same_v<decltype(Structs::n), int>)&&...);
+
+static_assert(hold_a_code<color, on_color, parameters_template>);
+static_assert(hold_an_n<csi::ed, csi::el, csi::cuu, csi::cud, csi::cuf, csi::cub, csi::cnl, csi::cpl, csi::cha, csi::su,
+                        csi::sd, csi::sgr>);
+static_assert(holds_ints<csi::delay, 1> && std::is_same_v<decltype(csi::delay::ms), int>);
 static_assert(holds_ints<rgb, 3> && offsetof(rgb, r) == 0 && offsetof(rgb, g) == 4 && offsetof(rgb, b) == 8);
 static_assert(holds_ints<on_rgb, 3> && offsetof(on_rgb, r) == 0 && offsetof(on_rgb, g) == 4 &&
               offsetof(on_rgb, b) == 8);
 
-static_assert(holds_ints<csi::ed, 1> && std::is_same_v<decltype(csi::ed::n), int>);
-static_assert(holds_ints<csi::el, 1> && std::is_same_v<decltype(csi::el::n), int>);
-static_assert(holds_ints<csi::cuu, 1> && std::is_same_v<decltype(csi::cuu::n), int>);
-static_assert(holds_ints<csi::cud, 1> && std::is_same_v<decltype(csi::cud::n), int>);
-static_assert(holds_ints<csi::cuf, 1> && std::is_same_v<decltype(csi::cuf::n), int>);
-static_assert(holds_ints<csi::cub, 1> && std::is_same_v<decltype(csi::cub::n), int>);
-static_assert(holds_ints<csi::cnl, 1> && std::is_same_v<decltype(csi::cnl::n), int>);
-static_assert(holds_ints<csi::cpl, 1> && std::is_same_v<decltype(csi::cpl::n), int>);
-static_assert(holds_ints<csi::cha, 1> && std::is_same_v<decltype(csi::cha::n), int>);
-static_assert(holds_ints<csi::su, 1> && std::is_same_v<decltype(csi::su::n), int>);
-static_assert(holds_ints<csi::sd, 1> && std::is_same_v<decltype(csi::sd::n), int>);
-static_assert(holds_ints<csi::sgr, 1> && std::is_same_v<decltype(csi::sgr::n), int>);
-static_assert(holds_ints<csi::delay, 1> && std::is_same_v<decltype(csi::delay::ms), int>);
 static_assert(holds_ints<csi::cup, 2> && offsetof(csi::cup, row) == 0 && offsetof(csi::cup, col) == 4);
 static_assert(holds_ints<csi::hvp, 2> && offsetof(csi::hvp, row) == 0 && offsetof(csi::hvp, col) == 4);
 
 static_assert(std::is_aggregate_v<myfillandw> && std::is_trivial_v<myfillandw> && sizeof(myfillandw) == 8);
 static_assert(std::is_same_v<decltype(myfillandw::fill), char> && offsetof(myfillandw, fill) == 0);
 static_assert(std::is_same_v<decltype(myfillandw::width), int> && offsetof(myfillandw, width) == 4);
-
-// ---------------------------------------------------------------------------------------------
-// Activity indicators
-// ---------------------------------------------------------------------------------------------
 
 static_assert(std::is_aggregate_v<spinner> && sizeof(spinner) == pointer + string_size);
 static_assert(std::is_same_v<decltype(spinner::frames), std::string const&>);
@@ -131,50 +113,42 @@ TEST(Layout, ATemporaryInBracesLivesAsLongAsTheIndicator)
     EXPECT_EQ(s.frames, "frames that are too long for a short string");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Themes
-// ---------------------------------------------------------------------------------------------
+template <class Type, class... From>
+constexpr bool is_made_of = (std::is_convertible_v<From, Type> && ...);
 
-template <class Theme>
-constexpr bool holds_a_text = std::is_convertible_v<std::string, Theme> && sizeof(Theme) == string_size &&
-                              !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::text), std::string>;
+template <class... Themes>
+constexpr bool hold_a_text = ((is_made_of<Themes, std::string> && sizeof(Themes) == string_size &&
+                               !std::is_polymorphic_v<Themes> &&
+                               std::is_same_v<decltype(Themes::text), std::string>)&&...);
 
-template <class Theme>
-constexpr bool holds_a_byte = std::is_convertible_v<std::uint8_t, Theme> && sizeof(Theme) == 1 &&
-                              !std::is_polymorphic_v<Theme> && std::is_same_v<decltype(Theme::byte), std::uint8_t>;
+template <class... Themes>
+constexpr bool hold_a_byte = ((is_made_of<Themes, std::uint8_t> && sizeof(Themes) == 1 &&
+                               !std::is_polymorphic_v<Themes> &&
+                               std::is_same_v<decltype(Themes::byte), std::uint8_t>)&&...);
 
-static_assert(holds_a_text<ColorTheme::app_title>);
-static_assert(holds_a_text<ColorTheme::alert>);
-static_assert(holds_a_text<ColorTheme::info>);
-static_assert(holds_a_text<ColorTheme::default_text>);
-static_assert(holds_a_text<ColorTheme::seperator>);
-static_assert(holds_a_text<ColorTheme::help>);
-static_assert(holds_a_text<ColorTheme::prompt>);
-static_assert(holds_a_text<ColorTheme::version>);
-static_assert(holds_a_text<ColorTheme::cursor>);
-static_assert(holds_a_text<ColorTheme::commandLine>);
-static_assert(holds_a_text<ColorTheme::name>);
-static_assert(holds_a_byte<DataTheme::immediate_destination>);
-static_assert(holds_a_byte<DataTheme::total_count>);
-static_assert(holds_a_text<DataTheme::request_title>);
-static_assert(holds_a_text<DataTheme::response_title>);
-
-static_assert(std::is_convertible_v<std::string, ColorTheme::path>);
-static_assert(std::is_convertible_v<std::uint32_t, ColorTheme::path>);
+static_assert(
+    hold_a_text<ColorTheme::app_title, ColorTheme::alert, ColorTheme::info, ColorTheme::default_text,
+                ColorTheme::seperator, ColorTheme::help, ColorTheme::prompt, ColorTheme::version, ColorTheme::cursor,
+                ColorTheme::commandLine, ColorTheme::name, DataTheme::request_title, DataTheme::response_title>);
+static_assert(hold_a_byte<DataTheme::immediate_destination, DataTheme::total_count>);
+static_assert(is_made_of<ColorTheme::path, std::string, std::uint32_t>);
 static_assert(sizeof(ColorTheme::path) == 2 * pointer + string_size);
-
-static_assert(std::is_convertible_v<std::uint8_t, DataTheme::crc>);
-static_assert(std::is_convertible_v<std::uint16_t, DataTheme::crc>);
-static_assert(sizeof(DataTheme::crc) == 4);
+static_assert(is_made_of<DataTheme::crc, std::uint8_t, std::uint16_t> && sizeof(DataTheme::crc) == 4);
 
 TEST(Layout, PathHoldsItsFieldsInOrder)
 {
     ColorTheme::path const text("text");
     EXPECT_TRUE(value_at<bool>(text, 0));
+    EXPECT_TRUE(text.is_text);
     EXPECT_EQ(offset(text, text.text), pointer);
+    EXPECT_EQ(text.text, "text");
+    EXPECT_EQ(text.number, 0u);
 
     ColorTheme::path const number(std::uint32_t{0xfffefdfc});
     EXPECT_FALSE(value_at<bool>(number, 0));
+    EXPECT_FALSE(number.is_text);
+    EXPECT_EQ(number.text, "");
+    EXPECT_EQ(number.number, 0xfffefdfc);
     EXPECT_EQ(value_at<std::uint32_t>(number, pointer + string_size), 0xfffefdfc);
 }
 
@@ -189,45 +163,29 @@ TEST(Layout, CrcHoldsItsFieldsInOrder)
     EXPECT_EQ(value_at<std::uint16_t>(wide, 2), 0xbeef);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Hex dump
-// ---------------------------------------------------------------------------------------------
-
 static_assert(sizeof(HexDump) == string_size && !std::is_polymorphic_v<HexDump>);
 static_assert(std::is_copy_constructible_v<HexDump> && std::is_copy_assignable_v<HexDump>);
 static_assert(std::is_same_v<decltype(HexDump::_longDumps), bool>);
 
-static_assert(std::is_convertible_v<char, HexDump>);
-static_assert(std::is_convertible_v<unsigned char, HexDump>);
-static_assert(std::is_convertible_v<unsigned short, HexDump>);
-static_assert(std::is_convertible_v<unsigned long, HexDump>);
-static_assert(std::is_convertible_v<std::vector<unsigned int>, HexDump>);
-static_assert(std::is_convertible_v<std::vector<unsigned char>, HexDump>);
-static_assert(std::is_convertible_v<std::string, HexDump>);
-
-std::string text_of(HexDump const& dump)
-{
-    std::ostringstream os;
-    os << dump;
-    return os.str();
-}
-
-std::string text_of(ColorTheme::alert const& alert) { return alert.text; }
+static_assert(is_made_of<HexDump, char, unsigned char, unsigned short, unsigned long, std::vector<unsigned int>,
+                         std::vector<unsigned char>, std::string>);
 
 TEST(Constructors, TakeWhatTheyHoldWhereADumpOrAThemeIsWanted)
 {
+    auto const text_of = [](HexDump const& dump) {
+        std::ostringstream os;
+        os << dump;
+        return os.str();
+    };
     std::vector<unsigned char> const bytes{0x01, 0xff};
-    HexDump const dump = bytes;
-    EXPECT_EQ(text_of(dump), "01 ff ");
+    EXPECT_EQ(text_of(bytes), "01 ff ");
     EXPECT_EQ(text_of(std::vector<unsigned int>{1}), "00000001 ");
     EXPECT_EQ(text_of('A'), "41");
     EXPECT_EQ(text_of({bytes, ":"}), "01:ff:");
+    EXPECT_EQ(text_of({"AB"}), "41 42 ");
+    EXPECT_EQ(text_of(static_cast<unsigned char>(5)), "05");
 
-    auto const dumped = [](HexDump const& d) { return text_of(d); };
-    EXPECT_EQ(dumped({"AB"}), "41 42 ");
-    EXPECT_EQ(dumped(static_cast<unsigned char>(5)), "05");
-
-    auto const alarmed = [](ColorTheme::alert const& a) { return text_of(a); };
+    auto const alarmed = [](ColorTheme::alert const& alert) { return alert.text; };
     EXPECT_EQ(alarmed({"x"}), "x");
     EXPECT_EQ(alarmed(std::string("y")), "y");
 }

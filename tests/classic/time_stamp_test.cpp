@@ -2,7 +2,6 @@
 
 #include "support/made_up_locale.hpp"
 #include "support/modes.hpp"
-#include "support/grouping.hpp"
 #include "support/testing.hpp"
 
 #include <ctime>
@@ -11,8 +10,8 @@
 
 namespace {
 
-// What the system's time and strftime do. While they are empty, what they always do.
-std::optional<std::time_t> made_up_time;
+// What the system's time is, and what its strftime does: what it always does while there is none.
+std::time_t made_up_time = 0;
 std::function<std::size_t(char*, std::size_t)> made_up_strftime;
 
 // What strftime was called with last.
@@ -25,13 +24,10 @@ std::string strftime_format;
 
 extern "C" std::time_t time(std::time_t* out) noexcept
 {
-    std::timespec now = {};
-    std::timespec_get(&now, TIME_UTC);
-    std::time_t const seconds = made_up_time.value_or(now.tv_sec);
     if (out != nullptr) {
-        *out = seconds;
+        *out = made_up_time;
     }
-    return seconds;
+    return made_up_time;
 }
 
 extern "C" std::size_t strftime(char* out, std::size_t room, char const* format, std::tm const* broken_down) noexcept
@@ -51,250 +47,107 @@ using namespace hueline::test;
 using namespace std::string_literals;
 using kestry::Hueline;
 
-// The time in a zone, for a scope.
-class At {
-public:
-    explicit At(std::optional<std::time_t> seconds, char const* zone = "UTC0")
-    {
-        made_up_time = seconds;
-        setenv("TZ", zone, 1);
-        tzset();
-    }
-    At(At const&) = delete;
-    At& operator=(At const&) = delete;
-    ~At()
-    {
-        made_up_time.reset();
-        unsetenv("TZ");
-        tzset();
-    }
-};
-
-// Another strftime, for a scope.
-class Strftime {
-public:
-    explicit Strftime(std::function<std::size_t(char*, std::size_t)> does) { made_up_strftime = std::move(does); }
-    Strftime(Strftime const&) = delete;
-    Strftime& operator=(Strftime const&) = delete;
-    ~Strftime() { made_up_strftime = nullptr; }
-};
-
-// One that leaves text in the buffer, and says that it wrote as much as `result`.
-std::function<std::size_t(char*, std::size_t)> leaving(std::string text, std::size_t result)
+// The library follows the zone by itself: nobody calls tzset.
+std::string stamp_of(std::time_t seconds, char const* zone = "UTC0")
 {
-    return [text, result](char* out, std::size_t room) {
+    made_up_time = seconds;
+    setenv("TZ", zone, 1);
+    return Hueline::current_time();
+}
+
+// At 2004-01-02 03:04:05.
+std::string stamp() { return stamp_of(1'073'012'645); }
+
+// With a strftime that leaves text in the buffer, and says that it wrote as much as `result`.
+std::string stamp_where_strftime_leaves(std::string const& text, std::size_t result = 0)
+{
+    made_up_strftime = [&](char* out, std::size_t room) {
         text.copy(out, room);
         return result;
     };
+    std::string const left = stamp();
+    made_up_strftime = nullptr;
+    return left;
 }
 
-std::time_t constexpr november = 1'700'000'000; // 2023-11-14 22:13:20 UTC
-std::time_t constexpr january = 1'073'012'645;  // 2004-01-02 03:04:05 UTC
-
-// ---------------------------------------------------------------------------------------------
-// A text
-// ---------------------------------------------------------------------------------------------
-
-TEST(TimeStamp, IsCyan)
+TEST(CurrentTime, IsDateAndTimeInTheLocalZone)
 {
-    InMode const mode(Mode::on);
-    EXPECT_EQ(readable(Hueline::time_stamp("12:00")), R"(\e[36m12:00)");
-    EXPECT_EQ(readable(Hueline::time_stamp("")), R"(\e[36m)");
-    EXPECT_EQ(readable(Hueline::time_stamp("a\0\x1b[1m\n"s)), R"(\e[36ma\x00\e[1m\n)");
-    EXPECT_EQ(Hueline::time_stamp(std::string(1000, 'x')), "\x1b[36m" + std::string(1000, 'x'));
-}
-
-TEST(TimeStamp, IsTheTextAloneWithoutColor)
-{
-    for (Mode const m : plain_modes) {
-        InMode const mode(m);
-        EXPECT_EQ(Hueline::time_stamp("12:00"), "12:00");
-        EXPECT_EQ(Hueline::time_stamp(""), "");
-        EXPECT_EQ(Hueline::time_stamp("a\0b\n"s), "a\0b\n"s);
-    }
-}
-
-// ---------------------------------------------------------------------------------------------
-// The current time
-// ---------------------------------------------------------------------------------------------
-
-TEST(CurrentTime, IsDateAndTimeInBrackets)
-{
-    At const at(january);
-    EXPECT_EQ(Hueline::current_time(), "[2004-01-02.03:04:05]");
-}
-
-TEST(CurrentTime, IsCyan)
-{
-    At const at(january);
-    InMode const mode(Mode::on);
-    EXPECT_EQ(readable(Hueline::current_time()), R"(\e[36m[2004-01-02.03:04:05])");
-}
-
-TEST(CurrentTime, IsPlainInNoFrillsMode)
-{
-    At const at(january);
-    InMode const mode(Mode::no_frills);
-    EXPECT_EQ(Hueline::current_time(), "[2004-01-02.03:04:05]");
-}
-
-TEST(CurrentTime, IsThatOfTheLocalZone)
-{
-    {
-        At const at(november);
-        EXPECT_EQ(Hueline::current_time(), "[2023-11-14.22:13:20]");
-    }
-    {
-        At const at(november, "XYZ-5:45"); // east of Greenwich, where it is the next day
-        EXPECT_EQ(Hueline::current_time(), "[2023-11-15.03:58:20]");
-    }
-    {
-        At const at(november, "ABC3:30");
-        EXPECT_EQ(Hueline::current_time(), "[2023-11-14.18:43:20]");
-    }
-    {
-        At const at(november, "SSS-1TTT-2,J300/0,J365/0"); // summer time in November
-        EXPECT_EQ(Hueline::current_time(), "[2023-11-15.00:13:20]");
-    }
-}
-
-TEST(CurrentTime, FollowsTheZoneFromCallToCall)
-{
-    At const at(january);
-    EXPECT_EQ(Hueline::current_time(), "[2004-01-02.03:04:05]");
-    setenv("TZ", "XYZ-5:45", 1);
-    EXPECT_EQ(Hueline::current_time(), "[2004-01-02.08:49:05]");
-}
-
-TEST(CurrentTime, IsAnyTimeThereIs)
-{
-    std::pair<std::int64_t, char const*> const times[] = {
-        {0, "[1970-01-01.00:00:00]"},
-        {-1, "[1969-12-31.23:59:59]"},
-        {951'782'400, "[2000-02-29.00:00:00]"},
-        {2'147'483'647, "[2038-01-19.03:14:07]"},
-        {2'147'483'648, "[2038-01-19.03:14:08]"},
-        {4'294'967'296, "[2106-02-07.06:28:16]"},
-        {253'402'300'799, "[9999-12-31.23:59:59]"},
-        {253'402'300'800, "[10000-01-01.00:00:00]"},
-    };
-    for (auto const& [seconds, stamp] : times) {
-        if (std::in_range<std::time_t>(seconds)) { // it has 32 bits on some machines
-            At const at(static_cast<std::time_t>(seconds));
-            EXPECT_EQ(Hueline::current_time(), stamp);
+    struct {
+        std::int64_t seconds;
+        char const* zone;
+        char const* stamp;
+    } const times[] = {{1'073'012'645, "UTC0", "[2004-01-02.03:04:05]"},
+                       {1'700'000'000, "UTC0", "[2023-11-14.22:13:20]"},
+                       {1'700'000'000, "XYZ-5:45", "[2023-11-15.03:58:20]"}, // east of Greenwich
+                       {1'700'000'000, "ABC3:30", "[2023-11-14.18:43:20]"},
+                       {1'700'000'000, "SSS-1TTT-2,J300/0,J365/0", "[2023-11-15.00:13:20]"}, // summer time in November
+                       {0, "UTC0", "[1970-01-01.00:00:00]"},
+                       {-1, "UTC0", "[1969-12-31.23:59:59]"},
+                       {951'782'400, "UTC0", "[2000-02-29.00:00:00]"},
+                       {2'147'483'647, "UTC0", "[2038-01-19.03:14:07]"},
+                       {2'147'483'648, "UTC0", "[2038-01-19.03:14:08]"},
+                       {4'294'967'296, "UTC0", "[2106-02-07.06:28:16]"},
+                       {253'402'300'799, "UTC0", "[9999-12-31.23:59:59]"},
+                       {253'402'300'800, "UTC0", "[10000-01-01.00:00:00]"}};
+    for (auto const& time : times) {
+        if (std::in_range<std::time_t>(time.seconds)) { // it has 32 bits on some machines
+            EXPECT_EQ(stamp_of(static_cast<std::time_t>(time.seconds), time.zone), time.stamp);
         }
     }
 }
 
 TEST(CurrentTime, IsNoFailureWhereTheTimeHasNoDate)
 {
-    At const at(INT64_MAX); // the year is no int
-    EXPECT_EQ(Hueline::current_time().front(), '[');
-    EXPECT_EQ(Hueline::current_time().back(), ']');
-}
-
-TEST(CurrentTime, IsThatOfTheClock)
-{
-    auto const stamp_of = [](std::time_t seconds) {
-        std::tm local = {};
-        localtime_r(&seconds, &local);
-        char text[80];
-        std::snprintf(text, sizeof text, "[%04d-%02d-%02d.%02d:%02d:%02d]", local.tm_year + 1900, local.tm_mon + 1,
-                      local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);
-        return std::string(text);
-    };
-    At const at(std::nullopt, "XYZ-5:45");
-    std::time_t const before = std::time(nullptr);
-    std::string const stamp = Hueline::current_time();
-    std::time_t const after = std::time(nullptr);
-    std::vector<std::string> possible;
-    for (std::time_t t = before; t <= after; ++t) {
-        possible.push_back(stamp_of(t));
-    }
-    EXPECT_NE(std::find(possible.begin(), possible.end(), stamp), possible.end()) << stamp;
-    EXPECT_EQ(stamp.size(), 21u);
-}
-
-TEST(CurrentTime, HasPlainDigitsWhateverTheGlobalLocale)
-{
-    GroupedDigits const grouped;
-    At const at(january);
-    EXPECT_EQ(Hueline::current_time(), "[2004-01-02.03:04:05]");
+    std::string const stamp = stamp_of(std::numeric_limits<std::time_t>::max()); // the year is no int
+    EXPECT_EQ(stamp.front(), '[');
+    EXPECT_EQ(stamp.back(), ']');
 }
 
 TEST(CurrentTime, HasTheTimeOfTheProcesssLocale)
 {
-    At const at(january);
     MadeUpLocale const locale({.time = "%Hh%Mm (%S seconds)"});
-    EXPECT_EQ(Hueline::current_time(), "[2004-01-02.03h04m (05 seconds)]");
+    EXPECT_EQ(stamp(), "[2004-01-02.03h04m (05 seconds)]");
     InMode const mode(Mode::on);
-    EXPECT_EQ(readable(Hueline::current_time()), R"(\e[36m[2004-01-02.03h04m (05 seconds)])");
+    EXPECT_EQ(readable(stamp()), R"(\e[36m[2004-01-02.03h04m (05 seconds)])");
 }
 
 TEST(CurrentTime, HasUpTo79Characters)
 {
-    At const at(january);
     std::string const years = "%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y%Y"; // 64 characters in the stamp
     {
         MadeUpLocale const locale({.time = years + "tt"});
-        EXPECT_EQ(Hueline::current_time(),
-                  "[2004-01-02.2004200420042004200420042004200420042004200420042004200420042004tt]");
-        EXPECT_EQ(Hueline::current_time().size(), 79u);
+        EXPECT_EQ(stamp(), "[2004-01-02.2004200420042004200420042004200420042004200420042004200420042004tt]");
+        EXPECT_EQ(stamp().size(), 79u);
     }
     MadeUpLocale const locale({.time = years + "ttt"});
-    EXPECT_LE(Hueline::current_time().size(), 79u);
+    EXPECT_LE(stamp().size(), 79u);
 }
 
 TEST(CurrentTime, AsksStrftimeFor80Bytes)
 {
-    At const at(january);
-    Hueline::current_time();
+    stamp();
     EXPECT_EQ(strftime_room, 80u);
     EXPECT_EQ(strftime_format, "[%Y-%m-%d.%X]");
 }
 
-// ---------------------------------------------------------------------------------------------
-// What strftime leaves
-// ---------------------------------------------------------------------------------------------
-
 TEST(CurrentTime, EndsWithTheTextNotWithWhatStrftimeReturns)
 {
-    At const at(january);
     for (std::size_t const result : {0u, 1u, 5u, 9u, 80u, 1000u}) {
-        Strftime const made_up(leaving("[abc]\0xyz"s, result));
-        EXPECT_EQ(Hueline::current_time(), "[abc]");
+        EXPECT_EQ(stamp_where_strftime_leaves("[abc]\0xyz"s, result), "[abc]");
     }
-    Strftime const made_up(leaving("\0abc"s, 4));
-    EXPECT_EQ(Hueline::current_time(), "");
+    EXPECT_EQ(stamp_where_strftime_leaves("\0abc"s, 4), "");
 }
 
-TEST(CurrentTime, EndsWhereTheBufferEndsIfStrftimeFillsIt)
+TEST(CurrentTime, EndsWhereTheBufferEndsAndHoldsNothingOfAnEarlierOne)
 {
-    At const at(january);
     for (Mode const m : every_mode) {
         InMode const mode(m);
         std::string const color = m == Mode::on ? "\x1b[36m" : "";
-        for (std::size_t const size : {78u, 79u, 80u}) {
-            Strftime const made_up(leaving(std::string(size, 'x'), 0));
-            EXPECT_EQ(Hueline::current_time(), color + std::string(std::min<std::size_t>(size, 79), 'x'));
-        }
+        EXPECT_EQ(stamp_where_strftime_leaves(std::string(78, 'x')), color + std::string(78, 'x'));
+        EXPECT_EQ(stamp_where_strftime_leaves(std::string(79, 'x')), color + std::string(79, 'x'));
+        EXPECT_EQ(stamp_where_strftime_leaves(std::string(80, 'x')), color + std::string(79, 'x'));
+        EXPECT_EQ(stamp_where_strftime_leaves(""), color);
     }
-}
-
-TEST(CurrentTime, HoldsNothingOfAnEarlierOne)
-{
-    At const at(january);
-    auto const stamp_after_a_long_one = [] {
-        {
-            Strftime const fills(leaving(std::string(80, 'x'), 0));
-            Hueline::current_time();
-        }
-        Strftime const writes_nothing(leaving("", 0));
-        return Hueline::current_time();
-    };
-    EXPECT_EQ(stamp_after_a_long_one(), "");
-    InMode const mode(Mode::on);
-    EXPECT_EQ(readable(stamp_after_a_long_one()), R"(\e[36m)");
 }
 
 } // namespace

@@ -3,16 +3,10 @@
 
 #include "kestry/hueline_classic.hpp"
 
-#include "input.hpp"
 #include "program.hpp"
 
 #include "model/classic_library.hpp"
 #include "model/classic_model.hpp"
-
-#include <cstddef>
-#include <cstdint>
-#include <locale>
-#include <vector>
 
 namespace {
 

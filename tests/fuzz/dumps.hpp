@@ -2,48 +2,18 @@
 /// Both hex dumps against the formula of the tests: they have the same forms.
 #pragma once
 
-#include "check.hpp"
+#include "fuzzer.hpp"
 
 #include "support/dumps.hpp"
 #include "support/formula.hpp"
 
-#include <algorithm>
-#include <cstddef>
-#include <cstdio>
-#include <string>
-#include <vector>
-
 namespace hueline::fuzz {
 
 using test::Bytes;
+using test::Colors;
+using test::digits;
+using test::dump_of;
 using test::text_of;
-
-/// The sequences of a dump in colour.
-struct Colors {
-    std::string byte;
-    std::string parenthesis;
-    std::string count;
-    std::string end;
-};
-
-inline std::string digits(char const* format, unsigned long number)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, format, number);
-    return text;
-}
-
-inline std::string dump_of(Bytes const& bytes, std::string const& separator, Colors const& colors, bool is_long)
-{
-    if (bytes.empty()) {
-        return "";
-    }
-    if (is_long || bytes.size() <= 19) {
-        return test::cells(bytes, colors.byte, separator) + colors.end;
-    }
-    return test::cells(bytes, 19, colors.byte, separator) + " ... " + colors.parenthesis + "(" + colors.count +
-           std::to_string(bytes.size()) + " bytes" + colors.parenthesis + ") " + colors.end;
-}
 
 template <class HexDump>
 void check_bytes(Bytes const& bytes, std::string const& separator, Colors const& colors)

@@ -3,17 +3,9 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "check.hpp"
-#include "input.hpp"
+#include "fuzzer.hpp"
 
-#include <algorithm>
-#include <climits>
 #include <cmath>
-#include <cstddef>
-#include <cstdint>
-#include <iomanip>
-#include <sstream>
-#include <string>
 
 using namespace hueline::fuzz;
 using kestry::Hueline::progress_meter;
@@ -84,10 +76,7 @@ std::string format_of(std::ostream const& os)
 // Unformatted: a width stays pending.
 void write(std::ostream& os, std::string const& text) { os.write(text.data(), std::ssize(text)); }
 
-// ---------------------------------------------------------------------------------------------
-// One frame of each kind: os gets it from the library, expected from the formula
-// ---------------------------------------------------------------------------------------------
-
+// One frame of each kind: os gets it from the library, expected from the formula.
 void draw_spinner(Input& input, std::ostream& expected, std::ostream& os)
 {
     std::string const frames = input.text();

@@ -3,16 +3,11 @@
 /// The library and the model of the tests follow it side by side and are compared after each step.
 #pragma once
 
-#include "check.hpp"
-#include "input.hpp"
+#include "fuzzer.hpp"
 
 #include "model/step.hpp"
 
 #include "operations.hpp"
-
-#include <cstddef>
-#include <string>
-#include <vector>
 
 namespace hueline::fuzz {
 

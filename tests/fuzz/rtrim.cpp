@@ -2,12 +2,7 @@
 
 #include "kestry/hueline_classic.hpp"
 
-#include "check.hpp"
-#include "input.hpp"
-
-#include <cstddef>
-#include <cstdint>
-#include <string>
+#include "fuzzer.hpp"
 
 using namespace hueline::fuzz;
 

@@ -2,15 +2,8 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "check.hpp"
+#include "fuzzer.hpp"
 #include "dumps.hpp"
-#include "input.hpp"
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <sstream>
-#include <string>
 
 using namespace hueline::fuzz;
 using kestry::Hueline::HexDump;

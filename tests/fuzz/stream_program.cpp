@@ -3,23 +3,10 @@
 
 #include "kestry/hueline_stream.hpp"
 
-#include "input.hpp"
 #include "program.hpp"
 
 #include "model/stream_library.hpp"
 #include "model/stream_model.hpp"
-
-#include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
-#include <iostream>
-#include <locale>
-#include <ostream>
-#include <streambuf>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include <unistd.h>
 

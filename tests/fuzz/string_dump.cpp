@@ -2,13 +2,8 @@
 
 #include "kestry/hueline_classic.hpp"
 
-#include "check.hpp"
+#include "fuzzer.hpp"
 #include "dumps.hpp"
-#include "input.hpp"
-
-#include <cstddef>
-#include <cstdint>
-#include <string>
 
 using namespace hueline::fuzz;
 using kestry::HexDump;

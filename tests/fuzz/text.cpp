@@ -2,13 +2,7 @@
 
 #include "kestry/kit/text.hpp"
 
-#include "check.hpp"
-#include "input.hpp"
-
-#include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <string>
+#include "fuzzer.hpp"
 
 using namespace hueline::fuzz;
 using namespace kestry::kit;

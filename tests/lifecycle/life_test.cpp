@@ -10,10 +10,6 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-// ---------------------------------------------------------------------------------------------
-// A program from its first constructor to its last exit handler
-// ---------------------------------------------------------------------------------------------
-
 std::string const constructed = R"(\e[00m\e[1m\e[31mfirst\n)"
                                 R"(\e[00m\e[1m\e[3m\e[31m41 42 second\n)"
                                 R"(\e[34mthird\n)"
@@ -26,20 +22,33 @@ std::string const after_main = R"(\e[00m\e[1m\e[3m\e[4m\e[35mat exit\n)"
                                R"(first's end, without colour: the guard in second.cpp took it\n)"
                                R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)";
 
+// The child, with reverse on, and the parent, which knows nothing of it.
+std::string const forked = R"(\e[00m\e[1m\e[3m\e[7m\e[35mchild\n)"
+                           R"(\e[00m\e[1m\e[3m\e[4m\e[7m\e[35mat exit\n)"
+                           R"(\e[32m43 \e[0mdump's end\n)"
+                           R"(\e[33mthird's end\n)"
+                           R"(\e[00m\e[1m\e[4m\e[7m\e[35m41 42 second's end\n)"
+                           R"(first's end, without colour: the guard in second.cpp took it\n)"
+                           R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)"
+                           R"(\e[9mparent\n)";
+
 // Linked with the shared object, and with a static library.
-class StaticObjects : public testing::TestWithParam<char const*> {
-protected:
-    static Outcome program_that_ends_by(std::string const& ending) { return run_program({}, {GetParam(), ending}); }
-};
+class StaticObjects : public testing::TestWithParam<char const*> {};
 
 INSTANTIATE_TEST_SUITE_P(Programs, StaticObjects, testing::Values(HUELINE_PROGRAMS),
                          [](auto const& program) { return program.index == 0 ? "Shared" : "Static"; });
 
-TEST_P(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructors)
+TEST_P(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructorsHoweverTheProgramEnds)
 {
-    for (char const* const ending : {"return", "exit"}) {
-        auto const run = program_that_ends_by(ending);
-        EXPECT_EQ(readable(run.out), constructed + in_main + after_main) << ending;
+    std::pair<std::string, std::string> const endings[] = {
+        {"return", after_main},
+        {"exit", after_main},
+        {"quick_exit", R"(\e[00m\e[1m\e[3m\e[4m\e[35mat quick exit\n)"}, // left undestroyed
+        {"fclose", ""},                                                  // outlive standard output
+        {"fork", forked + after_main}};
+    for (auto const& [ending, written] : endings) {
+        auto const run = run_program({}, {GetParam(), ending});
+        EXPECT_EQ(readable(run.out), constructed + in_main + written) << ending;
         EXPECT_EQ(run.err, "");
         EXPECT_EQ(run.status, 0);
     }
@@ -54,44 +63,6 @@ TEST_P(StaticObjects, WriteTheirTextAloneToAPipe)
                                  R"(first's end, without colour: the guard in second.cpp took it\nthe last words\n)");
     EXPECT_EQ(run.status, 0);
 }
-
-TEST_P(StaticObjects, MayBeLeftUndestroyed)
-{
-    auto const run = program_that_ends_by("quick_exit");
-    EXPECT_EQ(readable(run.out), constructed + in_main + R"(\e[00m\e[1m\e[3m\e[4m\e[35mat quick exit\n)");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST_P(StaticObjects, MayOutliveStandardOutput)
-{
-    auto const run = program_that_ends_by("fclose");
-    EXPECT_EQ(readable(run.out), constructed + in_main);
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST_P(StaticObjects, AreDestroyedInAForkedChildToo)
-{
-    auto const run = program_that_ends_by("fork");
-    EXPECT_EQ(readable(run.out), constructed + in_main +
-                                     // The child, with reverse on.
-                                     R"(\e[00m\e[1m\e[3m\e[7m\e[35mchild\n)"
-                                     R"(\e[00m\e[1m\e[3m\e[4m\e[7m\e[35mat exit\n)"
-                                     R"(\e[32m43 \e[0mdump's end\n)"
-                                     R"(\e[33mthird's end\n)"
-                                     R"(\e[00m\e[1m\e[4m\e[7m\e[35m41 42 second's end\n)"
-                                     R"(first's end, without colour: the guard in second.cpp took it\n)"
-                                     R"(\e[00m\e[25h\e[00m\e[1m\e[34mthe last words\n)"
-                                     // The parent, which knows nothing of it.
-                                     R"(\e[9mparent\n)" +
-                                     after_main);
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Children of a process
-// ---------------------------------------------------------------------------------------------
 
 // Runs body in a child, which leaves without a trace of its own.
 void in_child(void (*body)())
@@ -142,10 +113,6 @@ TEST(ForkedChild, LeavesTheRecordAndTheModesOfItsParent)
                                  R"(\e[00m\e[1m\e[31m\e[42m\e[00m\e[1m\e[2m\e[31m\e[42m)" // the child
                                  R"(\e[00m\e[1m\e[31m\e[00m\e[1m/)");                     // the parent
 }
-
-// ---------------------------------------------------------------------------------------------
-// Threads
-// ---------------------------------------------------------------------------------------------
 
 int constexpr threads_at_once = 4;
 int constexpr times_each = 500;

@@ -77,26 +77,17 @@ TEST(Loading, WorksImmediatelyAndLazily)
     }
 }
 
-TEST(Loading, KeepsTheSymbolsFromTheOthersIfLocal)
+TEST(Loading, KeepsTheSymbolsFromTheOthersIfLocalAndGivesOneStateToAll)
 {
     auto const run = on_terminal([] {
         Library const library(RTLD_NOW | RTLD_LOCAL);
         report(dlsym(RTLD_DEFAULT, "_ZN6kestry7Hueline3redERSo") == nullptr ? "local " : "global ");
         Library const again(RTLD_NOW | RTLD_GLOBAL);
-        report(dlsym(RTLD_DEFAULT, "_ZN6kestry7Hueline3redERSo") == nullptr ? "local" : "global");
+        report(dlsym(RTLD_DEFAULT, "_ZN6kestry7Hueline3redERSo") == nullptr ? "local " : "global ");
+        library.set_no_frills(true);
+        report(again.no_frills() ? "shared" : "not shared");
     });
-    EXPECT_EQ(run.report, "local global");
-}
-
-TEST(Loading, GivesOneStateToAllWhoLoadIt)
-{
-    auto const run = on_terminal([] {
-        Library const one;
-        Library const other;
-        one.set_no_frills(true);
-        report(other.no_frills() ? "shared" : "not shared");
-    });
-    EXPECT_EQ(run.report, "shared");
+    EXPECT_EQ(run.report, "local global shared");
 }
 
 TEST(Loading, ThrowsExceptionsThatTheProgramKnows)
@@ -115,32 +106,21 @@ TEST(Loading, ThrowsExceptionsThatTheProgramKnows)
     EXPECT_EQ(run.report, "UnknownCodeException passed to Hueline");
 }
 
-TEST(Unloading, LeavesNothingLoaded)
-{
-    auto const run = on_terminal([] {
-        {
-            Library const library;
-            std::cout << library.colorize() << library.red() << "text";
-            report(is_loaded() ? "loaded " : "not loaded ");
-        }
-        report(is_loaded() ? "loaded" : "not loaded");
-    });
-    EXPECT_EQ(run.report, "loaded not loaded");
-}
-
 // The streams outlive the library, and what is written to them goes out.
-TEST(Unloading, LeavesTheStreamsToTheProgram)
+TEST(Unloading, LeavesNothingLoadedAndTheStreamsToTheProgram)
 {
     auto const run = on_terminal([] {
         {
             Library const library;
             std::cout << library.colorize() << library.red() << "red ";
+            report(is_loaded() ? "loaded " : "not loaded ");
         }
+        report(is_loaded() ? "loaded " : "not loaded ");
         std::cout << "still red\n" << std::flush;
         report(std::cout.good() ? "good" : "failed");
     });
     EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31mred still red\n)");
-    EXPECT_EQ(run.report, "good");
+    EXPECT_EQ(run.report, "loaded not loaded good");
     EXPECT_EQ(run.status, 0);
 }
 

@@ -4,6 +4,7 @@
 
 #include "support/buffers.hpp"
 #include "support/allocations.hpp"
+#include "support/modes.hpp"
 #include "support/testing.hpp"
 
 #include "operations_classic.hpp"
@@ -52,12 +53,7 @@ std::vector<Case> cases()
              return Dump(dump).shown().substr(0, 8);
          },
          R"(\e[32m61 )"},
-        {"copy of the Hueline alone",
-         [] {
-             Dump const dump(text);
-             return Copied(dump).shown().substr(0, 8);
-         },
-         R"(\e[32m61 )"},
+        {"copy of the Hueline alone", [] { return Copied(Dump(text)).shown().substr(0, 8); }, R"(\e[32m61 )"},
     };
     for (ClassicOperation const& each : classic_operations()) {
         if (!each.example.colored.empty()) {
@@ -72,9 +68,7 @@ std::vector<Case> cases()
     return all;
 }
 
-bool is_as_at_start() { return Hueline::isUsingColor() && !Hueline::getNoFrillsMode() && !HexDump::isLongDumps(); }
-
-// What is wrong when one allocation of the call fails; asks for is_last whether there was one to fail.
+// What is wrong when one allocation of the call fails; tells in was_short whether there was one to fail.
 std::string findings_of(Case const& tested, Shortage shortage_of_call, bool& was_short)
 {
     long const blocks_before = blocks_in_use;
@@ -98,7 +92,7 @@ std::string findings_of(Case const& tested, Shortage shortage_of_call, bool& was
             findings += "returned " + readable(result) + "; ";
         }
     }
-    if (!is_as_at_start()) {
+    if (!Hueline::isUsingColor() || Hueline::getNoFrillsMode() || HexDump::isLongDumps()) {
         findings += "the switches changed; ";
     }
     if (readable(tested.call()) != tested.result) {
@@ -138,61 +132,34 @@ TEST(AllocationClassic, FailureOfEachIsHarmless)
     }
 }
 
-// The switch is put back by the part of a dump that was constructed.
-TEST(AllocationOfADump, FailureLeavesTheSwitchAsItWasThen)
-{
-    auto const run = on_pipe([] {
-        Hueline switches;
-        switches.useColor(true);
-        try {
-            RunShort const scarce({0, true});
-            HexDump const dump(text);
-        } catch (std::bad_alloc const&) {
-            report("std::bad_alloc ");
-        }
-        report(Hueline::isUsingColor() ? "on" : "off");
-    });
-    EXPECT_EQ(run.report, "std::bad_alloc on");
-}
-
 TEST(AllocationOfAnInsertion, IsNotNeeded)
 {
-    auto const run = on_pipe([] {
-        Dump const dump(text);
-        SmallBuffer buffer;
-        std::ostream os(&buffer);
-        {
-            RunShort const scarce({0, true});
-            os << dump;
-        }
-        report(buffer.text().substr(0, 6) + (os.good() ? " good" : " bad"));
-    });
-    EXPECT_EQ(run.report, "61 20  good");
+    Dump const dump("AB");
+    SmallBuffer buffer;
+    std::ostream os(&buffer);
+    {
+        RunShort const scarce({0, true});
+        os << dump;
+    }
+    EXPECT_EQ(buffer.text(), "41 42 ");
+    EXPECT_TRUE(os.good());
 }
 
 TEST(AllocationOfAnAssignment, FailureLeavesTheObjectAsItWas)
 {
-    auto const run = on_pipe([] {
-        Hueline switches;
-        switches.useColor(true);
+    InMode const mode(Mode::on);
+    {
         Hueline on;     // puts colour on at its end
         on.flipColor(); // remembers that colour was in use, and turns it off
         {
-            Dump off(text); // puts colour off at its end, and was never flipped
-            Dump const copy(off);
-            Hueline& target = on;
-            try {
-                RunShort const scarce({0, true});
-                target = copy;
-                report("assigned ");
-            } catch (std::bad_alloc const&) {
-                report("std::bad_alloc ");
-            }
+            Dump const off(text); // puts colour off at its end, and was never flipped
+            EXPECT_TRUE(runs_out_of_memory([&] { on = off; }));
         }
         on.unflipColor(); // throws if the object has become one that was never flipped
-        report(Hueline::isUsingColor() ? "on" : "off");
-    });
-    EXPECT_EQ(run.report, "std::bad_alloc on");
+        EXPECT_TRUE(Hueline::isUsingColor());
+        Hueline::_useColor = false;
+    }
+    EXPECT_TRUE(Hueline::isUsingColor());
 }
 
 } // namespace

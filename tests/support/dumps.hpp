@@ -15,11 +15,11 @@ std::string text_of(HexDump const& dump)
     return os.str();
 }
 
-/// Dumps of any size are written in full, for a scope of a test.
+/// Dumps of any size are written in full, or not, for a scope of a test.
 template <class HexDump>
 class LongDumpsOf {
 public:
-    LongDumpsOf() { HexDump::_longDumps = true; }
+    explicit LongDumpsOf(bool in_full = true) { HexDump::_longDumps = in_full; }
     LongDumpsOf(LongDumpsOf const&) = delete;
     LongDumpsOf& operator=(LongDumpsOf const&) = delete;
     ~LongDumpsOf() { HexDump::_longDumps = before; }

@@ -12,6 +12,14 @@ namespace hueline::test {
 
 using Bytes = std::vector<unsigned char>;
 
+/// A number as printf writes it: the format has one "%lx".
+inline std::string digits(char const* format, unsigned long number)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, format, number);
+    return text;
+}
+
 inline std::string two_digits(unsigned char b)
 {
     char text[3];
@@ -37,6 +45,27 @@ inline std::string cells(Bytes const& bytes, std::string const& before, std::str
     return cells(bytes, bytes.size(), before, after);
 }
 
+/// The sequences of a dump in colour; none without.
+struct Colors {
+    std::string byte;
+    std::string parenthesis;
+    std::string count;
+    std::string end;
+};
+
+/// A dump of bytes: of 19 at most, unless it is whole.
+inline std::string dump_of(Bytes const& bytes, std::string const& separator, Colors const& colors, bool is_whole)
+{
+    if (bytes.empty()) {
+        return "";
+    }
+    if (is_whole || bytes.size() <= 19) {
+        return cells(bytes, colors.byte, separator) + colors.end;
+    }
+    return cells(bytes, 19, colors.byte, separator) + " ... " + colors.parenthesis + "(" + colors.count +
+           std::to_string(bytes.size()) + " bytes" + colors.parenthesis + ") " + colors.end;
+}
+
 /// 0, 1, 2, ...
 inline Bytes counted(std::size_t count)
 {
@@ -60,7 +89,12 @@ inline Bytes mixed(std::size_t count)
 /// Of as many bytes, no two next to each other the same.
 inline std::string separator_of(std::size_t size)
 {
-    return std::string("ghijklmnopqrstuvwxyzGHIJKLMNOPQRSTUVWXYZ").substr(0, size);
+    std::string const letters = "ghijklmnopqrstuvwxyzGHIJKLMNOPQRSTUVWXYZ";
+    std::string separator;
+    while (separator.size() < size) {
+        separator += letters.substr(0, size - separator.size());
+    }
+    return separator;
 }
 
 /// Numbers of bytes of which a dump may go another way than for the next one: every small one.

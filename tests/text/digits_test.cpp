@@ -3,7 +3,6 @@
 #include "text/sgr.hpp"
 
 #include "support/formula.hpp"
-#include "support/grouping.hpp"
 #include "support/testing.hpp"
 
 namespace {
@@ -64,12 +63,6 @@ TEST(Decimal, IsPlainDigits)
     EXPECT_EQ(decimal(INT64_MAX), "9223372036854775807");
     EXPECT_EQ(decimal(INT64_MIN), "-9223372036854775808");
     static_assert(longest_decimal == 20); // of the last one
-}
-
-TEST(Decimal, HasNoGroupsWhateverTheGlobalLocale)
-{
-    GroupedDigits const grouped;
-    EXPECT_EQ(decimal(-1234567), "-1234567");
 }
 
 TEST(Hex, HasTwoDigitsForEachByteValue)

@@ -3,12 +3,12 @@
 #include "support/screen.hpp"
 #include "support/testing.hpp"
 #include "support/writes.hpp"
+#include "demo.hpp"
 
 #include <linux/filter.h>
 #include <linux/seccomp.h>
 #include <pty.h>
 #include <sys/prctl.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <termios.h>
 
@@ -17,14 +17,7 @@ namespace {
 using namespace hueline::test;
 using namespace std::chrono_literals;
 
-std::string const tool = HUELINE_DEMO; // the path of hueline-demo
-
-Sinks const on_terminals = {Sink::terminal, Sink::terminal};
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
-
 std::size_t constexpr mebibyte = 1024 * 1024;
-
-using Arguments = std::vector<std::string>;
 
 // Adds what is set before each run: the changes of the launch come after it.
 Launch in_known_environment(Launch launch)
@@ -42,15 +35,15 @@ Outcome demo(Sinks sinks, Arguments const& arguments, Launch const& launch = {})
 }
 
 // Where the waits of the animations are not what a test is about.
-Launch const without_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK}};
+Launch const without_waits{.environment = {fast_clock}};
 
 // The first wait does not end.
-Launch const with_endless_waits{.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=0"}};
+Launch const with_endless_waits{.environment = {fast_clock, "CLOCK_STANDS_AFTER=0"}};
 
 // An animation goes on for a few steps and then waits for the signal.
 Launch interrupted(int signal, std::string const& after)
 {
-    return {.environment = {"LD_PRELOAD=" FAST_CLOCK, "CLOCK_STANDS_AFTER=60"}, .interrupt = Interrupt{signal, after}};
+    return {.environment = {fast_clock, "CLOCK_STANDS_AFTER=60"}, .interrupt = Interrupt{signal, after}};
 }
 
 // Runs a command of the shell, where "$0" is the tool and "$1" the first of the arguments.
@@ -62,15 +55,11 @@ Outcome shell(Sinks sinks, std::string const& command, Arguments const& argument
 }
 
 // In a child: becomes the tool.
-void become_demo(Arguments const& arguments)
+void become_demo(Arguments arguments)
 {
-    std::vector<char*> argv = {const_cast<char*>(tool.c_str())};
-    for (std::string const& argument : arguments) {
-        argv.push_back(const_cast<char*>(argument.c_str()));
-    }
-    argv.push_back(nullptr);
+    arguments.insert(arguments.begin(), tool);
     change_environment(sixteen_colors);
-    execv(argv[0], argv.data());
+    execv(tool.c_str(), pointers_to(arguments).data());
     report(std::string("cannot run the tool: ") + std::strerror(errno));
 }
 
@@ -83,7 +72,15 @@ std::size_t count(std::string_view text, std::string_view piece)
     return found;
 }
 
-bool has_sequences(std::string const& text) { return text.find('\x1b') != text.npos; }
+// That the tool writes this and nothing else, and ends well.
+void expect_output(std::string const& expected, Sinks sinks, Arguments const& arguments, Launch const& launch = {})
+{
+    SCOPED_TRACE(testing::PrintToString(arguments));
+    Outcome const run = demo(sinks, arguments, launch);
+    EXPECT_EQ(difference(expected, run.out), "");
+    EXPECT_EQ(run.err, "");
+    EXPECT_EQ(run.status, 0);
+}
 
 // That a person who goes on writing does so in the terminal's own colours.
 void expect_default_rendition_behind(std::string const& bytes)
@@ -95,20 +92,6 @@ void expect_default_rendition_behind(std::string const& bytes)
     EXPECT_TRUE(next.foreground.is_default);
     EXPECT_TRUE(next.background.is_default);
     EXPECT_TRUE(screen.cursor_visible());
-}
-
-// ---------------------------------------------------------------------------------------------
-// Options
-// ---------------------------------------------------------------------------------------------
-
-void expect_text(Arguments const& arguments, std::string const& text)
-{
-    for (Sinks const sinks : {on_terminals, on_pipes}) {
-        Outcome const run = demo(sinks, arguments);
-        EXPECT_EQ(run.out, text);
-        EXPECT_EQ(run.err, "");
-        EXPECT_EQ(run.status, 0);
-    }
 }
 
 std::string const help_text = R"(Usage: hueline-demo [OPTION]... [NAME]...
@@ -139,86 +122,75 @@ The exit status is 0 if all went well, 1 if something could not be read or
 written, and 2 if an option or a NAME is unknown.
 )";
 
-TEST(Options, HelpTellsTheUse)
+std::string const list_text = R"(tour          a part at a time, with the code that wrote it
+banner        the version and most of the patterns
+templates     plain lines and lines in white on green
+codes         the SGR codes 0 to 108, on a terminal only
+normal-reset  what normal keeps and reset forgets
+matrix        eight colours on eight backgrounds
+palette       colours 0 to 15 of the palette on each other
+greyscale     the 24 greys of the palette
+rgb           the colour cube of the palette
+status        a status line that fills, for four seconds
+progress      a progress meter that climbs, for four seconds
+themes        both forms of the themes, role by role
+dump          files in hexadecimal: takes all arguments after it
+)";
+
+// The first that asks for a text outweighs what follows.
+TEST(Options, AskForATextWithoutColor)
 {
-    expect_text({"--help"}, help_text);
-    expect_text({"-h"}, help_text);
+    std::string const version = "Hueline ver. 0.2.2-r0\n";
+    std::pair<Arguments, std::string> const rows[] = {{{"--help"}, help_text},
+                                                      {{"-h"}, help_text},
+                                                      {{"--version"}, version},
+                                                      {{"-V"}, version},
+                                                      {{"--list"}, list_text},
+                                                      {{"-l"}, list_text},
+                                                      {{"--list", "--version"}, list_text},
+                                                      {{"--version", "--help"}, version},
+                                                      {{"--help", "--version"}, help_text},
+                                                      {{"--version", "--no-such-option"}, version},
+                                                      {{"no-such-name", "--version"}, version},
+                                                      {{"-nV", "matrix"}, version}};
+    for (auto const& [arguments, text] : rows) {
+        expect_output(text, on_terminals, arguments);
+        expect_output(text, on_pipes, arguments);
+    }
 }
 
-TEST(Options, VersionIsTheShortTagWithoutColor)
+TEST(Misuse, IsNamedWithWhatIsPossible)
 {
-    expect_text({"--version"}, "Hueline ver. 0.2.2-r0\n");
-    expect_text({"-V"}, "Hueline ver. 0.2.2-r0\n");
-}
-
-TEST(Options, ListNamesTheDemonstrations)
-{
-    std::string const text = "tour          a part at a time, with the code that wrote it\n"
-                             "banner        the version and most of the patterns\n"
-                             "templates     plain lines and lines in white on green\n"
-                             "codes         the SGR codes 0 to 108, on a terminal only\n"
-                             "normal-reset  what normal keeps and reset forgets\n"
-                             "matrix        eight colours on eight backgrounds\n"
-                             "palette       colours 0 to 15 of the palette on each other\n"
-                             "greyscale     the 24 greys of the palette\n"
-                             "rgb           the colour cube of the palette\n"
-                             "status        a status line that fills, for four seconds\n"
-                             "progress      a progress meter that climbs, for four seconds\n"
-                             "themes        both forms of the themes, role by role\n"
-                             "dump          files in hexadecimal: takes all arguments after it\n";
-    expect_text({"--list"}, text);
-    expect_text({"-l"}, text);
-    expect_text({"--list", "--version"}, text);
-}
-
-TEST(Options, AskingForATextOutweighsWhatFollows)
-{
-    expect_text({"--version", "--help"}, "Hueline ver. 0.2.2-r0\n");
-    expect_text({"--help", "--version"}, help_text);
-    expect_text({"--version", "--no-such-option"}, "Hueline ver. 0.2.2-r0\n");
-    expect_text({"no-such-name", "--version"}, "Hueline ver. 0.2.2-r0\n");
-    expect_text({"-nV", "matrix"}, "Hueline ver. 0.2.2-r0\n");
-}
-
-void expect_misuse(Arguments const& arguments, std::string const& message)
-{
-    Outcome const run = demo(on_pipes, arguments);
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, "hueline-demo: " + message + "\n");
-    EXPECT_EQ(run.status, 2);
-}
-
-TEST(Misuse, UnknownOptionIsNamedWithThePossibleOnes)
-{
-    std::string const possible = ": the options are --help, --version, --list, --no-frills, --color and --canonical";
-    expect_misuse({"--frills"}, "unknown option '--frills'" + possible);
-    expect_misuse({"--frills=3"}, "unknown option '--frills=3'" + possible);
-    expect_misuse({"-x"}, "unknown option '-x'" + possible);
-    expect_misuse({"-nx"}, "unknown option '-x'" + possible);
-    expect_misuse({"--no-frills", "matrix", "--helpful"}, "unknown option '--helpful'" + possible);
-}
-
-TEST(Misuse, OptionWithAnArgumentIsNamed)
-{
-    std::string const rest =
-        " takes no argument: the options are --help, --version, --list, --no-frills, --color and --canonical";
-    expect_misuse({"--help=x"}, "option '--help'" + rest);
-    expect_misuse({"--version=2"}, "option '--version'" + rest);
-    expect_misuse({"--list="}, "option '--list'" + rest);
-    expect_misuse({"matrix", "--no-frills=off"}, "option '--no-frills'" + rest);
-}
-
-TEST(Misuse, UnknownNameIsNamedWithThePossibleOnes)
-{
-    std::string const possible =
+    std::string const options = ": the options are --help, --version, --list, --no-frills, --color and --canonical";
+    std::string const takes_none = " takes no argument" + options;
+    std::string const names =
         ": the names are tour, banner, templates, codes, normal-reset, matrix, palette, greyscale, "
         "rgb, status, progress, themes, dump";
-    expect_misuse({"matrx"}, "unknown demonstration 'matrx'" + possible);
-    expect_misuse({"matrix2"}, "unknown demonstration 'matrix2'" + possible);
-    expect_misuse({""}, "unknown demonstration ''" + possible);
-    expect_misuse({"-"}, "unknown demonstration '-'" + possible);
-    // Nothing is shown of the names before it.
-    expect_misuse({"matrix", "rgb", "Matrix"}, "unknown demonstration 'Matrix'" + possible);
+    std::string const when = " of option '--color': it is one of auto, always, never, 16, 256, 24bit";
+    std::pair<Arguments, std::string> const rows[] = {
+        {{"--frills"}, "unknown option '--frills'" + options},
+        {{"--frills=3"}, "unknown option '--frills=3'" + options},
+        {{"-x"}, "unknown option '-x'" + options},
+        {{"-nx"}, "unknown option '-x'" + options},
+        {{"--no-frills", "matrix", "--helpful"}, "unknown option '--helpful'" + options},
+        {{"--help=x"}, "option '--help'" + takes_none},
+        {{"--version=2"}, "option '--version'" + takes_none},
+        {{"--list="}, "option '--list'" + takes_none},
+        {{"matrix", "--no-frills=off"}, "option '--no-frills'" + takes_none},
+        {{"matrx"}, "unknown demonstration 'matrx'" + names},
+        {{"matrix2"}, "unknown demonstration 'matrix2'" + names},
+        {{""}, "unknown demonstration ''" + names},
+        {{"-"}, "unknown demonstration '-'" + names},
+        {{"matrix", "rgb", "Matrix"}, "unknown demonstration 'Matrix'" + names}, // nothing is shown of those before it
+        {{"--color=maybe"}, "unknown WHEN 'maybe'" + when},
+        {{"matrix", "--color="}, "unknown WHEN ''" + when},
+        {{"--color=a\x1b[31m"}, R"(unknown WHEN 'a\x1b[31m')" + when}};
+    for (auto const& [arguments, message] : rows) {
+        Outcome const run = demo(on_pipes, arguments);
+        EXPECT_EQ(run.out, "") << message;
+        EXPECT_EQ(run.err, "hueline-demo: " + message + "\n");
+        EXPECT_EQ(run.status, 2) << message;
+    }
 }
 
 TEST(Misuse, MessageIsOneLineAndColorsNothing)
@@ -229,36 +201,9 @@ TEST(Misuse, MessageIsOneLineAndColorsNothing)
     EXPECT_EQ(count(run.err, "\n"), 1U);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Demonstrations
-// ---------------------------------------------------------------------------------------------
-
-struct Pattern {
-    std::string name;
-    std::string operation;  // of the library
-    std::string first_line; // elsewhere than on a terminal
-    std::size_t size;       // bytes, likewise
-};
-
-std::string const heading = "reset colorize dark thin \n";
-std::string const greys_heading = "reset colorize  232-255:  grayscale from black to white in 24 steps\n";
 std::string const product = "Kestry Hueline Library (Hueline)\n";
 
-// clang-format off
-Pattern const patterns[] = {
-    {"codes",        "test_pattern_supported_m_codes", "",                          0},
-    {"normal-reset", "test_pattern_normal_reset",      heading,                     213},
-    {"matrix",       "test_pattern_matrix",            " no frills mode is off \n", 908},
-    {"palette",      "test_pattern_256bit",            heading,                     1452},
-    {"greyscale",    "test_pattern_greyscale",         greys_heading,               1715},
-    {"rgb",          "test_pattern_rgb",               heading,                     5011},
-};
-// clang-format on
-
-std::string const status_line = "test_pattern_status_line";
-std::string const progress_line = "test_pattern_progress_line";
-std::string const version_banner = "build_version";
-
+// What the library writes in a program that does this and nothing else.
 std::string told_of(Sinks sinks, std::vector<Step> steps, std::vector<std::string> const& operations)
 {
     steps.push_back({"colorize", "cout"});
@@ -268,215 +213,116 @@ std::string told_of(Sinks sinks, std::vector<Step> steps, std::vector<std::strin
     return told(sinks, steps);
 }
 
-// What the library writes in a program that does this and nothing else.
-std::string on_a_pipe(std::vector<std::string> const& operations) { return told_of(on_pipes, {}, operations); }
-std::string on_a_terminal(std::vector<std::string> const& operations) { return told_of(on_terminals, {}, operations); }
-std::string without_frills(std::vector<std::string> const& operations)
-{
-    return told_of(on_terminals, {{"_setNoFrillsMode", "", {1}}}, operations);
-}
-
-void expect_pattern_on_pipe(Arguments const& arguments, std::string const& expected)
-{
-    Outcome const run = demo(on_pipes, arguments, with_endless_waits);
-    EXPECT_EQ(difference(expected, run.out), "");
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST(OnAPipe, DemonstrationIsTheLibrarysTextAndNothingElse)
-{
-    for (Pattern const& pattern : patterns) {
-        SCOPED_TRACE(pattern.name);
-        expect_pattern_on_pipe({pattern.name}, on_a_pipe({pattern.operation}));
-
-        Outcome const run = demo(on_pipes, {pattern.name});
-        EXPECT_EQ(run.out.substr(0, run.out.find('\n') + 1), pattern.first_line);
-        EXPECT_EQ(run.out.size(), pattern.size);
-        EXPECT_FALSE(has_sequences(run.out));
-    }
-}
-
-TEST(OnAPipe, IndicatorsKeepTheirOwnColorsAndDoNotWait)
-{
-    expect_pattern_on_pipe({"status"}, on_a_pipe({status_line}));
-    expect_pattern_on_pipe({"progress"}, on_a_pipe({progress_line}));
-}
-
-TEST(OnAPipe, BannerIsTheLibrarysTextAndNothingElse)
-{
-    expect_pattern_on_pipe({}, on_a_pipe({version_banner}));
-    expect_pattern_on_pipe({"banner"}, on_a_pipe({version_banner}));
-    EXPECT_EQ(demo(on_pipes, {}).out.substr(0, product.size()), product);
-}
-
-TEST(OnAPipe, DemonstrationsFollowEachOtherInTheOrderGiven)
-{
-    expect_pattern_on_pipe({"rgb", "matrix", "rgb"},
-                           on_a_pipe({"test_pattern_rgb", "test_pattern_matrix", "test_pattern_rgb"}));
-}
-
-TEST(OnATerminal, DemonstrationEndsInTheDefaultRendition)
-{
-    for (Pattern const& pattern : patterns) {
-        SCOPED_TRACE(pattern.name);
-        Outcome const run = demo(on_terminals, {pattern.name});
-        EXPECT_EQ(difference(on_a_terminal({pattern.operation, "reset"}), run.out), "");
-        EXPECT_EQ(run.err, "");
-        EXPECT_EQ(run.status, 0);
-        expect_default_rendition_behind(run.out);
-    }
-}
-
-TEST(OnATerminal, BannerIsFollowedByAReset)
-{
-    Outcome const run = demo(on_terminals, {}, without_waits);
-    EXPECT_EQ(difference(on_a_terminal({version_banner}) + "\x1b[00m\x1b[25h", run.out), "");
-    EXPECT_EQ(run.status, 0);
-    expect_default_rendition_behind(run.out);
-}
-
-TEST(OnATerminal, IndicatorsKeepTheirLastFrameOnALineOfItsOwn)
-{
-    Outcome run = demo(on_terminals, {"status"}, without_waits);
-    EXPECT_EQ(difference(on_a_terminal({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
-    expect_default_rendition_behind(run.out);
-
-    run = demo(on_terminals, {"progress"}, without_waits);
-    EXPECT_EQ(difference(on_a_terminal({progress_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
-}
-
-TEST(OnATerminal, EachDemonstrationStartsFromTheDefaultRecord)
-{
-    EXPECT_EQ(difference(on_a_terminal({"test_pattern_rgb", "reset", "test_pattern_matrix", "reset"}),
-                         demo(on_terminals, {"rgb", "matrix"}).out),
-              "");
-}
-
-TEST(OnATerminal, ColorIsForStandardOutputWhateverStandardErrorIs)
-{
-    EXPECT_EQ(
-        difference(on_a_terminal({"test_pattern_matrix", "reset"}), demo({Sink::terminal, Sink::pipe}, {"matrix"}).out),
-        "");
-    for (Sink const out : {Sink::pipe, Sink::file}) {
-        EXPECT_EQ(difference(on_a_pipe({"test_pattern_matrix"}), demo({out, Sink::terminal}, {"matrix"}).out), "");
-    }
-}
-
-TEST(NoFrills, ATerminalReceivesNoSequence)
-{
-    for (Pattern const& pattern : patterns) {
-        SCOPED_TRACE(pattern.name);
-        for (Arguments const& arguments : {Arguments{"--no-frills", pattern.name}, Arguments{"-n", pattern.name},
-                                           Arguments{pattern.name, "--no-frills"}}) {
-            Outcome const run = demo(on_terminals, arguments);
-            EXPECT_EQ(difference(without_frills({pattern.operation}), run.out), "");
-            EXPECT_FALSE(has_sequences(run.out));
-        }
-    }
-}
-
-TEST(NoFrills, ColorsOfTheIndicatorsAreEndedOnATerminal)
-{
-    std::string const end = "\x1b[00m\x1b[25h";
-    EXPECT_EQ(difference(without_frills({status_line}) + end + "\n", demo(on_terminals, {"-n", "status"}).out), "");
-    EXPECT_EQ(difference(without_frills({progress_line}) + end + "\n", demo(on_terminals, {"-n", "progress"}).out), "");
-    EXPECT_EQ(difference(without_frills({version_banner}) + end, demo(on_terminals, {"-n"}).out), "");
-}
-
-TEST(NoFrills, ModeHoldsForTheDemonstrationsAfterAnIndicator)
-{
-    Outcome const run = demo(on_terminals, {"-n", "status", "matrix"});
-    EXPECT_EQ(readable(run.out.substr(run.out.rfind(" no frills mode is"))),
-              readable(without_frills({"test_pattern_matrix"})));
-}
-
-// ---------------------------------------------------------------------------------------------
-// Colour by the command line and the environment
-// ---------------------------------------------------------------------------------------------
-
-// What "matrix" writes to a terminal that has colour, to one that has none, and to a pipe.
-struct Matrix {
+// What a demonstration writes to a terminal that has colour, to one that has none, and elsewhere.
+struct Texts {
     std::string colored;
     std::string without_frills;
     std::string piped;
 };
 
-Matrix matrix()
-{
-    std::string const operation = "test_pattern_matrix";
-    return {on_a_terminal({operation, "reset"}), without_frills({operation}), on_a_pipe({operation})};
-}
+std::string const reset_bytes = "\x1b[00m\x1b[25h";
 
-TEST(Color, IsTakenFromATerminalByNoFrillsMode)
+struct Demonstration {
+    std::string name;
+    std::string operation;               // of the library
+    std::string end_without_frills = ""; // what has colours of its own is reset all the same
+    std::string line_end = "";           // on a terminal
+
+    Texts texts() const
+    {
+        return {told_of(on_terminals, {}, {operation, "reset"}) + line_end,
+                told_of(on_terminals, {{"_setNoFrillsMode", "", {1}}}, {operation}) + end_without_frills + line_end,
+                told_of(on_pipes, {}, {operation})};
+    }
+};
+
+// clang-format off
+Demonstration const matrix = {"matrix", "test_pattern_matrix"};
+Demonstration const rgb    = {"rgb",    "test_pattern_rgb"};
+Demonstration const status = {"status", "test_pattern_status_line",   reset_bytes, "\n"};
+Demonstration const banner = {"banner", "build_version",              reset_bytes};
+Demonstration const demonstrations[] = {
+    matrix, rgb, status, banner,
+    {"progress",     "test_pattern_progress_line", reset_bytes, "\n"},
+    {"codes",        "test_pattern_supported_m_codes"},
+    {"normal-reset", "test_pattern_normal_reset"},
+    {"palette",      "test_pattern_256bit"},
+    {"greyscale",    "test_pattern_greyscale"},
+};
+// clang-format on
+
+TEST(Demonstration, IsTheLibrarysTextAndALineThatIsTidy)
 {
-    std::string const expected = matrix().without_frills;
-    EXPECT_EQ(difference(expected, demo(on_terminals, {"--color=never", "matrix"}).out), "");
-    for (char const* const variable : {"NO_COLOR=1", "FORCE_COLOR=0", "CLICOLOR=0", "TERM=dumb", "TERM"}) {
-        SCOPED_TRACE(variable);
-        EXPECT_EQ(difference(expected, demo(on_terminals, {"matrix"}, {.environment = {variable}}).out), "");
+    for (Demonstration const& each : demonstrations) {
+        Texts const texts = each.texts();
+        for (Sinks const sinks : {on_pipes, Sinks{Sink::pipe, Sink::terminal}, Sinks{Sink::file, Sink::terminal}}) {
+            expect_output(texts.piped, sinks, {each.name}, with_endless_waits);
+        }
+        expect_output(texts.colored, on_terminals, {each.name}, without_waits);
+        expect_output(texts.colored, {Sink::terminal, Sink::pipe}, {each.name}, without_waits);
+        for (std::string const option : {"-n", "--no-frills", "--color=never"}) {
+            expect_output(texts.without_frills, on_terminals, {option, each.name}, without_waits);
+            expect_output(texts.without_frills, on_terminals, {each.name, option}, without_waits);
+        }
+        expect_default_rendition_behind(texts.colored);
+        expect_default_rendition_behind(texts.without_frills);
     }
 }
 
-TEST(Color, IsGivenByTheOptionWhateverTheEnvironmentSays)
+TEST(Demonstration, IsTheBannerUnlessOneIsNamed)
 {
-    std::string const expected = matrix().colored;
-    Launch const refusing = {.environment = {"NO_COLOR=1", "TERM=dumb"}};
-    for (char const* const option : {"--color", "--color=always", "--color=16", "--color=256", "--color=24bit"}) {
-        SCOPED_TRACE(option);
-        EXPECT_EQ(difference(expected, demo(on_terminals, {option, "matrix"}, refusing).out), "");
-        EXPECT_EQ(difference(expected, demo(on_terminals, {"matrix", option}, refusing).out), "");
+    Texts const texts = banner.texts();
+    expect_output(texts.colored, on_terminals, {}, without_waits);
+    expect_output(texts.without_frills, on_terminals, {"-n"}, without_waits);
+    expect_output(texts.piped, on_pipes, {}, with_endless_waits);
+    EXPECT_EQ(texts.piped.substr(0, product.size()), product);
+}
+
+// Each starts from the default record, in the mode that was asked for.
+TEST(Demonstration, FollowsAnotherInTheOrderGiven)
+{
+    Texts const one = rgb.texts();
+    Texts const other = matrix.texts();
+    expect_output(one.piped + other.piped + one.piped, on_pipes, {"rgb", "matrix", "rgb"});
+    expect_output(told_of(on_terminals, {}, {rgb.operation, "reset", matrix.operation, "reset"}), on_terminals,
+                  {"rgb", "matrix"});
+    expect_output(status.texts().without_frills + other.without_frills, on_terminals, {"-n", "status", "matrix"},
+                  without_waits);
+}
+
+TEST(Color, IsAsTheLastOptionSaysAndElseTheEnvironment)
+{
+    struct {
+        std::string Texts::*expected;
+        Sinks sinks;
+        Arguments arguments;
+        std::vector<std::string> variables = {};
+    } const rows[] = {{&Texts::without_frills, on_terminals, {"matrix"}, {"NO_COLOR=1"}},
+                      {&Texts::without_frills, on_terminals, {"matrix"}, {"FORCE_COLOR=0"}},
+                      {&Texts::without_frills, on_terminals, {"matrix"}, {"CLICOLOR=0"}},
+                      {&Texts::without_frills, on_terminals, {"matrix"}, {"TERM=dumb"}},
+                      {&Texts::without_frills, on_terminals, {"matrix"}, {"TERM"}},
+                      {&Texts::colored, on_terminals, {"--color", "matrix"}, {"NO_COLOR=1", "TERM=dumb"}},
+                      {&Texts::colored, on_terminals, {"matrix", "--color"}, {"NO_COLOR=1", "TERM=dumb"}},
+                      {&Texts::colored, on_terminals, {"--color=always", "matrix"}, {"NO_COLOR=1", "TERM=dumb"}},
+                      {&Texts::colored, on_terminals, {"--color=16", "matrix"}, {"NO_COLOR=1", "TERM=dumb"}},
+                      {&Texts::colored, on_terminals, {"--color=256", "matrix"}, {"NO_COLOR=1", "TERM=dumb"}},
+                      {&Texts::colored, on_terminals, {"--color=24bit", "matrix"}, {"NO_COLOR=1", "TERM=dumb"}},
+                      {&Texts::colored, on_terminals, {"--color=never", "--color=auto", "matrix"}},
+                      {&Texts::without_frills, on_terminals, {"--color", "--color=never", "matrix"}},
+                      {&Texts::without_frills, on_terminals, {"--no-frills", "--color", "matrix"}},
+                      // The gate refuses a pipe whatever was said.
+                      {&Texts::piped, on_pipes, {"--color=always", "matrix"}},
+                      {&Texts::piped, on_pipes, {"--color=never", "matrix"}},
+                      {&Texts::piped, {Sink::pipe, Sink::terminal}, {"--color=always", "matrix"}},
+                      {&Texts::piped, {Sink::pipe, Sink::terminal}, {"--color=never", "matrix"}},
+                      {&Texts::piped, on_pipes, {"matrix"}, {"FORCE_COLOR=3"}}};
+    Texts const texts = matrix.texts();
+    for (auto const& row : rows) {
+        SCOPED_TRACE(testing::PrintToString(row.variables));
+        expect_output(texts.*row.expected, row.sinks, row.arguments, {.environment = row.variables});
     }
 }
-
-TEST(Color, TheLastOptionCounts)
-{
-    Matrix const expected = matrix();
-    EXPECT_EQ(demo(on_terminals, {"--color=never", "--color=auto", "matrix"}).out, expected.colored);
-    EXPECT_EQ(demo(on_terminals, {"--color", "--color=never", "matrix"}).out, expected.without_frills);
-    EXPECT_EQ(demo(on_terminals, {"--no-frills", "--color", "matrix"}).out, expected.without_frills);
-}
-
-TEST(Color, OfAPipeIsRefusedByTheGate)
-{
-    Matrix const expected = matrix();
-    for (char const* const option : {"--color=always", "--color=never"}) {
-        SCOPED_TRACE(option);
-        EXPECT_EQ(demo(on_pipes, {option, "matrix"}).out, expected.piped);
-        EXPECT_EQ(demo({Sink::pipe, Sink::terminal}, {option, "matrix"}).out, expected.piped);
-    }
-    EXPECT_EQ(demo(on_pipes, {"matrix"}, {.environment = {"FORCE_COLOR=3"}}).out, expected.piped);
-}
-
-TEST(Color, OfTheStringFormsOfThemesGoesIntoAPipe)
-{
-    std::string const heading_and_first = "role                          string interface    stream interface\n"
-                                          "app_title                     \x1b[32mKestry Hueline\x1b[0m      "
-                                          "Kestry Hueline\n";
-    std::string const out = demo(on_pipes, {"--color=always", "themes"}).out;
-    EXPECT_EQ(readable(out.substr(0, heading_and_first.size())), readable(heading_and_first));
-    EXPECT_FALSE(has_sequences(demo(on_pipes, {"--color=always", "--no-frills", "themes"}).out));
-    EXPECT_FALSE(has_sequences(demo(on_terminals, {"--color=never", "themes"}).out));
-}
-
-TEST(Color, OfTheIndicatorsIsEndedWhereColorIsNotWanted)
-{
-    Outcome const run = demo(on_terminals, {"--color=never", "status"}, without_waits);
-    EXPECT_EQ(difference(without_frills({status_line}) + "\x1b[00m\x1b[25h\n", run.out), "");
-    expect_default_rendition_behind(run.out);
-}
-
-TEST(Color, OfUnknownKindIsMisuse)
-{
-    std::string const rest = " of option '--color': it is one of auto, always, never, 16, 256, 24bit";
-    expect_misuse({"--color=maybe"}, "unknown WHEN 'maybe'" + rest);
-    expect_misuse({"matrix", "--color="}, "unknown WHEN ''" + rest);
-    expect_misuse({"--color=a\x1b[31m"}, R"(unknown WHEN 'a\x1b[31m')" + rest);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Templates and themes
-// ---------------------------------------------------------------------------------------------
 
 std::string const plain_templates = "this is a cross platform template\n"
                                     "there is no need to sudivide this section\n"
@@ -491,8 +337,7 @@ std::string const plain_templates = "this is a cross platform template\n"
 
 TEST(Templates, AreColoredOnATerminalOnly)
 {
-    EXPECT_EQ(demo(on_pipes, {"templates"}).out, plain_templates);
-
+    expect_output(plain_templates, on_pipes, {"templates"});
     // clang-format off
     std::string const colored = "\x1b[00m\x1b[1m\x1b[37m" "\x1b[00m\x1b[1m\x1b[37m\x1b[42m"
                                  " will only display in color if colorize has been called \n"
@@ -502,42 +347,7 @@ TEST(Templates, AreColoredOnATerminalOnly)
                                  " has been called and this works on Linux \n"
                                  "\x1b[00m\x1b[25h";
     // clang-format on
-    EXPECT_EQ(readable(demo(on_terminals, {"templates"}).out), readable(plain_templates + colored));
-}
-
-TEST(Themes, AreATableOfRolesAndTwoForms)
-{
-    Outcome const run = demo(on_pipes, {"themes"});
-    EXPECT_EQ(run.out, "role                          string interface    stream interface\n"
-                       "app_title                     Kestry Hueline      Kestry Hueline\n"
-                       "alert                         no such device      no such device\n"
-                       "info                          3 devices found     3 devices found\n"
-                       "default_text                  ordinary text       ordinary text\n"
-                       "default_text()                ordinary text       ordinary text\n"
-                       "defaultOperatingSystemText()  of the terminal     -\n"
-                       "seperator                     --------------      --------------\n"
-                       "help                          -v shows more       -v shows more\n"
-                       "help()                        -v shows more       -v shows more\n"
-                       "prompt                        continue?           continue?\n"
-                       "version                       1.4                 1.4\n"
-                       "cursor                        >                   >\n"
-                       "commandLine                   ls -l               ls -l\n"
-                       "commandLine()                 ls -l               ls -l\n"
-                       "path                          /dev/ttyS0          /dev/ttyS0\n"
-                       "path of a number              42                  42\n"
-                       "name                          ttyS0               ttyS0\n"
-                       "status()                      connected           connected\n"
-                       "immediate_destination         07                  07\n"
-                       "total_count                   10                  10\n"
-                       "crc of one byte               -                   a5\n"
-                       "crc of two bytes              -                   be ef \n"
-                       "request_title                 request             72 65 71 75 65 73 74 \n"
-                       "response_title                response            72 65 73 70 6f 6e 73 65 \n");
-    EXPECT_EQ(run.err, "");
-    EXPECT_EQ(run.status, 0);
-
-    // Without frills a terminal receives the same.
-    EXPECT_EQ(demo(on_terminals, {"-n", "themes"}).out, run.out);
+    expect_output(plain_templates + colored, on_terminals, {"templates"});
 }
 
 // A stretch of a theme of the stream interface: bold at load, and reset after it.
@@ -555,9 +365,16 @@ std::string bold_in_stream(std::string const& sgr, std::string const& text)
     // clang-format on
 }
 
-TEST(Themes, EachFormHasItsColorsOnATerminal)
+std::string without_sequences(std::string text)
 {
-    Outcome const run = demo(on_terminals, {"themes"});
+    for (std::size_t at = 0; (at = text.find('\x1b', at)) != text.npos;) {
+        text.erase(at, text.find_first_of("mh", at) + 1 - at);
+    }
+    return text;
+}
+
+TEST(Themes, AreATableOfRolesAndTwoFormsInTheirColors)
+{
     // clang-format off
     std::string const expected =
         "\x1b[00m\x1b[25hrole                          string interface    stream interface\n"
@@ -594,56 +411,39 @@ TEST(Themes, EachFormHasItsColorsOnATerminal)
         "\x1b[00m\x1b[1m\x1b[35m\x1b[00m\x1b[1m\x1b[2m\x1b[35m72 65 73 70 6f 6e 73 65 \x1b[00m\x1b[25h\n"
         "\x1b[00m\x1b[25h";
     // clang-format on
-    EXPECT_EQ(difference(expected, run.out), "");
-    expect_default_rendition_behind(run.out);
-}
+    expect_output(expected, on_terminals, {"themes"});
+    expect_default_rendition_behind(expected);
+    std::string const plain = without_sequences(expected);
+    expect_output(plain, on_pipes, {"themes"});
+    expect_output(plain, on_terminals, {"-n", "themes"});
+    expect_output(plain, on_terminals, {"--color=never", "themes"});
+    expect_output(plain, on_pipes, {"--color=always", "--no-frills", "themes"});
 
-TEST(Themes, ColumnsAreAlignedOnATerminal)
-{
-    Screen const screen(demo(on_terminals, {"themes"}).out, 30);
-    EXPECT_EQ(screen.text(2), "alert                         no such device      no such device");
-    EXPECT_EQ(screen.text(12), "cursor                        >                   >");
-    EXPECT_EQ(screen.text(24), "response_title                response            72 65 73 70 6f 6e 73 65");
+    // The string forms do not ask what they are written to.
+    std::string const out = readable(demo(on_pipes, {"--color=always", "themes"}).out);
+    EXPECT_NE(out.find(R"(\napp_title                     \e[32mKestry Hueline\e[0m      Kestry Hueline\n)"), out.npos);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Writing that fails
-// ---------------------------------------------------------------------------------------------
 
 std::string const cannot_write = "hueline-demo: cannot write to standard output: ";
 
-TEST(FailedWrite, EndsInOneLineWithTheReason)
+TEST(FailedWrite, EndsTheToolAtOnceInOneLineWithTheReason)
 {
-    Folder const folder;
-    std::string const file = folder.file("data", "some data");
     for (Arguments const& arguments :
          {Arguments{}, Arguments{"--help"}, Arguments{"--version"}, Arguments{"--list"}, Arguments{"banner"},
           Arguments{"templates"}, Arguments{"normal-reset"}, Arguments{"matrix"}, Arguments{"palette"},
           Arguments{"greyscale"}, Arguments{"rgb"}, Arguments{"status"}, Arguments{"progress"}, Arguments{"themes"},
-          Arguments{"tour"}, Arguments{"dump", file}, Arguments{"-n", "matrix", "rgb"}}) {
-        SCOPED_TRACE(arguments.empty() ? "" : arguments.front());
+          Arguments{"tour"}, Arguments{"-n", "matrix", "rgb"}, Arguments{"dump", "/dev/zero"}, // has no end
+          Arguments{"-C", "dump", tool}}) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
         for (Sink const err : {Sink::terminal, Sink::pipe}) {
-            Outcome const full = demo({Sink::full, err}, arguments);
-            EXPECT_EQ(full.err, cannot_write + "No space left on device\n");
-            EXPECT_EQ(full.status, 1);
-
-            Outcome const closed = demo({Sink::closed, err}, arguments);
-            EXPECT_EQ(closed.err, cannot_write + "Bad file descriptor\n");
-            EXPECT_EQ(closed.status, 1);
+            for (Sink const out : {Sink::full, Sink::closed}) {
+                Outcome const run = demo({out, err}, arguments);
+                std::string const reason = out == Sink::full ? "No space left on device\n" : "Bad file descriptor\n";
+                EXPECT_EQ(run.err, cannot_write + reason);
+                EXPECT_EQ(run.status, 1);
+            }
         }
     }
-}
-
-TEST(FailedWrite, EndsTheToolAtOnce)
-{
-    Folder const folder;
-    Outcome const run = demo({Sink::full, Sink::pipe}, {"dump", "/dev/zero"}); // has no end
-    EXPECT_EQ(run.err, cannot_write + "No space left on device\n");
-    EXPECT_EQ(run.status, 1);
-}
-
-TEST(FailedWrite, WithStandardErrorClosedTheStatusTells)
-{
     EXPECT_EQ(demo({Sink::full, Sink::closed}, {"matrix"}).status, 1);
     EXPECT_EQ(demo({Sink::pipe, Sink::closed}, {"no-such-name"}).status, 2);
 }
@@ -694,65 +494,36 @@ TEST(FailedWrite, OfPrintfIsNoticedToo)
     EXPECT_EQ(run.status, 1);
 }
 
-TEST(ReaderThatGoesAway, EndsTheToolQuietly)
+TEST(ReaderThatGoesAway, EndsTheToolQuietlyAlsoWhereTheSignalWasIgnored)
 {
-    Outcome const run = shell(on_pipes, R"({ "$0" dump /dev/zero; echo "status $?" >&2; } | head -n 1)");
-    EXPECT_EQ(run.out, "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00\n");
-    EXPECT_EQ(run.err, "status " + std::to_string(128 + SIGPIPE) + "\n");
-
-    Outcome const banner = shell(on_pipes, R"("$0" | head -n 1)");
-    EXPECT_EQ(banner.out, product);
-    EXPECT_EQ(banner.err, "");
+    for (std::string const before : {"", R"(trap "" PIPE; )"}) {
+        Outcome const run = shell(on_pipes, before + R"({ "$0" dump /dev/zero; echo "status $?" >&2; } | head -n 1)");
+        EXPECT_EQ(run.out, "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00\n");
+        EXPECT_EQ(run.err, "status " + std::to_string(128 + SIGPIPE) + "\n");
+    }
+    Outcome const run = shell(on_pipes, R"("$0" | head -n 1)");
+    EXPECT_EQ(run.out, product);
+    EXPECT_EQ(run.err, "");
 }
 
-TEST(ReaderThatGoesAway, EndsTheToolQuietlyWhereTheSignalWasIgnored)
-{
-    Outcome const run = shell(on_pipes, R"(trap "" PIPE; { "$0" dump /dev/zero; echo "status $?" >&2; } | head -n 1)");
-    EXPECT_EQ(run.err, "status " + std::to_string(128 + SIGPIPE) + "\n");
-}
-
-// ---------------------------------------------------------------------------------------------
-// Signals
-// ---------------------------------------------------------------------------------------------
-
-int const ending_signals[] = {SIGHUP, SIGINT, SIGQUIT, SIGTERM};
 std::string const tidy_end = "\x1b[0m\x1b[?25h\n";
 
-// A process that dies of SIGQUIT leaves no core behind.
-void forbid_cores()
-{
-    rlimit const none = {0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-}
-
-bool ends_with(std::string_view text, std::string_view end)
-{
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
-TEST(Signal, InAnAnimationLeavesTheTerminalTidy)
+TEST(Signal, LeavesTheTerminalTidy)
 {
     forbid_cores();
-    for (int const signal : ending_signals) {
-        SCOPED_TRACE(signal);
-        for (std::string const name : {"status", "progress"}) {
-            std::string const third_step = name == "status" ? "#\x1b[40m\x1b[36m#\x1b[40m\x1b[93m" : "4%";
-            Outcome const run = demo({Sink::terminal, Sink::pipe}, {name}, interrupted(signal, third_step));
+    std::pair<Arguments, std::string> const rows[] = {
+        {{"status"}, "#\x1b[40m\x1b[36m#\x1b[40m\x1b[93m"}, {{"progress"}, "4%"}, {{}, "\x1b[93m"}};
+    for (auto const& [arguments, third_step] : rows) {
+        for (int const signal : ending_signals) {
+            SCOPED_TRACE(third_step + " " + std::to_string(signal));
+            Outcome const run = demo({Sink::terminal, Sink::pipe}, arguments, interrupted(signal, third_step));
             EXPECT_EQ(run.signal, signal);
-            EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
+            EXPECT_TRUE(run.out.ends_with(tidy_end)) << readable(run.out);
             EXPECT_EQ(count(run.out, tidy_end), 1U);
             EXPECT_EQ(run.err, "");
             expect_default_rendition_behind(run.out);
         }
     }
-}
-
-TEST(Signal, InTheBannerLeavesTheTerminalTidy)
-{
-    Outcome const run = demo(on_terminals, {}, interrupted(SIGINT, "\x1b[93m"));
-    EXPECT_EQ(run.signal, SIGINT);
-    EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
-    EXPECT_EQ(run.err, "");
 }
 
 TEST(Signal, WritesNothingElsewhereThanToATerminal)
@@ -768,24 +539,19 @@ TEST(Signal, WritesNothingElsewhereThanToATerminal)
     }
 }
 
-TEST(Signal, ThatWasIgnoredAtStartStaysIgnored)
+TEST(Signal, ThatWasIgnoredAtStartStaysIgnoredAndLeavesTheOthersAlone)
 {
+    Sinks const sinks = {Sink::terminal, Sink::pipe};
     for (auto const& [signal, name] : {std::pair(SIGINT, "INT"), std::pair(SIGHUP, "HUP")}) {
         std::string const command = std::string("trap '' ") + name + R"(; exec "$0" status)";
-        Outcome const run =
-            shell({Sink::terminal, Sink::pipe}, command, {}, {.interrupt = Interrupt{signal, "\x1b[93m"}});
+        Outcome const run = shell(sinks, command, {}, {.interrupt = Interrupt{signal, "\x1b[93m"}});
         EXPECT_EQ(run.status, 0);
-        EXPECT_EQ(difference(on_a_terminal({status_line, "reset"}) + "\n", run.out), "");
+        EXPECT_EQ(difference(status.texts().colored, run.out), "");
     }
-}
-
-TEST(Signal, ThatWasIgnoredAtStartLeavesTheOthersAlone)
-{
     std::string const command = R"(trap '' HUP; exec env LD_PRELOAD="$1" CLOCK_STANDS_AFTER=60 "$0" status)";
-    Outcome const run =
-        shell({Sink::terminal, Sink::pipe}, command, {FAST_CLOCK}, {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
+    Outcome const run = shell(sinks, command, {FAST_CLOCK}, {.interrupt = Interrupt{SIGTERM, "\x1b[93m"}});
     EXPECT_EQ(run.signal, SIGTERM);
-    EXPECT_TRUE(ends_with(run.out, tidy_end)) << readable(run.out);
+    EXPECT_TRUE(run.out.ends_with(tidy_end)) << readable(run.out);
 }
 
 TEST(Signal, SecondOneEndsTheToolOnAStoppedTerminal)
@@ -804,10 +570,6 @@ TEST(Signal, SecondOneEndsTheToolOnAStoppedTerminal)
     });
     EXPECT_EQ(run.signal, SIGTERM);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Dumps
-// ---------------------------------------------------------------------------------------------
 
 // What the dump of the bytes should be.
 std::string hex_lines(std::string_view bytes)
@@ -840,14 +602,25 @@ std::string const open_input = R"(mkfifo "$1/input"; exec 3<> "$1/input"; printf
 TEST(Dump, HasSixteenBytesALine)
 {
     Folder const folder;
-    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("none", "")}).out, "");
-    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("one", "A")}).out, "41\n");
-    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("sixteen", "0123456789abcdef")}).out,
-              "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
-    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("seventeen", "0123456789abcdefg")}).out,
-              "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n67\n");
-    EXPECT_EQ(demo(on_pipes, {"dump", folder.file("binary", std::string_view("\x00\xff\n\x1b[\x7f\x80", 7))}).out,
-              "00 ff 0a 1b 5b 7f 80\n");
+    std::string const first = folder.file("first", "0123456789abcdef");
+    std::string const second = folder.file("second", "0123456789abcdefg");
+    std::string const third = folder.file("third", std::string_view("\x00\xff\n\x1b[\x7f\x80", 7));
+    std::string const empty = folder.file("empty", "");
+    std::string const line = "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n";
+    std::pair<Arguments, std::string> const rows[] = {
+        {{"dump", empty}, ""},
+        {{"dump", first}, line},
+        {{"dump", second}, line + "67\n"},
+        {{"dump", third}, "00 ff 0a 1b 5b 7f 80\n"},
+        {{"dump"}, "69 6e\n"},
+        {{"dump", "-"}, "69 6e\n"},
+        {{"-n", "dump"}, "69 6e\n"},
+        {{"dump", second, "-", empty, first}, line + "67\n69 6e\n" + line},
+        {{"templates", "dump", first}, plain_templates + line}};
+    for (auto const& [arguments, dump] : rows) {
+        expect_output(dump, on_pipes, arguments, {.input = "in"});
+    }
+    expect_output(line, on_terminals, {"dump", first}); // plain there too
 }
 
 TEST(Dump, OfAnySizeIsWhole)
@@ -855,63 +628,9 @@ TEST(Dump, OfAnySizeIsWhole)
     Folder const folder;
     for (std::size_t const size : {15U, 19U, 20U, 31U, 32U, 255U, 4095U, 4096U, 4097U, 65535U, 65536U, 65537U, 65552U,
                                    131071U, 131072U, 131073U, 1048575U}) {
-        SCOPED_TRACE(size);
         std::string const bytes = some_bytes(size);
-        Outcome const run = demo(on_pipes, {"dump", folder.file("data", bytes)});
-        EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
-        EXPECT_EQ(run.err, "");
-        EXPECT_EQ(run.status, 0);
+        expect_output(hex_lines(bytes), on_pipes, {"dump", folder.file("data", bytes)});
     }
-}
-
-TEST(Dump, ShowsEachOfThe256Values)
-{
-    std::string bytes;
-    for (int value = 0; value < 256; ++value) {
-        bytes += static_cast<char>(value);
-    }
-    Folder const folder;
-    Outcome const run = demo(on_pipes, {"dump", folder.file("data", bytes)});
-    EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
-    EXPECT_EQ(run.out.substr(0, 48), "00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f\n");
-    EXPECT_EQ(run.out.substr(15 * 48), "f0 f1 f2 f3 f4 f5 f6 f7 f8 f9 fa fb fc fd fe ff\n");
-}
-
-TEST(Dump, IsPlainOnATerminalToo)
-{
-    Folder const folder;
-    EXPECT_EQ(demo(on_terminals, {"dump", folder.file("data", "abc")}).out, "61 62 63\n");
-}
-
-TEST(Dump, ReadsStandardInput)
-{
-    for (Arguments const& arguments : {Arguments{"dump"}, Arguments{"dump", "-"}, Arguments{"-n", "dump"}}) {
-        Outcome const run = demo(on_pipes, arguments, {.input = "typed\n"});
-        EXPECT_EQ(run.out, "74 79 70 65 64 0a\n");
-        EXPECT_EQ(run.status, 0);
-    }
-    EXPECT_EQ(demo(on_pipes, {"dump"}, {.input = ""}).out, "");
-}
-
-TEST(Dump, TakesAllArgumentsBehindItAsFiles)
-{
-    Folder const folder;
-    std::string const first = folder.file("first", "0123456789abcdefg");
-    std::string const second = folder.file("second", "h");
-    Outcome const run = demo(on_pipes, {"dump", first, "-", folder.file("empty", ""), second}, {.input = "in"});
-    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n67\n69 6e\n68\n");
-    EXPECT_EQ(run.status, 0);
-
-    Outcome const name = demo(on_pipes, {"dump", "matrix"});
-    EXPECT_EQ(name.out, "");
-    EXPECT_EQ(name.err, "hueline-demo: cannot read 'matrix': No such file or directory\n");
-}
-
-TEST(Dump, FollowsOtherDemonstrations)
-{
-    Folder const folder;
-    Outcome const run = demo(on_pipes, {"templates", "dump", folder.file("data", "z")});
-    EXPECT_EQ(run.out, plain_templates + "7a\n");
 }
 
 TEST(Dump, OfAFileWithADashInItsName)
@@ -976,55 +695,53 @@ TEST(Dump, OfWhatComesInPiecesIsTheSame)
 
 TEST(Dump, WritesALineAsSoonAsItIsFull)
 {
-    Folder const folder;
-    Outcome const run = shell(on_pipes, open_input + R"(exec "$0" dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
-    EXPECT_EQ(run.out, "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n");
-    EXPECT_EQ(run.signal, SIGTERM);
+    std::pair<std::string, std::string> const rows[] = {
+        {"", "30 31 32 33 34 35 36 37 38 39 61 62 63 64 65 66\n"},
+        {"-C", "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n"}};
+    for (auto const& [option, line] : rows) {
+        Folder const folder;
+        Outcome const run = shell(on_pipes, open_input + R"(exec "$0" )" + option + R"( dump < "$1/input")",
+                                  {folder.path.string()}, {.interrupt = Interrupt{SIGTERM, line}});
+        EXPECT_EQ(run.out, line);
+        EXPECT_EQ(run.signal, SIGTERM);
+    }
 }
 
-TEST(Dump, OfWhatCannotBeReadNamesTheReason)
+TEST(Dump, NamesWhatCannotBeReadWithTheReasonAndGoesOn)
 {
     Folder const folder;
-    std::string const missing = (folder.path / "missing").string();
     std::string const data = folder.file("data", "abc");
     std::string const locked = folder.file("locked", "abc");
     std::filesystem::permissions(locked, std::filesystem::perms::none);
     std::filesystem::create_symlink("loop", folder.path / "loop");
     std::string const loop = (folder.path / "loop").string();
 
-    std::vector<std::pair<std::string, std::string>> cases = {
-        // clang-format off
-        {missing, "No such file or directory"},
-        {folder.path.string(), "Is a directory"},
-        {data + "/x", "Not a directory"},
-        {loop, "Too many levels of symbolic links"},
-        // clang-format on
-        {"", "No such file or directory"},
-    };
+    std::vector<std::array<std::string, 3>> rows = {
+        {"matrix", "matrix", "No such file or directory"}, // all after dump are files
+        {"", "", "No such file or directory"},
+        {"/no/such\n\u009b2Jfile", R"(/no/such\x0a\u{9b}2Jfile)", "No such file or directory"},
+        {folder.path.string(), folder.path.string(), "Is a directory"},
+        {data + "/x", data + "/x", "Not a directory"},
+        {loop, loop, "Too many levels of symbolic links"}};
     if (geteuid() != 0) { // who may read everything
-        cases.emplace_back(locked, "Permission denied");
+        rows.push_back({locked, locked, "Permission denied"});
     }
-    for (auto const& [name, reason] : cases) {
-        SCOPED_TRACE(name);
-        Outcome const run = demo(on_pipes, {"dump", name});
-        EXPECT_EQ(run.out, "");
-        EXPECT_EQ(run.err, "hueline-demo: cannot read '" + name + "': " + reason + "\n");
-        EXPECT_EQ(run.status, 1);
+    Arguments arguments = {"dump"};
+    std::string dumps;
+    std::string complaints;
+    for (auto const& [name, shown, reason] : rows) {
+        arguments.insert(arguments.end(), {name, data});
+        dumps += "61 62 63\n";
+        complaints += "hueline-demo: cannot read '" + shown + "': " + reason + "\n";
     }
-}
-
-TEST(Dump, GoesOnBehindAFileThatCannotBeRead)
-{
-    Folder const folder;
-    Outcome const run = demo(on_pipes, {"dump", folder.file("a", "a"), "/no/such\n\u009b2Jfile", folder.path.string(),
-                                        folder.file("b", "b")});
-    EXPECT_EQ(run.out, "61\n62\n");
-    // clang-format off
-    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such\\x0a\\u{9b}2Jfile': No such file or directory\n"
-                       "hueline-demo: cannot read '" + folder.path.string() + "': Is a directory\n");
-    // clang-format on
+    Outcome const run = demo(on_pipes, arguments);
+    EXPECT_EQ(run.out, dumps);
+    EXPECT_EQ(run.err, complaints);
     EXPECT_EQ(run.status, 1);
+    arguments.insert(arguments.begin(), "-C");
+    Outcome const canonical = demo(on_pipes, arguments);
+    EXPECT_EQ(canonical.err, complaints);
+    EXPECT_EQ(canonical.status, 1);
 }
 
 TEST(Dump, KeepsNoFileOpenBehindItsEnd)
@@ -1068,11 +785,7 @@ TEST(Dump, ShowsWhatCouldBeReadBeforeAnError)
     EXPECT_EQ(run.status, 1);
 }
 
-// ---------------------------------------------------------------------------------------------
-// The canonical form
-// ---------------------------------------------------------------------------------------------
-
-TEST(CanonicalDump, IsThatOfHexdump)
+TEST(CanonicalDump, IsThatOfHexdumpAnewForEachFile)
 {
     Folder const folder;
     std::string const file = folder.file("data", "0123456789abcdef0123456789abcdef0123456789abcdefg\n");
@@ -1080,22 +793,8 @@ TEST(CanonicalDump, IsThatOfHexdump)
                              "*\n"
                              "00000030  67 0a                                             |g.|\n"
                              "00000032\n";
-    for (Arguments const& arguments : {Arguments{"dump", "--canonical", file}, Arguments{"-C", "dump", file}}) {
-        Outcome const run = demo(on_pipes, arguments);
-        EXPECT_EQ(run.out, rows);
-        EXPECT_EQ(run.err, "");
-        EXPECT_EQ(run.status, 0);
-    }
-    EXPECT_EQ(demo(on_pipes, {"dump", "-C", folder.file("none", "")}).out, "");
-}
-
-TEST(CanonicalDump, BeginsAnewWithEachFile)
-{
-    Folder const folder;
-    Outcome const run = demo(on_pipes, {"-C", "dump", folder.file("a", "x"), "-"}, {.input = "x"});
-    std::string const rows = "00000000  78                                                |x|\n"
-                             "00000001\n";
-    EXPECT_EQ(run.out, rows + rows);
+    expect_output(rows, on_pipes, {"dump", "--canonical", file});
+    expect_output(rows + rows, on_pipes, {"-C", "dump", file, "-", file}, {.input = ""});
 }
 
 TEST(CanonicalDump, IsColoredAsThePolicySays)
@@ -1111,50 +810,22 @@ TEST(CanonicalDump, IsColoredAsThePolicySays)
     EXPECT_EQ(readable(demo(on_terminals, {"-C", "--color=never", "dump", file}).out), plain);
 }
 
-TEST(CanonicalDump, WritesALineAsSoonAsItIsFull)
-{
-    Folder const folder;
-    Outcome const run = shell(on_pipes, open_input + R"(exec "$0" -C dump < "$1/input")", {folder.path.string()},
-                              {.interrupt = Interrupt{SIGTERM, "def|\n"}});
-    EXPECT_EQ(run.out, "00000000  30 31 32 33 34 35 36 37  38 39 61 62 63 64 65 66  |0123456789abcdef|\n");
-    EXPECT_EQ(run.signal, SIGTERM);
-}
-
-TEST(CanonicalDump, SaysWhatItCouldNotReadOrWrite)
-{
-    Folder const folder;
-    Outcome const run = demo(on_pipes, {"-C", "dump", "/no/such/file", folder.file("data", "x")});
-    EXPECT_EQ(run.err, "hueline-demo: cannot read '/no/such/file': No such file or directory\n");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.out, "");
-    Outcome const full =
-        demo({Sink::full, Sink::pipe}, {"-C", "dump", "/dev/zero"}); // zeros without end are three lines
-    EXPECT_NE(full.status, 0);
-    EXPECT_EQ(full.err, "hueline-demo: cannot write to standard output: No space left on device\n");
-}
-
-TEST(CanonicalDump, ShowsHowFarItIs)
-{
-    Folder const folder;
-    Outcome const run =
-        demo({Sink::pipe, Sink::terminal}, {"-C", "dump", folder.file("data", some_bytes(4 * mebibyte))},
-             {.environment = {"TERM=xterm"}});
-    EXPECT_NE(readable(run.err).find("dumped 50% of 4 MiB"), std::string::npos) << readable(run.err);
-    EXPECT_EQ(run.out.size(), 4 * mebibyte / 16 * 79 + 9);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Progress of a dump
-// ---------------------------------------------------------------------------------------------
-
 std::string const wiped = "\r\x1b[0K";
 Sinks const pipe_and_terminal = {Sink::pipe, Sink::terminal};
 
-TEST(Progress, OfALargeFileIsABarThatIsWipedAtTheEnd)
-{
+class Progress : public testing::Test {
+protected:
     Folder const folder;
+    std::string const small = folder.file("small", std::string(mebibyte, 'x'));
+    std::string const barely_large = folder.file("barely", std::string(mebibyte + 1, 'x'));
+    std::string const large = folder.file("large", std::string(2 * mebibyte, 'x'));
+};
+
+TEST_F(Progress, OfALargeFileIsABarThatIsWipedAtTheEnd)
+{
     std::string const bytes = some_bytes(4 * mebibyte);
-    Outcome const run = demo(pipe_and_terminal, {"dump", folder.file("data", bytes)});
+    std::string const data = folder.file("data", bytes);
+    Outcome const run = demo(pipe_and_terminal, {"dump", data});
     EXPECT_EQ(readable(run.err), R"(\r[..............................] dumped 1% of 4 MiB)"
                                  R"(\r[#######/......................] dumped 25% of 4 MiB)"
                                  R"(\r[###############-..............] dumped 50% of 4 MiB)"
@@ -1163,144 +834,115 @@ TEST(Progress, OfALargeFileIsABarThatIsWipedAtTheEnd)
                                  R"(\r\e[0K)");
     EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
     EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(Screen(run.err).text(0), "");
+
+    Outcome const canonical = demo(pipe_and_terminal, {"-C", "dump", data});
+    EXPECT_NE(readable(canonical.err).find("dumped 50% of 4 MiB"), std::string::npos) << readable(canonical.err);
+    EXPECT_EQ(canonical.out.size(), 4 * mebibyte / 16 * 79 + 9);
 }
 
-TEST(Progress, IsShownForMoreThanAMebibyte)
+TEST_F(Progress, OfALargePipeIsASpinner)
 {
-    Folder const folder;
-    std::string const small = folder.file("small", std::string(mebibyte, 'x'));
-    std::string const large = folder.file("large", std::string(mebibyte + 1, 'x'));
-    EXPECT_EQ(demo(pipe_and_terminal, {"dump", small}).err, "");
-    EXPECT_TRUE(ends_with(demo(pipe_and_terminal, {"dump", large}).err, wiped));
-}
-
-TEST(Progress, OfALargePipeIsASpinner)
-{
-    Folder const folder;
     std::string const bytes = some_bytes(3 * mebibyte + 5);
     Outcome const run = shell(pipe_and_terminal, R"(cat "$1" | "$0" dump)", {folder.file("data", bytes)});
     EXPECT_EQ(readable(run.err), R"(\rdumped 1 MiB /\rdumped 2 MiB -\rdumped 3 MiB \\r\e[0K)");
     EXPECT_EQ(difference(hex_lines(bytes), run.out), "");
-
-    std::string const small = folder.file("small", std::string(mebibyte, 'x'));
     EXPECT_EQ(shell(pipe_and_terminal, R"(cat "$1" | "$0" dump)", {small}).err, "");
 }
 
-TEST(Progress, CountsWhatIsLeftOfStandardInput)
+TEST_F(Progress, IsShownForMoreThanAMebibyteOnATerminalThatHasColor)
 {
-    Folder const folder;
-    Arguments const file = {folder.file("data", std::string(5 * mebibyte, 'x'))};
-    Outcome const two =
-        shell(pipe_and_terminal, R"({ dd bs=1M count=3 of=/dev/null 2>&1; exec "$0" dump; } < "$1" | tail -n 1)", file);
-    EXPECT_NE(two.err.find("] dumped 100% of 2 MiB\r"), two.err.npos) << readable(two.err);
-
-    Outcome const one =
-        shell(pipe_and_terminal, R"({ dd bs=1M count=4 of=/dev/null 2>&1; exec "$0" dump; } < "$1" | tail -n 1)", file);
-    EXPECT_EQ(one.err, "");
-}
-
-TEST(Progress, IsShownOnATerminalOnly)
-{
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
-    for (Sink const err : {Sink::pipe, Sink::file}) {
-        EXPECT_EQ(demo({Sink::pipe, err}, {"dump", file}).err, "");
-        EXPECT_EQ(demo({Sink::terminal, err}, {"dump", file}).err, "");
+    struct {
+        bool is_shown;
+        Sinks sinks;
+        Arguments arguments;
+        std::vector<std::string> variables = {};
+    } const rows[] = {{true, pipe_and_terminal, {"dump", barely_large}},
+                      {false, pipe_and_terminal, {"dump", small}},
+                      {false, {Sink::pipe, Sink::pipe}, {"dump", large}},
+                      {false, {Sink::pipe, Sink::file}, {"dump", large}},
+                      {false, {Sink::terminal, Sink::pipe}, {"dump", large}},
+                      {false, {Sink::terminal, Sink::file}, {"dump", large}},
+                      {false, pipe_and_terminal, {"--no-frills", "dump", large}},
+                      {false, pipe_and_terminal, {"--color=never", "dump", large}},
+                      {false, pipe_and_terminal, {"dump", large}, {"NO_COLOR=1"}},
+                      {false, pipe_and_terminal, {"dump", large}, {"CLICOLOR=0"}},
+                      {false, pipe_and_terminal, {"dump", large}, {"TERM=dumb"}},
+                      {true, pipe_and_terminal, {"--color", "dump", large}, {"TERM=dumb"}},
+                      {false, on_pipes, {"--color=always", "dump", large}}};
+    for (auto const& row : rows) {
+        std::string const err = demo(row.sinks, row.arguments, {.environment = row.variables}).err;
+        EXPECT_EQ(err.ends_with(wiped), row.is_shown) << testing::PrintToString(row.arguments);
+        EXPECT_EQ(err.empty(), !row.is_shown) << readable(err) << testing::PrintToString(row.variables);
     }
 }
 
-TEST(Progress, IsAFrill)
+TEST_F(Progress, CountsWhatIsLeftOfStandardInput)
 {
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
-    EXPECT_EQ(demo(pipe_and_terminal, {"--no-frills", "dump", file}).err, "");
+    auto const after_mebibytes = [&](std::string const& skipped) {
+        return shell(pipe_and_terminal,
+                     "{ dd bs=1M count=" + skipped + R"( of=/dev/null 2>&1; exec "$0" dump; } < "$1" | tail -n 1)",
+                     {folder.file("data", std::string(5 * mebibyte, 'x'))})
+            .err;
+    };
+    EXPECT_EQ(count(after_mebibytes("3"), "] dumped 100% of 2 MiB\r"), 1U);
+    EXPECT_EQ(after_mebibytes("4"), "");
 }
 
-TEST(Progress, IsForATerminalThatHasColor)
-{
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
-    EXPECT_EQ(demo(pipe_and_terminal, {"--color=never", "dump", file}).err, "");
-    for (char const* const variable : {"NO_COLOR=1", "CLICOLOR=0", "TERM=dumb"}) {
-        SCOPED_TRACE(variable);
-        EXPECT_EQ(demo(pipe_and_terminal, {"dump", file}, {.environment = {variable}}).err, "");
-    }
-    EXPECT_TRUE(
-        ends_with(demo(pipe_and_terminal, {"--color", "dump", file}, {.environment = {"TERM=dumb"}}).err, wiped));
-    EXPECT_EQ(demo(on_pipes, {"--color=always", "dump", file}).err, "");
-}
-
-TEST(Progress, StandsBelowTheDumpOnOneTerminal)
+TEST_F(Progress, StandsBelowTheDumpOnOneTerminal)
 {
     // Both are terminals here, so the line has to go before each piece of the dump.
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
-    std::string const err = demo(on_terminals, {"dump", file}).err;
+    std::string const err = demo(on_terminals, {"dump", large}).err;
     EXPECT_EQ(count(err, "\r["), 32U); // pieces of 64 KiB
     EXPECT_EQ(count(err, " of 2 MiB" + wiped), 32U);
-    EXPECT_TRUE(ends_with(err, wiped));
+    EXPECT_TRUE(err.ends_with(wiped));
 }
 
-TEST(Progress, OfEachFileIsItsOwn)
+TEST_F(Progress, OfEachFileIsItsOwn)
 {
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
-    std::string const err = demo(pipe_and_terminal, {"dump", file, "/no/such/file", file}).err;
+    std::string const err = demo(pipe_and_terminal, {"dump", large, "/no/such/file", large}).err;
     EXPECT_EQ(count(err, " dumped 100% of 2 MiB" + wiped), 2U);
     EXPECT_EQ(count(err, wiped + "hueline-demo: cannot read '/no/such/file': No such file or directory\n\r["), 1U);
 }
 
-TEST(Progress, IsWipedBeforeAMessage)
+TEST_F(Progress, IsWipedBeforeAMessage)
 {
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
     // The dump may write 2 MiB and no more; the signal that would tell is ignored.
     std::string const command = R"(trap '' XFSZ; ulimit -f 4096; exec "$0" dump "$1" > "$1.dump")";
-    Outcome const run = shell(pipe_and_terminal, command, {file});
-    EXPECT_TRUE(ends_with(run.err, " of 2 MiB" + wiped + cannot_write + "File too large\n")) << readable(run.err);
+    Outcome const run = shell(pipe_and_terminal, command, {large});
+    EXPECT_TRUE(run.err.ends_with(" of 2 MiB" + wiped + cannot_write + "File too large\n")) << readable(run.err);
     EXPECT_EQ(run.status, 1);
 }
 
-TEST(Progress, OfAFileThatGrowsStopsAtTheEndOfTheBar)
+TEST_F(Progress, OfAFileThatGrowsStopsAtTheEndOfTheBar)
 {
-    Folder const folder;
-    std::string const file = folder.file("data", std::string(2 * mebibyte, 'x'));
     // The dump goes to the end of the file that is dumped, until it has 16 MiB.
     std::string const command = R"(trap '' XFSZ; ulimit -f 32768; exec "$0" dump "$1" >> "$1")";
-    Outcome const run = shell(pipe_and_terminal, command, {file});
+    Outcome const run = shell(pipe_and_terminal, command, {large});
     EXPECT_GT(count(run.err, "\r[##############################] dumped 100% of 2 MiB"), 1U) << readable(run.err);
     EXPECT_EQ(count(run.err, std::string(31, '#')), 0U);
 }
 
-TEST(Progress, IsWipedBySignals)
+TEST_F(Progress, IsWipedBySignals)
 {
     forbid_cores();
-    Folder const folder;
     std::string const file = folder.sparse_file("data", 64 * mebibyte, 2 * mebibyte);
     for (int const signal : ending_signals) {
         SCOPED_TRACE(signal);
         Outcome const run = demo(pipe_and_terminal, {"dump", file}, {.interrupt = Interrupt{signal, "ff"}});
         EXPECT_EQ(run.signal, signal);
-        EXPECT_TRUE(ends_with(run.err, " of 64 MiB\r\x1b[K")) << readable(run.err);
+        EXPECT_TRUE(run.err.ends_with(" of 64 MiB\r\x1b[K")) << readable(run.err);
         EXPECT_FALSE(has_sequences(run.out));
         EXPECT_EQ(Screen(run.err).text(0), "");
     }
 }
 
-TEST(Progress, IsNotWipedBySignalsOnceItIsGone)
+TEST_F(Progress, IsNotWipedBySignalsOnceItIsGone)
 {
-    Folder const folder;
-    folder.file("data", std::string(2 * mebibyte, 'x'));
-    Outcome const run = shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/data" - < "$1/input")",
+    Outcome const run = shell(pipe_and_terminal, open_input + R"(exec "$0" dump "$1/large" - < "$1/input")",
                               {folder.path.string()}, {.interrupt = Interrupt{SIGTERM, "65 66\n"}});
     EXPECT_EQ(run.signal, SIGTERM);
-    EXPECT_TRUE(ends_with(run.err, wiped)) << readable(run.err);
+    EXPECT_TRUE(run.err.ends_with(wiped)) << readable(run.err);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Memory
-// ---------------------------------------------------------------------------------------------
 
 // Runs the tool with so many bytes of memory for data.
 Outcome demo_with_memory(std::size_t bytes, Arguments const& arguments)

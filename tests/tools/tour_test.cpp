@@ -1,24 +1,16 @@
 #include "support/screen.hpp"
 #include "support/testing.hpp"
+#include "demo.hpp"
 
 #include <poll.h>
 #include <pty.h>
 #include <sys/ioctl.h>
-#include <sys/resource.h>
 #include <termios.h>
 #include <utmp.h>
 
 namespace {
 
 using namespace hueline::test;
-using namespace std::chrono_literals;
-using Arguments = std::vector<std::string>;
-
-std::string const tool = HUELINE_DEMO; // the path of hueline-demo
-Sinks const on_terminals = {Sink::terminal, Sink::terminal};
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
-std::string const without_waits = "LD_PRELOAD=" FAST_CLOCK;
-
 std::vector<std::string> environment(std::vector<std::string> const& more)
 {
     std::vector<std::string> all = sixteen_colors;
@@ -29,12 +21,17 @@ std::vector<std::string> environment(std::vector<std::string> const& more)
     return all;
 }
 
-// Runs the tour where nobody is at the keys.
-Outcome tour(Sinks sinks, Arguments const& options = {}, std::vector<std::string> const& variables = {})
+Arguments tour_with(Arguments const& options)
 {
     Arguments argv = {tool, "tour"};
     argv.insert(argv.end(), options.begin(), options.end());
-    return run_program(sinks, argv, {.environment = environment(variables)});
+    return argv;
+}
+
+// Runs the tour where nobody is at the keys.
+Outcome tour(Sinks sinks, Arguments const& options = {}, std::vector<std::string> const& variables = {})
+{
+    return run_program(sinks, tour_with(options), {.environment = environment(variables)});
 }
 
 std::string const whole_text = R"~(  Colours and attributes                                               1 of 12
@@ -202,25 +199,26 @@ std::string const whole_text = R"~(  Colours and attributes                     
   hueline-demo --list  test patterns
 )~";
 
-std::string const titles[] = {"Colours and attributes",
-                              "24-bit colours",
-                              "Messages by role",
-                              "Frames in hexadecimal",
-                              "A spinner",
-                              "A status line and a meter",
-                              "Cursor control",
-                              "The string interface",
-                              "The kit: styles",
-                              "The kit: text from elsewhere",
-                              "The kit: hex view",
-                              "The kit: live bars"};
+// The title of a part: its first row up to its count.
+std::string title_of(std::string const& row)
+{
+    std::string const title = row.substr(0, row.find("  ", 2));
+    return title.substr(std::min(title.find_first_not_of(' '), title.size()));
+}
+
+std::vector<std::string> const titles = [] {
+    std::vector<std::string> found;
+    std::istringstream text(whole_text);
+    for (std::string row; std::getline(text, row);) {
+        if (row.ends_with(" of 12")) {
+            found.push_back(title_of(row));
+        }
+    }
+    return found;
+}();
 
 std::string const key_prompt = "any key goes on, q ends";
 std::string const last_words = "That is Hueline. From here:";
-
-// ---------------------------------------------------------------------------------------------
-// A person at a terminal
-// ---------------------------------------------------------------------------------------------
 
 struct Size {
     int rows;
@@ -244,12 +242,8 @@ public:
             login_tty(slave);
             std::vector<std::string> const changes = environment(variables);
             change_environment(changes);
-            std::vector<char*> words;
-            for (std::string const& word : argv) {
-                words.push_back(const_cast<char*>(word.c_str()));
-            }
-            words.push_back(nullptr);
-            execvp(words[0], words.data());
+            Arguments words = argv;
+            execvp(words[0].c_str(), pointers_to(words).data());
             _exit(127);
         }
         close(slave);
@@ -279,12 +273,14 @@ public:
         }
     }
 
-    void press(std::string_view keys)
+    // Reads until the text has come afterwards, if one is given.
+    void press(std::string_view keys, std::string_view until = {})
     {
         fresh.clear();
         if (write(master, keys.data(), keys.size()) < 0) {
             throw std::runtime_error("cannot type");
         }
+        await(until);
     }
 
     void resize(Size to)
@@ -298,15 +294,17 @@ public:
 
     void send(int signal) const { kill(pid, signal); }
 
-    // Reads to the end. Returns the state of the process, as waitpid(2) has it.
-    int finish()
+    // Reads to the end. Says how the process ended, and whether it left the terminal as it was.
+    std::string finish()
     {
         while (receive()) {
         }
         int state = 0;
         waitpid(pid, &state, 0);
         pid = -1;
-        return state;
+        return (WIFEXITED(state) ? "exit " + std::to_string(WEXITSTATUS(state))
+                                 : "signal " + std::to_string(WTERMSIG(state))) +
+               (has_modes_of_start() ? "" : " with other modes");
     }
 
     Screen screen() const { return Screen(all, size.rows, size.cols); }
@@ -361,27 +359,17 @@ private:
     std::string all;
 };
 
-Session at_keys(Size size, Arguments const& options = {}, std::vector<std::string> const& variables = {})
-{
-    Arguments argv = {tool, "tour"};
-    argv.insert(argv.end(), options.begin(), options.end());
-    return Session(argv, size, variables);
-}
-
-// A process that dies of SIGQUIT leaves no core behind.
-void forbid_cores()
-{
-    rlimit const none = {0, 0};
-    setrlimit(RLIMIT_CORE, &none);
-}
-
-bool has_sequences(std::string_view text) { return text.find('\x1b') != text.npos; }
+// At the keys of the tour, which shows its first part.
+class Tour : public Session {
+public:
+    explicit Tour(Size of, Arguments const& options = {}, std::vector<std::string> const& variables = {})
+        : Session(tour_with(options), of, variables)
+    {
+        await(key_prompt);
+    }
+};
 
 Size constexpr usual = {24, 80};
-
-// ---------------------------------------------------------------------------------------------
-// Where nobody is at the keys
-// ---------------------------------------------------------------------------------------------
 
 TEST(TourInAPipe, IsThisText)
 {
@@ -391,48 +379,48 @@ TEST(TourInAPipe, IsThisText)
     EXPECT_EQ(run.status, 0);
 }
 
+TEST(TourOnATerminal, WithoutColorIsTheTextOfAPipe)
+{
+    EXPECT_EQ(tour(on_terminals, {"--color=never"}).out, whole_text);
+    EXPECT_EQ(tour(on_terminals, {"--no-frills"}).out, whole_text);
+    for (char const* const variable : {"NO_COLOR=1", "TERM=dumb", "CLICOLOR=0"}) {
+        EXPECT_EQ(tour(on_terminals, {}, {variable}).out, whole_text) << variable;
+    }
+}
+
+// What has scrolled away at the end.
+std::string lines_of(Screen const& screen)
+{
+    std::string lines;
+    for (std::string const& line : screen.lines_above()) {
+        lines += line + '\n';
+    }
+    return lines;
+}
+
 TEST(TourInAPipe, HasTheColorsThatItIsToldToHave)
 {
     std::string const out = tour(on_pipes, {"--color=always"}).out;
     EXPECT_NE(readable(out).find(R"(\e[31mfailed\e[0m)"), std::string::npos);                               // a string
     EXPECT_NE(readable(out).find(R"(\e[1;31merror: \e[22;39mbroken)"), std::string::npos) << readable(out); // a style
     EXPECT_EQ(out.find('\r'), std::string::npos);
-    std::string shown;
-    for (std::string const& line : Screen(out, 24, 90).lines_above()) {
-        shown += line + '\n';
-    }
-    EXPECT_EQ(shown, whole_text);
-}
-
-TEST(TourOnATerminal, WithoutColorIsTheTextOfAPipe)
-{
-    for (Arguments const& options : {Arguments{"--color=never"}, Arguments{"--no-frills"}}) {
-        EXPECT_EQ(tour(on_terminals, options).out, whole_text);
-    }
-    for (char const* const variable : {"NO_COLOR=1", "TERM=dumb", "CLICOLOR=0"}) {
-        SCOPED_TRACE(variable);
-        EXPECT_EQ(tour(on_terminals, {}, {variable}).out, whole_text);
-    }
+    EXPECT_EQ(lines_of(Screen(out, 24, 90)), whole_text);
 }
 
 TEST(TourOnATerminal, WithoutKeysRunsStraightThrough)
 {
-    Outcome const run = tour(on_terminals, {}, {without_waits});
+    Outcome const run = tour(on_terminals, {}, {fast_clock});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out.find(key_prompt), std::string::npos);
     Screen const screen(run.out);
-    std::string lines;
-    for (std::string const& line : screen.lines_above()) {
-        lines += line + '\n';
-    }
+    std::string const lines = lines_of(screen);
     for (std::string const& title : titles) {
         EXPECT_NE(lines.find("  " + title + ' '), std::string::npos) << title;
     }
-    EXPECT_NE(lines.find("\n  3 ports found\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("\n  [####################] copied 100%\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("\n  ttyS2 ready\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("\n  3 images copied\n"), std::string::npos) << lines;
-    EXPECT_NE(lines.find("\n  " + last_words + "\n"), std::string::npos) << lines;
+    for (std::string const line : {"3 ports found", "[####################] copied 100%", "ttyS2 ready",
+                                   "3 images copied", "That is Hueline. From here:"}) {
+        EXPECT_NE(lines.find("\n  " + line + "\n"), std::string::npos) << lines;
+    }
     EXPECT_TRUE(screen.cursor_visible());
 }
 
@@ -444,17 +432,7 @@ TEST(TourInTheBackground, AsksForNoKey)
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
-// ---------------------------------------------------------------------------------------------
-// With a person at the keys
-// ---------------------------------------------------------------------------------------------
-
-// The title of the part that is shown: the first row up to its count.
-std::string title_on(Screen const& screen)
-{
-    std::string const row = screen.text(0);
-    std::string const title = row.substr(0, row.find("  ", 2));
-    return title.substr(std::min(title.find_first_not_of(' '), title.size()));
-}
+std::string title_on(Screen const& screen) { return title_of(screen.text(0)); }
 
 // That no row reaches the last column, and that the last of them says what to do.
 void expect_fits(Screen const& screen, Size size)
@@ -472,7 +450,7 @@ void expect_fits(Screen const& screen, Size size)
 // Goes through the whole tour. Returns how many screens it has.
 std::size_t expect_all_parts(Size size)
 {
-    Session session = at_keys(size, {}, {without_waits});
+    Tour session(size, {}, {fast_clock});
     std::vector<std::string> seen;
     std::size_t screens = 0;
     while (session.await(key_prompt, last_words)) {
@@ -489,10 +467,8 @@ std::size_t expect_all_parts(Size size)
         ++screens;
         session.press(" ");
     }
-    int const state = session.finish();
-    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
-    EXPECT_TRUE(session.has_modes_of_start());
-    EXPECT_EQ(seen, std::vector<std::string>(std::begin(titles), std::end(titles)));
+    EXPECT_EQ(session.finish(), "exit 0");
+    EXPECT_EQ(seen, titles);
     return screens;
 }
 
@@ -506,86 +482,70 @@ TEST(TourAtTheKeys, FitsASmallTerminal) { EXPECT_GT(expect_all_parts({12, 40}), 
 
 TEST(TourAtTheKeys, ComesToItsEndWhereNothingFits)
 {
-    Session session = at_keys({5, 20}, {}, {without_waits});
+    Session session({tool, "tour"}, {5, 20}, {fast_clock});
     while (session.await("any key goes on", "That is")) {
         session.press(" ");
     }
-    int const state = session.finish();
-    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
+    EXPECT_EQ(session.finish(), "exit 0");
 }
 
-TEST(TourAtTheKeys, ShowsTheCodeBesideWhatItWrites)
+TEST(TourAtTheKeys, ShowsTheCodeBesideWhatItWritesAndLeavesItAboveTheNextScreen)
 {
-    Session session = at_keys(usual);
-    session.await(key_prompt);
+    Tour session(usual);
     Screen const screen = session.screen();
+    std::string const fourth_row = R"(  cout << red << "failed" << reset << '\n';                     failed)";
     EXPECT_EQ(screen.text(0), "  Colours and attributes                                               1 of 12");
-    EXPECT_EQ(screen.text(3), R"(  cout << red << "failed" << reset << '\n';                     failed)");
+    EXPECT_EQ(screen.text(3), fourth_row);
     EXPECT_EQ(screen.cell(3, 64).foreground.index, 1);
     EXPECT_TRUE(screen.cell(3, 64).bold);
     EXPECT_TRUE(screen.cell(3, 2).foreground.is_default);
     EXPECT_TRUE(screen.cell(6, 64).italic);
     EXPECT_EQ(screen.cell(11, 64).foreground.r, 255);
     EXPECT_EQ(screen.cell(11, 64).foreground.g, 95);
+
+    session.press(" ", key_prompt);
+    std::vector<std::string> const lines = session.screen().lines_above();
+    EXPECT_NE(std::find(lines.begin(), lines.end(), fourth_row), lines.end());
+    EXPECT_EQ(std::find(lines.begin(), lines.end(), "  " + key_prompt), lines.end());
+    EXPECT_EQ(title_on(session.screen()), titles[1]);
 }
 
 TEST(TourAtTheKeys, ShowsWhatDoesNotFitOnScreensOfItsOwn)
 {
-    Session session = at_keys({12, 40});
-    session.await(key_prompt);
+    Tour session({12, 40});
     EXPECT_EQ(session.screen().text(0), "Colours and attributes          1 of 12");
     EXPECT_EQ(session.screen().text(2), "a terminal, nothing in a pipe.");
     EXPECT_EQ(session.screen().text(4), "failed");
-    session.press(" ");
-    session.await(key_prompt);
+    session.press(" ", key_prompt);
     EXPECT_EQ(session.screen().text(0), "Colours and attributes          1 of 12");
     EXPECT_EQ(session.screen().text(2), "crossed");
-    session.press(" ");
-    session.await(key_prompt);
+    session.press(" ", key_prompt);
     EXPECT_EQ(session.screen().text(2), R"(cout << red << "failed" << reset)");
     EXPECT_EQ(session.screen().text(3), R"(    << '\n';)");
 }
 
-TEST(TourAtTheKeys, LeavesWhatStoodThereAboveTheScreen)
-{
-    Session session = at_keys(usual);
-    session.await(key_prompt);
-    session.press(" ");
-    session.await(key_prompt);
-    std::vector<std::string> const lines = session.screen().lines_above();
-    std::set<std::string> const before(lines.begin(), lines.end());
-    EXPECT_TRUE(before.contains(R"(  cout << red << "failed" << reset << '\n';                     failed)"));
-    EXPECT_FALSE(before.contains("  " + key_prompt));
-    EXPECT_EQ(session.screen().text(0),
-              "  24-bit colours                                                       2 of 12");
-}
-
 TEST(TourAtTheKeys, EndsWithWhatToDoNext)
 {
-    Session session = at_keys(usual, {"--color=never"});
+    Tour session(usual, {"--color=never"});
     for (int i = 0; i < 12; ++i) {
         session.await(key_prompt);
         session.press("x");
     }
-    int const state = session.finish();
-    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
+    EXPECT_EQ(session.finish(), "exit 0");
     EXPECT_NE(session.since_key().find("  That is Hueline. From here:\r\n\r\n"
                                        "  README.md            build against it\r\n"),
               std::string::npos);
-    EXPECT_TRUE(session.has_modes_of_start());
 }
 
 TEST(TourAtTheKeys, WithoutColorWritesNoSequence)
 {
     for (std::string const variable : {"NO_COLOR=1", "TERM=dumb"}) {
-        Session session = at_keys({12, 40}, {}, {variable});
-        session.await(key_prompt);
+        Tour session({12, 40}, {}, {variable});
         expect_fits(session.screen(), {12, 40});
         EXPECT_EQ(session.screen().text(0), "Colours and attributes          1 of 12");
-        session.press(" ");
-        session.await(key_prompt);
+        session.press(" ", key_prompt);
         session.press("q");
-        session.finish();
+        EXPECT_EQ(session.finish(), "exit 0");
         EXPECT_FALSE(has_sequences(session.since_key()));
         EXPECT_EQ(session.since_key(), '\r' + std::string(key_prompt.size(), ' ') + '\r');
     }
@@ -594,26 +554,20 @@ TEST(TourAtTheKeys, WithoutColorWritesNoSequence)
 TEST(TourAtTheKeys, EndsAtOnceWhenAsked)
 {
     for (std::string const key : {"q", "Q", "\x04"}) {
-        Session session = at_keys(usual);
-        session.await(key_prompt);
+        Tour session(usual);
         EXPECT_FALSE(session.edits_lines());
         session.press(key);
-        int const state = session.finish();
-        EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
+        EXPECT_EQ(session.finish(), "exit 0");
         EXPECT_EQ(session.since_key(), '\r' + std::string(key_prompt.size() + 2, ' ') + "\r\x1b[00m\x1b[25h");
-        EXPECT_TRUE(session.has_modes_of_start());
     }
 }
 
 TEST(TourAtTheKeys, TakesAKeyOfSeveralBytesForOne)
 {
-    Session session = at_keys(usual);
-    session.await(key_prompt);
-    session.press("\x1b[1;5C");
-    session.await(key_prompt);
+    Tour session(usual);
+    session.press("\x1b[1;5C", key_prompt);
     EXPECT_EQ(title_on(session.screen()), titles[1]);
-    session.press(" ");
-    session.await(key_prompt);
+    session.press(" ", key_prompt);
     EXPECT_EQ(title_on(session.screen()), titles[2]);
 }
 
@@ -629,67 +583,47 @@ void go_to(Session& session, std::size_t part, std::string_view moving)
 
 TEST(TourAtTheKeys, LeavesAPartThatMovesAtOnce)
 {
-    Session session = at_keys(usual);
+    Tour session(usual);
     go_to(session, 4, "looking for ports /");
-    session.press(" ");
-    session.await("copied 5%"); // of the next part
+    session.press(" ", "copied 5%"); // of the next part
     EXPECT_EQ(title_on(session.screen()), titles[5]);
     EXPECT_EQ(session.since_key().find("3 ports found"), std::string::npos);
     session.press("q");
-    int const state = session.finish();
-    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
-    EXPECT_TRUE(session.has_modes_of_start());
+    EXPECT_EQ(session.finish(), "exit 0");
 }
 
 TEST(TourAtTheKeys, ShowsThePartAgainOnAScreenOfAnotherSize)
 {
-    Session session = at_keys(usual);
-    session.await(key_prompt);
-    session.press(" ");
-    session.await(key_prompt);
+    Tour session(usual);
+    session.press(" ", key_prompt);
     session.resize({12, 40});
     session.await(key_prompt);
     EXPECT_EQ(session.screen().text(0), "24-bit colours                  2 of 12");
     expect_fits(session.screen(), {12, 40});
 }
 
-// ---------------------------------------------------------------------------------------------
-// Signals
-// ---------------------------------------------------------------------------------------------
-
 TEST(TourAndSignals, GivesTheTerminalBackBeforeItEnds)
 {
     forbid_cores();
-    for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-        SCOPED_TRACE(signal);
-        Session session = at_keys(usual);
-        session.await(key_prompt);
+    for (int const signal : ending_signals) {
+        Tour session(usual);
         EXPECT_FALSE(session.edits_lines());
         session.send(signal);
-        int const state = session.finish();
-        EXPECT_TRUE(WIFSIGNALED(state) && WTERMSIG(state) == signal);
-        EXPECT_TRUE(session.has_modes_of_start());
+        EXPECT_EQ(session.finish(), "signal " + std::to_string(signal));
         EXPECT_TRUE(session.since_key().ends_with("\x1b[0m\x1b[?25h\r\n")) << readable(session.since_key());
     }
+    Tour session(usual);
+    session.press("\x03"); // the key of the terminal for it
+    EXPECT_EQ(session.finish(), "signal " + std::to_string(SIGINT));
 }
 
 TEST(TourAndSignals, WipesWhatMovesBeforeItEnds)
 {
-    Session session = at_keys(usual);
+    Tour session(usual);
     go_to(session, 4, "looking for ports /");
     session.send(SIGTERM);
-    session.finish();
+    EXPECT_EQ(session.finish(), "signal " + std::to_string(SIGTERM));
     EXPECT_TRUE(session.since_key().ends_with("\r\x1b[J\x1b[0m\x1b[?25h\r\n")) << readable(session.since_key());
-    EXPECT_TRUE(session.has_modes_of_start());
-}
-
-TEST(TourAndSignals, IsEndedByTheKeyOfTheTerminal)
-{
-    Session session = at_keys(usual);
-    session.await(key_prompt);
-    session.press("\x03");
-    int const state = session.finish();
-    EXPECT_TRUE(WIFSIGNALED(state) && WTERMSIG(state) == SIGINT);
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
@@ -701,22 +635,17 @@ TEST(TourAndSignals, IsStoppedAndGoesOn)
 {
     Session session(stopped_and_taken_up, usual);
     session.await(key_prompt);
-    session.press(" ");
-    session.await(key_prompt);
-    session.press("\x1a");
-    session.await("stopped 148\r\n");
+    session.press(" ", key_prompt);
+    session.press("\x1a", "stopped 148\r\n");
     EXPECT_TRUE(session.has_modes_of_start());
     EXPECT_NE(session.since_key().find("\x1b[0m\x1b[?25h\r\n"), std::string::npos);
 
-    session.press("\n");
-    session.await(key_prompt);
+    session.press("\n", key_prompt);
     EXPECT_EQ(title_on(session.screen()), titles[1]);
     EXPECT_FALSE(session.edits_lines());
-    session.press(" ");
-    session.await(key_prompt);
+    session.press(" ", key_prompt);
     EXPECT_EQ(title_on(session.screen()), titles[2]);
-    session.press("q");
-    session.await("ended 0\r\n");
+    session.press("q", "ended 0\r\n");
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
@@ -724,28 +653,21 @@ TEST(TourAndSignals, IsStoppedWhileItMoves)
 {
     Session session(stopped_and_taken_up, usual);
     go_to(session, 4, "looking for ports /");
-    session.press("\x1a");
-    session.await("stopped 148\r\n");
+    session.press("\x1a", "stopped 148\r\n");
     EXPECT_TRUE(session.has_modes_of_start());
-    session.press("\n");
-    session.await("looking for ports /");
-    session.press("q");
-    session.await("ended 0\r\n");
+    session.press("\n", "looking for ports /");
+    session.press("q", "ended 0\r\n");
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
 TEST(TourAndSignals, GoesOnWhereNoShellCouldFetchIt)
 {
-    Session session = at_keys(usual); // leads its session: the system does not stop it
-    session.await(key_prompt);
-    session.press("\x1a");
-    session.await(key_prompt);
+    Tour session(usual); // leads its session: the system does not stop it
+    session.press("\x1a", key_prompt);
     EXPECT_FALSE(session.edits_lines());
     EXPECT_EQ(title_on(session.screen()), titles[0]);
     session.press("q");
-    int const state = session.finish();
-    EXPECT_TRUE(WIFEXITED(state) && WEXITSTATUS(state) == 0);
-    EXPECT_TRUE(session.has_modes_of_start());
+    EXPECT_EQ(session.finish(), "exit 0");
 }
 
 TEST(TourAndSignals, WaitsInTheBackgroundUntilItIsFetched)
@@ -754,16 +676,12 @@ TEST(TourAndSignals, WaitsInTheBackgroundUntilItIsFetched)
         R"("$0" tour; bg >/dev/null; wait %1; echo "waits $?"; read -r; fg >/dev/null; echo "ended $?")";
     Session session({"bash", "-mc", script, tool}, usual);
     session.await(key_prompt);
-    session.press("\x1a");
-    session.await("waits " + std::to_string(128 + SIGTTIN) + "\r\n");
+    session.press("\x1a", "waits " + std::to_string(128 + SIGTTIN) + "\r\n");
     EXPECT_EQ(session.since_key().find(key_prompt), std::string::npos);
-    EXPECT_TRUE(session.has_modes_of_start());
-    session.press("\n");
-    session.await(key_prompt);
+    session.press("\n", key_prompt);
     EXPECT_EQ(title_on(session.screen()), titles[0]);
     EXPECT_FALSE(session.edits_lines());
-    session.press("q");
-    session.await("ended 0\r\n");
+    session.press("q", "ended 0\r\n");
     EXPECT_TRUE(session.has_modes_of_start());
 }
 
@@ -772,11 +690,9 @@ TEST(OtherDemonstrations, AreStoppedTidilyAndGoOn)
     Session session({"bash", "-mc", R"("$0" status; echo "stopped $?"; read -r; fg >/dev/null; echo "ended $?")", tool},
                     usual);
     session.await("#");
-    session.press("\x1a");
-    session.await("stopped 148\r\n");
+    session.press("\x1a", "stopped 148\r\n");
     EXPECT_NE(session.since_key().find("\x1b[0m\x1b[?25h\r\n"), std::string::npos);
-    session.press("\n");
-    session.await("ended 0\r\n");
+    session.press("\n", "ended 0\r\n");
     EXPECT_NE(session.since_key().find('#'), std::string::npos);
 }
 

@@ -1,19 +1,28 @@
 /// \file
-/// Arguments from the bytes that the fuzzer makes up. Each byte counts wherever it stands, and a short
-/// input is a valid one: what is missing is 0.
+/// What every fuzzer starts with: arguments from the bytes that are made up, findings, and the standard library.
 #pragma once
+
+#include "support/readable.hpp"
 
 #include <algorithm>
 #include <array>
 #include <climits>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
+#include <cstdio>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <locale>
+#include <sstream>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace hueline::fuzz {
 
+/// Each byte counts wherever it stands, and a short input is a valid one: what is missing is 0.
 class Input {
 public:
     Input(std::uint8_t const* data, std::size_t size) : next(data), end(data + size) {}
@@ -90,5 +99,16 @@ private:
 };
 
 inline std::vector<unsigned char> to_bytes(std::string const& text) { return {text.begin(), text.end()}; }
+
+/// A finding, if they differ: the program ends at once, and the fuzzer keeps the input.
+inline void expect_equal(std::string const& what, std::string const& expected, std::string const& got)
+{
+    if (expected != got) {
+        std::string const story = what + "\n    expected \"" + test::readable(expected) + "\"\n    got      \"" +
+                                  test::readable(got) + "\"\n";
+        std::fputs(story.c_str(), stderr);
+        std::abort();
+    }
+}
 
 } // namespace hueline::fuzz
