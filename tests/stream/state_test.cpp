@@ -80,22 +80,6 @@ TEST(Gate, AsksAgainEachTime)
     EXPECT_EQ(run.report, "plain color ");
 }
 
-TEST(Gate, RefusesWhereStdoutIsClosedAndStderrIsNot)
-{
-    auto const run = on_terminal([] {
-        std::cout << colorize;
-        std::fclose(stdout);
-        std::cout << red;
-        report_color();
-        std::cerr << colorize << red;
-        report_color();
-        _exit(0); // a flush of std::cout would reach the closed stdio stream
-    });
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(readable(run.err), red_at_load);
-    EXPECT_EQ(run.report, "plain color ");
-}
-
 TEST(Gate, FollowsStdoutAndStderrAndTheirDescriptors)
 {
     auto const stderr_is_stdout = run_with({.out = Sink::terminal, .err = Sink::pipe}, [] {
