@@ -355,7 +355,7 @@ std::vector<Family> const families = {
      3,
      steps_on("cout",
               {"std::hex", "std::dec", "std::showbase", "std::showpos", "std::left", "std::internal", "csi::cls",
-               "csi::cr", "normal", "color_mode_state"},
+               "csi::cr", "csi::dsr", "normal", "color_mode_state"},
               {{"std::setw", "cout", {6}},
                {"csi::cha", "cout", {42}},
                {"csi::cup", "cout", {10, -26}},

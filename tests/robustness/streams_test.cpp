@@ -17,9 +17,6 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-std::string const bar_frames = "|/-\\";
-std::string const cell = "#";
-
 struct Fault {
     std::size_t bytes = SmallBuffer::largest; // that the buffer takes
     AtEnd at_end = AtEnd::refuses;
@@ -113,7 +110,7 @@ Result perform(StreamOperation const& tested, Start start, Fault const& fault = 
 std::string without_frames(std::string bytes)
 {
     std::replace_if(
-        bytes.begin(), bytes.end(), [](char c) { return bar_frames.find(c) != std::string::npos; }, '|');
+        bytes.begin(), bytes.end(), [](char c) { return c == '/' || c == '-' || c == '\\'; }, '|');
     return bytes;
 }
 
