@@ -1,7 +1,7 @@
-// Random programs of the whole stream interface, followed by the library in a process of its own and
-// by a model, and compared after each step: the bytes on standard output and standard error, which
-// are any two of terminal, pipe, file, full device and closed descriptor, and all state that can be
-// seen. A program that shows a difference is shrunk and printed.
+// Random programs of the whole stream interface, every operation in several places, and every short program of operations
+// that belong together, followed by the library in a process of its own and by a model, and compared after each step: the
+// bytes on standard output and standard error, which are any two of terminal, pipe, file, full device and closed
+// descriptor, and all state that can be seen. A random program that shows a difference is shrunk and printed.
 //
 // The programs are others in each run; a failure says how to have them again. RapidCheck's own variable makes them more or
 // longer:
@@ -107,6 +107,18 @@ TEST(StreamModel, SaysWhatTheLibraryDoesInEveryProgram)
     }));
 }
 
+// Operations without arguments, on a stream, and others.
+std::vector<Step> steps_on(std::string const& stream, std::vector<std::string> const& operations,
+                           std::vector<Step> others = {})
+{
+    for (std::string const& operation : operations) {
+        others.push_back({operation, stream});
+    }
+    return others;
+}
+
+std::vector<Step> const colorized = {{"colorize", "cout"}, {"colorize", "cerr"}};
+
 // No operation depends on the luck of the draw: each is performed a few times in each of these places.
 struct Place {
     std::string name;
@@ -117,80 +129,50 @@ struct Place {
 
 void PrintTo(Place const& place, std::ostream* os) { *os << place.name; }
 
-std::vector<Place> const places = {
-    {"OnATerminal",
-     {},
-     {{"colorize", "cout"}, {"colorize", "cerr"}},
-     {"cout", "cerr", "cout", "clog", "cout", "cerr", "cout", "cout"}},
+Place const places[] = {
+    {"OnATerminal", {}, colorized, {"cout", "cerr", "cout", "clog", "cout", "cerr", "cout", "cout"}},
     {"OnATerminalWithAFormat",
      {},
-     {{"colorize", "cout"},
-      {"std::hex", "cout"},
-      {"std::showbase", "cout"},
-      {"std::setfill", "cout", {'*'}},
-      {"std::setw", "cout", {12}}},
+     steps_on("cout", {"colorize", "std::hex", "std::showbase"},
+              {{"std::setfill", "cout", {'*'}}, {"std::setw", "cout", {12}}}),
      {"cout"}},
     {"OnATerminalFilledOnTheRight",
      {},
-     {{"colorize", "cout"},
-      {"std::oct", "cout"},
-      {"std::showbase", "cout"},
-      {"std::showpos", "cout"},
-      {"std::uppercase", "cout"},
-      {"std::left", "cout"},
-      {"std::setfill", "cout", {'.'}},
-      {"std::setw", "cout", {12}}},
+     steps_on("cout", {"colorize", "std::oct", "std::showbase", "std::showpos", "std::uppercase", "std::left"},
+              {{"std::setfill", "cout", {'.'}}, {"std::setw", "cout", {12}}}),
      {"cout"}},
     {"OnATerminalWhoseLocaleGroups",
      {},
-     {{"colorize", "cout"}, {"the global locale groups"}, {"imbue a grouping locale", "cout"}},
+     steps_on("cout", {"colorize", "the global locale groups", "imbue a grouping locale"}),
      {"cout", "text"}},
     {"OnATerminalAfterChanges",
      {},
-     {{"colorize", "cout"},
-      {"thin", "cout"},
-      {"dark", "cout"},
-      {"italic", "cout"},
-      {"underline", "cout"},
-      {"blink", "cout"},
-      {"reverse", "cout"},
-      {"red", "cout"},
-      {"on_blue", "cout"}},
+     steps_on("cout", {"colorize", "thin", "dark", "italic", "underline", "blink", "reverse", "red", "on_blue"}),
      {"cout", "text"}},
     {"OnATerminalWithoutColorize", {}, {}, {"cout", "cerr", "cout"}},
     {"OnStandardErrorAlone",
      {Sink::pipe, Sink::terminal},
-     {{"colorize", "cout"}, {"colorize", "cerr"}, {"colorize", "clog"}},
+     steps_on("clog", {"colorize"}, colorized),
      {"cerr", "cout", "clog", "cout"}},
-    {"InAPipe", {Sink::pipe, Sink::pipe}, {{"colorize", "cout"}, {"colorize", "cerr"}}, {"cout", "cerr"}},
-    {"InFiles", {Sink::file, Sink::file}, {{"colorize", "cout"}, {"colorize", "cerr"}}, {"cout", "cerr"}},
+    {"InAPipe", {Sink::pipe, Sink::pipe}, colorized, {"cout", "cerr"}},
+    {"InFiles", {Sink::file, Sink::file}, colorized, {"cout", "cerr"}},
     {"InAStringStream", {}, {{"colorize", "text"}, {"std::setw", "text", {3}}}, {"text", "second", "text"}},
     {"InAStringStreamAfterATerminal",
      {},
-     {{"colorize", "text"}, {"colorize", "cout"}, {"adjust", "cout"}},
+     steps_on("cout", {"colorize", "adjust"}, {{"colorize", "text"}}),
      {"text", "cout", "second", "cout", "text"}},
     {"InAPipeWithAFormat",
      {Sink::pipe, Sink::pipe},
-     {{"colorize", "cout"}, {"std::hex", "cout"}, {"std::setfill", "cout", {'*'}}, {"std::setw", "cout", {12}}},
+     steps_on("cout", {"colorize", "std::hex"}, {{"std::setfill", "cout", {'*'}}, {"std::setw", "cout", {12}}}),
      {"cout"}},
-    {"InNoFrillsMode",
-     {},
-     {{"colorize", "cout"}, {"colorize", "cerr"}, {"_setNoFrillsMode", "", {1}}},
-     {"cout", "cerr"}},
+    {"InNoFrillsMode", {}, steps_on("", {"open NoFrillsMode"}, colorized), {"cout", "cerr"}},
     {"OnABadStream", {}, {{"colorize", "cout"}, {"setstate", "cout", {1}}}, {"cout", "cout"}},
     {"OnAThrowingStream",
      {},
      {{"colorize", "cout"}, {"on_rgb", "cout", {1, 2, 3}}, {"exceptions", "cout", {1}}, {"setstate", "cout", {1}}},
      {"cout", "cout"}},
-    {"BesideAFullDevice",
-     {Sink::full, Sink::terminal},
-     {{"colorize", "cout"}, {"colorize", "cerr"}},
-     {"cerr", "cout", "clog"}},
-    {"OnAClosedDescriptor",
-     {Sink::closed, Sink::closed},
-     {{"colorize", "cout"}, {"colorize", "cerr"}},
-     {"cout", "cerr"}},
-};
+    {"BesideAFullDevice", {Sink::full, Sink::terminal}, colorized, {"cerr", "cout", "clog"}},
+    {"OnAClosedDescriptor", {Sink::closed, Sink::closed}, colorized, {"cout", "cerr"}}};
 
 class StreamModelOfEachOperation : public testing::TestWithParam<Place> {};
 
@@ -285,17 +267,6 @@ struct Family {
 
 void PrintTo(Family const& family, std::ostream* os) { *os << family.name; }
 
-// Operations without arguments, on a stream, and others.
-std::vector<Step> steps_on(std::string const& stream, std::vector<std::string> const& operations,
-                           std::vector<Step> others = {})
-{
-    for (std::string const& operation : operations) {
-        others.push_back({operation, stream});
-    }
-    return others;
-}
-
-std::vector<Step> const colorized = {{"colorize", "cout"}, {"colorize", "cerr"}};
 std::vector<Step> const closing = {{"close a guard", "", {0}}, {"close a guard", "", {1}}};
 std::vector<Step> const setting_frills = {{"_setNoFrillsMode", "", {0}}, {"_setNoFrillsMode", "", {1}}};
 std::vector<std::string> const indicator = {"#", ".", "[", "]", "abcdefg", "!"};
