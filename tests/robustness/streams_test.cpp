@@ -144,58 +144,54 @@ private:
     std::string subject;
 };
 
-// In a child whose standard streams are terminals: the cases in turn, each with what it gives without
-// a fault.
-std::string findings(std::function<void(StreamOperation const&, Start, Result const&)> const& test)
+// In a child whose standard streams are terminals: the operations in turn, each from both starts, with what it gives
+// without a fault.
+void expect_of_each(std::function<void(Findings&, StreamOperation const&, Start, Result const&)> const& test)
 {
     auto const run = on_terminal([&] {
         let_waits_end_at_once();
         for (StreamOperation const& each : operations_on_a_stream()) {
             for (Start const start : every_start) {
-                test(each, start, perform(each, start));
+                Findings found(each.name);
+                test(found, each, start, perform(each, start));
             }
         }
         report("through");
     });
     EXPECT_EQ(run.status, 0);
-    return run.report;
+    EXPECT_EQ(run.report, "through");
 }
 
 TEST(FailedStream, IsNotWrittenToAndEverythingElseIsAsOnAGoodOne)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
+    expect_of_each([](Findings& found, StreamOperation const& each, Start start, Result const& without_fault) {
         for (auto const state : {std::ios_base::failbit, std::ios_base::badbit, std::ios_base::eofbit}) {
             Result const result = perform(each, start, {.state = state});
-            Findings found(each.name);
             found.expect(result.bytes.empty(), "wrote " + readable(result.bytes));
             found.expect((result.state & state) == state, "the state is forgotten");
             found.expect(result.thrown.empty(), "threw " + result.thrown);
             found.expect_same_effects(result, without_fault);
         }
-    };
-    EXPECT_EQ(findings(test), "through");
+    });
 }
 
 TEST(FailedStream, KeepsItsPendingWidth)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const&) {
+    expect_of_each([](Findings& found, StreamOperation const& each, Start start, Result const&) {
         Result const result = perform(each, start, {.state = std::ios_base::failbit, .width = 7});
-        Findings(each.name).expect(result.width == (each.name == "myfillandw" ? 6 : 7),
-                                   "the width is " + std::to_string(result.width));
-    };
-    EXPECT_EQ(findings(test), "through");
+        found.expect(result.width == (each.name == "myfillandw" ? 6 : 7),
+                     "the width is " + std::to_string(result.width));
+    });
 }
 
 TEST(NullBuffer, TakesNothingAndEverythingElseIsAsWithABuffer)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
+    expect_of_each([](Findings& found, StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.no_buffer = true});
-        Findings found(each.name);
         found.expect((result.state & std::ios_base::badbit) != 0, "the stream is not bad");
         found.expect(result.thrown.empty(), "threw " + result.thrown);
         found.expect_same_effects(result, without_fault);
-    };
-    EXPECT_EQ(findings(test), "through");
+    });
 }
 
 // All numbers of bytes up to one more than the operation writes, or those that a pattern is cut at.
@@ -216,19 +212,18 @@ AtEnd at_end_from(Start start) { return start == Start::everything_set ? AtEnd::
 
 TEST(BufferOfSoManyBytes, TakesThemAndEverythingElseIsAsUsual)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
+    expect_of_each([](Findings&, StreamOperation const& each, Start start, Result const& without_fault) {
         std::size_t const all = without_fault.bytes.size();
         for (std::size_t const bytes : cuts(all)) {
-            Result const result = perform(each, start, {.bytes = bytes, .at_end = at_end_from(start)});
             Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
+            Result const result = perform(each, start, {.bytes = bytes, .at_end = at_end_from(start)});
             found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
                          "wrote " + readable(result.bytes));
             found.expect(((result.state & std::ios_base::badbit) != 0) == (bytes < all), "the state is wrong");
             found.expect(result.thrown.empty(), "threw " + result.thrown);
             found.expect_same_effects(result, without_fault);
         }
-    };
-    EXPECT_EQ(findings(test), "through");
+    });
 }
 
 // A buffer that takes everything and cannot be flushed.
@@ -250,13 +245,13 @@ TEST(UnflushableBuffer, EndsAReportAtItsFirstLine)
 // What stands before the byte that throws has been written and done.
 TEST(ThrowingStream, ThrowsOutOfEveryOperationAtAnyByte)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
+    expect_of_each([](Findings&, StreamOperation const& each, Start start, Result const& without_fault) {
         std::size_t const all = without_fault.bytes.size();
         std::string const thrown = at_end_from(start) == AtEnd::throws ? "BufferFault" : "std::ios_base::failure";
         for (std::size_t const bytes : cuts(all)) {
+            Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
             Result const result = perform(
                 each, start, {.bytes = bytes, .at_end = at_end_from(start), .exceptions = std::ios_base::badbit});
-            Findings found(each.name + " with " + std::to_string(bytes) + " bytes");
             found.expect(result.thrown == (bytes < all ? thrown : ""), "threw '" + result.thrown + "'");
             found.expect(result.bytes.size() == std::min(bytes, all) && starts(without_fault.bytes, result.bytes),
                          "wrote " + readable(result.bytes));
@@ -264,35 +259,30 @@ TEST(ThrowingStream, ThrowsOutOfEveryOperationAtAnyByte)
                 found.expect(result.record == without_fault.record, "the record is " + readable(result.record));
             }
         }
-    };
-    EXPECT_EQ(findings(test), "through");
+    });
 }
 
 TEST(ThrowingStream, HasInItsRecordWhatCameBeforeTheByteThatThrew)
 {
+    auto const clear = [](std::ostream& os) { os << reset; };
+    auto const warn = [](std::ostream& os) { os << thin << ColorTheme::alert("text"); };
     struct {
         void (*act)(std::ostream&);
-        std::size_t bytes;
-        char const* thrown;
+        std::size_t bytes; // before the one that throws
         char const* record;
     } const rows[] = {
-        {[](std::ostream& os) { os << reset; }, 0, "BufferFault", R"(\e[00m\e[1m\e[44m)"},
-        {[](std::ostream& os) { os << reset; }, 9, "BufferFault", R"(\e[00m\e[1m\e[44m)"},
-        {[](std::ostream& os) { os << reset; }, 10, "", R"(\e[00m\e[1m)"},
-        // thin 10 bytes, red 15, bold 19, the text 4, dark
-        {[](std::ostream& os) { os << thin << ColorTheme::alert("text"); }, 9, "BufferFault", R"(\e[00m\e[44m)"},
-        {[](std::ostream& os) { os << thin << ColorTheme::alert("text"); }, 10, "BufferFault", R"(\e[00m\e[31m\e[44m)"},
-        {[](std::ostream& os) { os << thin << ColorTheme::alert("text"); }, 25, "BufferFault",
-         R"(\e[00m\e[1m\e[31m\e[44m)"},
-        {[](std::ostream& os) { os << thin << ColorTheme::alert("text"); }, 47, "BufferFault",
-         R"(\e[00m\e[1m\e[31m\e[44m)"},
-        {[](std::ostream& os) { os << thin << ColorTheme::alert("text"); }, 48, "BufferFault",
-         R"(\e[00m\e[1m\e[2m\e[31m\e[44m)"},
-        {[](std::ostream& os) { os << build_version; }, 0, "BufferFault", R"(\e[00m\e[1m\e[44m)"},
-        {[](std::ostream& os) { os << colorized_crossplatform_template; }, 0, "BufferFault",
-         R"(\e[00m\e[1m\e[37m\e[44m)"},
-        {[](std::ostream& os) { os << colorized_platformspecific_template; }, 0, "BufferFault",
-         R"(\e[00m\e[1m\e[37m\e[44m)"}};
+        {clear, 0, R"(BufferFault \e[00m\e[1m\e[44m)"},
+        {clear, 9, R"(BufferFault \e[00m\e[1m\e[44m)"},
+        {clear, 10, R"( \e[00m\e[1m)"},                            // all of them
+        {warn, 9, R"(BufferFault \e[00m\e[44m)"},                  // in thin
+        {warn, 10, R"(BufferFault \e[00m\e[31m\e[44m)"},           // in red
+        {warn, 25, R"(BufferFault \e[00m\e[1m\e[31m\e[44m)"},      // in bold
+        {warn, 47, R"(BufferFault \e[00m\e[1m\e[31m\e[44m)"},      // in the text
+        {warn, 48, R"(BufferFault \e[00m\e[1m\e[2m\e[31m\e[44m)"}, // in dark
+        {[](std::ostream& os) { os << build_version; }, 0, R"(BufferFault \e[00m\e[1m\e[44m)"},
+        {[](std::ostream& os) { os << colorized_crossplatform_template; }, 0, R"(BufferFault \e[00m\e[1m\e[37m\e[44m)"},
+        {[](std::ostream& os) { os << colorized_platformspecific_template; }, 0,
+         R"(BufferFault \e[00m\e[1m\e[37m\e[44m)"}};
     for (auto const& row : rows) {
         auto const run = on_terminal([&] {
             std::cout << colorize << on_blue;
@@ -305,47 +295,35 @@ TEST(ThrowingStream, HasInItsRecordWhatCameBeforeTheByteThatThrew)
             std::string const both = records();
             report(readable(both.substr(0, both.find('|'))));
         });
-        EXPECT_EQ(run.report, std::string(row.thrown) + ' ' + row.record) << "row " << &row - rows;
+        EXPECT_EQ(run.report, row.record) << "row " << &row - rows;
     }
 }
 
-TEST(FailingFacet, OfNumbersMakesAStreamBadThatIsGivenOne)
+TEST(FailingFacet, OfNumbersMakesAStreamBadThatIsGivenOneAndThrowsIfItIsToThrow)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
-        Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoNumbers)});
+    expect_of_each([](Findings& found, StreamOperation const& each, Start start, Result const& without_fault) {
+        std::locale const no_numbers(std::locale::classic(), new NoNumbers);
         bool const fails = needs_numbers(each.example.needs_where_colored);
-        Findings found(each.name);
+        Result const result = perform(each, start, {.locale = no_numbers});
         found.expect(((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
         found.expect(result.bytes.size() < without_fault.bytes.size() || !fails, "everything was written");
         found.expect(starts(without_fault.bytes, result.bytes), "wrote " + readable(result.bytes));
         found.expect(result.thrown.empty(), "threw " + result.thrown);
         found.expect_same_effects(result, without_fault);
-    };
-    EXPECT_EQ(findings(test), "through");
-}
 
-TEST(FailingFacet, OfNumbersThrowsItsExceptionIfTheStreamIsToThrow)
-{
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
-        Result const result = perform(
-            each, start,
-            {.exceptions = std::ios_base::badbit, .locale = std::locale(std::locale::classic(), new NoNumbers)});
-        Findings found(each.name);
-        found.expect(result.thrown == (needs_numbers(each.example.needs_where_colored) ? "std::bad_cast" : ""),
-                     "threw " + result.thrown);
-        found.expect(starts(without_fault.bytes, result.bytes), "wrote " + readable(result.bytes));
-    };
-    EXPECT_EQ(findings(test), "through");
+        Result const thrown = perform(each, start, {.exceptions = std::ios_base::badbit, .locale = no_numbers});
+        found.expect(thrown.thrown == (fails ? "std::bad_cast" : ""), "threw '" + thrown.thrown + "' if it was to");
+        found.expect(starts(without_fault.bytes, thrown.bytes), "wrote " + readable(thrown.bytes));
+    });
 }
 
 // std::endl fails before it writes, whatever the state of the stream; the digits of a number are widened too.
 TEST(FailingFacet, OfCharactersMakesALineEndABadCastAndTheStreamOfANumberBad)
 {
-    auto const test = [](StreamOperation const& each, Start start, Result const& without_fault) {
+    expect_of_each([](Findings& found, StreamOperation const& each, Start start, Result const& without_fault) {
         Result const result = perform(each, start, {.locale = std::locale(std::locale::classic(), new NoWidening)});
         bool const throws = needs_line_ends(each.example.needs_where_colored);
         bool const fails = needs_numbers(each.example.needs_where_colored);
-        Findings found(each.name);
         found.expect(result.thrown == (throws ? "std::bad_cast" : ""), "threw " + result.thrown);
         found.expect(throws || ((result.state & std::ios_base::badbit) != 0) == fails, "the state is wrong");
         found.expect(throws || fails ? starts(without_fault.bytes, result.bytes)
@@ -354,8 +332,7 @@ TEST(FailingFacet, OfCharactersMakesALineEndABadCastAndTheStreamOfANumberBad)
         if (!throws) {
             found.expect_same_effects(result, without_fault);
         }
-    };
-    EXPECT_EQ(findings(test), "through");
+    });
 }
 
 struct Ending {
