@@ -243,7 +243,7 @@ std::vector<Step> examples_with_edges(StreamOperation const& operation)
     return steps;
 }
 
-TEST(StreamModel, SaysWhatEachOperationDoesAtTheEdgesOfItsArguments)
+TEST(StreamModelOfEdges, SaysWhatEachOperationDoesWithTheLeastAndTheMost)
 {
     for (StreamOperation const& each : stream_operations()) {
         std::vector<Step> steps = {{"colorize", "cout"}};
