@@ -117,7 +117,7 @@ std::vector<Step> steps_on(std::string const& stream, std::vector<std::string> c
     return others;
 }
 
-std::vector<Step> const colorized = {{"colorize", "cout"}, {"colorize", "cerr"}};
+std::vector<Step> const colorized = {{"colorize", "cout"}, {"colorize", "cerr"}, {"colorize", "clog"}};
 
 // No operation depends on the luck of the draw: each is performed a few times in each of these places.
 struct Place {
@@ -150,10 +150,7 @@ Place const places[] = {
      steps_on("cout", {"colorize", "thin", "dark", "italic", "underline", "blink", "reverse", "red", "on_blue"}),
      {"cout", "text"}},
     {"OnATerminalWithoutColorize", {}, {}, {"cout", "cerr", "cout"}},
-    {"OnStandardErrorAlone",
-     {Sink::pipe, Sink::terminal},
-     steps_on("clog", {"colorize"}, colorized),
-     {"cerr", "cout", "clog", "cout"}},
+    {"OnStandardErrorAlone", {Sink::pipe, Sink::terminal}, colorized, {"cerr", "cout", "clog", "cout"}},
     {"InAPipe", {Sink::pipe, Sink::pipe}, colorized, {"cout", "cerr"}},
     {"InFiles", {Sink::file, Sink::file}, colorized, {"cout", "cerr"}},
     {"InAStringStream", {}, {{"colorize", "text"}, {"std::setw", "text", {3}}}, {"text", "second", "text"}},
@@ -274,7 +271,7 @@ std::vector<std::string> const indicator = {"#", ".", "[", "]", "abcdefg", "!"};
 std::vector<Family> const families = {
     {"ColorModes",
      {},
-     {},
+     colorized,
      4,
      steps_on("cout", {"open UseColorMode", "open NoColorMode", "push", "colorize", "nocolorize"},
               steps_on("text", {"push"}, closing))},

@@ -1,5 +1,6 @@
 #include "kestry/hueline_stream.hpp"
 
+#include "support/buffers.hpp"
 #include "support/testing.hpp"
 #include "support/writes.hpp"
 
@@ -12,7 +13,6 @@ using namespace kestry::Hueline;
 
 std::string const bar_frames = "|/-\\";
 std::string const hash = "#";
-std::string const completed = "completed";
 
 // What a string stream receives in a fresh process, which may use two seconds of processor time.
 std::string drawn(std::function<void(std::ostream&)> const& body)
@@ -170,20 +170,29 @@ TEST(ProgressMeter, MeasuresThePositionAgainstTheWidth)
     }
 }
 
-TEST(Indicator, ReachesAnUnbufferedStreamInOneWriteForEachText)
+TEST(Indicator, ReachesAnUnbufferedStreamInOneWrite)
 {
-    auto const writes = [](auto const& indicator) { return writes_to(STDERR_FILENO, [&] { std::cerr << indicator; }); };
     EXPECT_EQ(writes_to(STDERR_FILENO, [] { std::cerr << 'a' << 'b'; }),
               "[a][b]"); // so that a write can be told at all
-    EXPECT_EQ(writes(status_line{0, 0, 4, hash, ".", "{", "}", "", ""}), "[{....}]");
-    EXPECT_EQ(writes(progress_meter{1, 0, 2, completed, "(", ")", "before "}), "[(completed before ][50][%)]");
+    EXPECT_EQ(writes_to(STDERR_FILENO, [] { std::cerr << status_line{0, 0, 4, hash, ".", "{", "}", "", ""}; }),
+              "[{....}]");
+}
 
+TEST(Indicator, IsInsertedInOnePieceBeforeAndAfterANumberAsLongAsItFits)
+{
+    auto const pieces = [](auto const& indicator) {
+        Journal journal;
+        std::ostream(&journal) << indicator;
+        return journal.text;
+    };
+    std::string const completed = "completed";
+    EXPECT_EQ(pieces(progress_meter{1, 0, 2, completed, "(", ")", "before "}), "[(completed before ][50][%)]");
     std::string const full(8191, 'x');
-    EXPECT_TRUE(writes(spinner{"/", full}) == "[" + full + "/]");
-    EXPECT_TRUE(writes(spinner{"/", full + "y"}) == "[" + full + "y][/]"); // too long for one
-    EXPECT_TRUE(writes(spinner{"", full + "yz"}) == "[" + full + "yz]");
+    EXPECT_TRUE(pieces(spinner{"/", full}) == "[" + full + "/]");
+    EXPECT_TRUE(pieces(spinner{"/", full + "y"}) == "[" + full + "y][/]"); // too long for one
+    EXPECT_TRUE(pieces(spinner{"", full + "yz"}) == "[" + full + "yz]");
     std::string const cell = "sixteen letters!";
-    EXPECT_TRUE(writes(status_line{512, 0, 512, cell, "", "", "", "", ""}) == "[" + repeated(cell, 512) + "]");
+    EXPECT_TRUE(pieces(status_line{512, 0, 512, cell, "", "", "", "", ""}) == "[" + repeated(cell, 512) + "]");
 }
 
 } // namespace
