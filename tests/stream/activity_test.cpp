@@ -42,8 +42,8 @@ TEST(Spinner, CountsPastSixteenBits)
 {
     EXPECT_EQ(drawn([](std::ostream& os) {
                   std::string const digits = "0123456789";
+                  std::ostringstream elsewhere;
                   for (int i = 1; i <= 65537; ++i) {
-                      std::ostringstream elsewhere;
                       (i == 256 || i >= 65536 ? os : elsewhere) << spinner{digits, ""};
                   }
               }),
