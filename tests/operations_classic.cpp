@@ -14,9 +14,7 @@ namespace {
 using namespace kestry;
 using Row = ClassicOperation;
 
-// ---------------------------------------------------------------------------------------------
 // How it is applied
-// ---------------------------------------------------------------------------------------------
 
 template <std::string (*function)()>
 void of_nothing(ClassicProgram& p, Step const&)
@@ -53,9 +51,7 @@ std::unique_ptr<Hueline> copy_of(Hueline const& object)
     return std::make_unique<Hueline>(object);
 }
 
-// ---------------------------------------------------------------------------------------------
 // What comes of it
-// ---------------------------------------------------------------------------------------------
 
 std::string const words = "a text of thirty-two characters.";
 
@@ -70,9 +66,7 @@ Example gives_sequence(std::string const& sequence, std::vector<int> const& numb
     return gives(sequence, "", numbers);
 }
 
-// ---------------------------------------------------------------------------------------------
 // Rows
-// ---------------------------------------------------------------------------------------------
 
 std::string const scope = "kestry::";
 

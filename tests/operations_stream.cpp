@@ -17,9 +17,7 @@ namespace {
 using namespace kestry::Hueline;
 using Row = StreamOperation;
 
-// ---------------------------------------------------------------------------------------------
 // How it is applied
-// ---------------------------------------------------------------------------------------------
 
 template <class Value>
 void put(StreamProgram& p, Value const& value)
@@ -77,9 +75,7 @@ void open_guard(StreamProgram& p, Step const&)
     p.guards.push_back(std::make_shared<Guard>());
 }
 
-// ---------------------------------------------------------------------------------------------
 // What it is exported as
-// ---------------------------------------------------------------------------------------------
 
 std::string const scope = "kestry::Hueline::";
 
@@ -103,9 +99,7 @@ std::vector<std::string> dump_symbols(std::string const& parameters)
     return {scope + "HexDump::HexDump(" + parameters + ")", insertion_symbol("HexDump").front()};
 }
 
-// ---------------------------------------------------------------------------------------------
 // What comes of it
-// ---------------------------------------------------------------------------------------------
 
 // Past the record.
 Example writes(std::string const& colored, std::string const& plain_text = "")
@@ -200,9 +194,7 @@ Example needing(Example example, Needs where_plain, Needs where_colored)
     return example;
 }
 
-// ---------------------------------------------------------------------------------------------
 // Rows
-// ---------------------------------------------------------------------------------------------
 
 template <std::ostream& (*inserted)(std::ostream&)>
 Row manipulator(int number, std::string const& name, Example const& example, int weight = 4)

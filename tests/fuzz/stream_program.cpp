@@ -66,7 +66,7 @@ private:
     int sync() override
     {
         empty();
-        if (records && !received.empty() && received.back() != flush_mark) {
+        if (records && !received.ends_with(flush_mark)) {
             received += flush_mark;
         }
         return 0;

@@ -192,9 +192,7 @@ void ClassicModel::act(Step const& step)
     }
 }
 
-// ---------------------------------------------------------------------------------------------
 // Objects
-// ---------------------------------------------------------------------------------------------
 
 // The first object is always there.
 ModelObject& ClassicModel::object(Step const& step)
@@ -235,9 +233,7 @@ void ClassicModel::unflip(ModelObject const& unflipped)
     use_color = unflipped.saved_color;
 }
 
-// ---------------------------------------------------------------------------------------------
 // Codes
-// ---------------------------------------------------------------------------------------------
 
 std::string ClassicModel::sequence(long long code) const
 {
@@ -270,9 +266,7 @@ std::string ClassicModel::bright(int code, std::string const& decorated) const
     return sequence(1) + colored(code, decorated) + sequence(2);
 }
 
-// ---------------------------------------------------------------------------------------------
 // Hex dumps and time
-// ---------------------------------------------------------------------------------------------
 
 std::string ClassicModel::byte_dump(std::string const& bytes, std::string const& separator) const
 {

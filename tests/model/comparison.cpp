@@ -168,7 +168,9 @@ std::string to_text(Step const& step)
         arguments.push_back(std::to_string(number));
     }
     for (std::string const& text : step.texts) {
-        arguments.push_back(quoted(text));
+        bool const is_long = text.size() > 200;
+        arguments.push_back(is_long ? quoted(text.substr(0, 200)) + "... (" + std::to_string(text.size()) + " bytes)"
+                                    : quoted(text));
     }
     return (step.on.empty() ? "" : step.on + ": ") + step.operation +
            (arguments.empty() ? "" : '{' + joined(arguments, ", ") + '}');

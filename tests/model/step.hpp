@@ -59,6 +59,12 @@ void add_format(Facts& facts, std::string const& name, std::ostream& os);
 /// Stands for a flush in what a stream has received: a byte that no text of the tests holds.
 inline constexpr char flush_mark = '\f';
 
+/// Ends each piece of what a stream without a buffer has received: there each is a system call.
+inline constexpr char piece_mark = '\x1d';
+
+/// What is marked in what a stream has received. Flushes with nothing between them are one.
+enum class Marks { nothing, flushes, pieces };
+
 /// What action throws, in words.
 template <class Action>
 std::string thrown_by(Action const& action)

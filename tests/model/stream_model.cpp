@@ -100,12 +100,10 @@ bool is_composed(std::string const& operation)
 
 } // namespace
 
-// ---------------------------------------------------------------------------------------------
 // Sinks
-// ---------------------------------------------------------------------------------------------
 
-ModelSink::ModelSink(bool takes_bytes, bool buffered, bool records_flushes)
-    : takes(takes_bytes), buffers(buffered), records(records_flushes)
+ModelSink::ModelSink(bool takes_bytes, bool buffered, Marks marked)
+    : takes(takes_bytes), buffers(buffered), marks(marked)
 {}
 
 void ModelSink::print(std::string const& printed)
@@ -137,13 +135,15 @@ ModelSink::int_type ModelSink::overflow(int_type c)
 std::streamsize ModelSink::xsputn(char const* bytes, std::streamsize size)
 {
     used = used || size > 0;
-    if (size == 0 || (!takes && !buffers)) {
-        return 0;
-    }
-    std::string const text(bytes, static_cast<std::size_t>(size));
+    std::string const text(bytes, takes || buffers ? static_cast<std::size_t>(size) : 0);
     received += text;
-    print(text);
-    return size;
+    if (marks == Marks::pieces) {
+        received += piece_mark;
+    }
+    if (!text.empty()) {
+        print(text);
+    }
+    return static_cast<std::streamsize>(text.size());
 }
 
 int ModelSink::sync()
@@ -151,15 +151,13 @@ int ModelSink::sync()
     if (pending) {
         return -1;
     }
-    if (records && !received.empty() && received.back() != flush_mark) {
+    if (marks == Marks::flushes && !received.ends_with(flush_mark)) {
         received += flush_mark;
     }
     return 0;
 }
 
-// ---------------------------------------------------------------------------------------------
 // Steps
-// ---------------------------------------------------------------------------------------------
 
 namespace {
 
@@ -167,9 +165,9 @@ bool takes_bytes(Sink sink) { return sink != Sink::closed && sink != Sink::full;
 
 } // namespace
 
-StreamModel::StreamModel(Sinks sinks)
+StreamModel::StreamModel(Sinks sinks, Marks marks_on_standard_error)
     : out_is_terminal(sinks.out == Sink::terminal), err_is_terminal(sinks.err == Sink::terminal),
-      out(takes_bytes(sinks.out), true, true), err(takes_bytes(sinks.err), false, false)
+      out(takes_bytes(sinks.out), true, Marks::flushes), err(takes_bytes(sinks.err), false, marks_on_standard_error)
 {
     cerr.os.setf(std::ios_base::unitbuf);
     cerr.os.tie(&cout.os);
@@ -453,9 +451,7 @@ void StreamModel::act(ModelStream& s, Step const& step)
     }
 }
 
-// ---------------------------------------------------------------------------------------------
 // Mode switches
-// ---------------------------------------------------------------------------------------------
 
 bool StreamModel::gate(ModelStream& s)
 {
@@ -530,9 +526,7 @@ void StreamModel::close_guard(int which)
     guards.erase(guard);
 }
 
-// ---------------------------------------------------------------------------------------------
 // Composition
-// ---------------------------------------------------------------------------------------------
 
 void StreamModel::compose(ModelStream& s)
 {
@@ -555,8 +549,11 @@ void StreamModel::compose(ModelStream& s)
     if (current.reverse) {
         insert(s, "\x1b[7m");
     }
-    insert(s, current.foreground);
-    insert(s, current.background);
+    for (std::string const& color : {current.foreground, current.background}) {
+        if (!color.empty()) {
+            insert(s, color);
+        }
+    }
 }
 
 void StreamModel::adjust(ModelStream& s)
@@ -596,9 +593,7 @@ void StreamModel::reset(ModelStream& s)
     current = ModelAttributes{};
 }
 
-// ---------------------------------------------------------------------------------------------
 // Named manipulators
-// ---------------------------------------------------------------------------------------------
 
 void StreamModel::flag_then_gate(ModelStream& s, bool ModelAttributes::*flag, bool value)
 {
@@ -647,9 +642,7 @@ void StreamModel::next(ModelStream& s, int index, bool on_background)
     }
 }
 
-// ---------------------------------------------------------------------------------------------
 // Control sequences
-// ---------------------------------------------------------------------------------------------
 
 void StreamModel::fixed_control(ModelStream& s, std::string const& sequence)
 {
@@ -691,9 +684,7 @@ void StreamModel::delay(ModelStream& s, int ms)
     } while (elapsed < ms);
 }
 
-// ---------------------------------------------------------------------------------------------
 // Activity indicators
-// ---------------------------------------------------------------------------------------------
 
 std::string StreamModel::spinner_frame(std::string const& frames, std::string const& label)
 {
@@ -744,9 +735,7 @@ void StreamModel::progress_meter(ModelStream& s, Step const& step)
     write(s, "%" + after);
 }
 
-// ---------------------------------------------------------------------------------------------
 // Hex dumps and themes
-// ---------------------------------------------------------------------------------------------
 
 std::string StreamModel::byte_dump(std::string const& bytes, std::string const& separator) const
 {
@@ -777,9 +766,7 @@ void StreamModel::themed(ModelStream& s, std::string const& style, Step const& s
     }
 }
 
-// ---------------------------------------------------------------------------------------------
 // Demonstrations
-// ---------------------------------------------------------------------------------------------
 
 void StreamModel::lines(ModelStream& s, std::vector<std::string> const& texts)
 {
@@ -1017,7 +1004,9 @@ void StreamModel::banner(ModelStream& s)
     foreground(s, "\x1b[32m");
     lines(s, {"Kestry Hueline Library (Hueline)"});
     flag_then_gate(s, &ModelAttributes::bold, false);
-    lines(s, {"hueline version 0.2.2-r0 <hueline@kestry.example>"});
+    insert(s, "hueline version ");
+    insert(s, "0.2.2-r0");
+    lines(s, {" <hueline@kestry.example>"});
     flag_then_gate(s, &ModelAttributes::lite, false);
     lines(s, {"Copyright (C) 2026 Kestry. All rights reserved."});
     flag_then_gate(s, &ModelAttributes::lite, true);

@@ -27,14 +27,14 @@ class ModelSink : public std::streambuf {
 public:
     /// buffered: the descriptor is written to when the buffer is flushed, else at once. One that does
     /// not take bytes fails then.
-    ModelSink(bool takes_bytes, bool buffered, bool records_flushes);
+    ModelSink(bool takes_bytes, bool buffered, Marks marked);
 
     /// Bytes that come from printf, and so past every stream.
     void print(std::string const& text);
 
     std::string take_arrived();  ///< What the descriptor has received since the last call.
     bool take_used();            ///< Whether any byte has come, even in vain, since the last call.
-    std::string take_received(); ///< What the streams have written since the last call, with flushes.
+    std::string take_received(); ///< What the streams have written since the last call, with its marks.
 
 private:
     int_type overflow(int_type c) override;
@@ -43,7 +43,7 @@ private:
 
     bool takes;
     bool buffers;
-    bool records;
+    Marks marks;
     bool pending = false;
     bool used = false;
     std::string arrived;
@@ -78,7 +78,8 @@ struct ModelAttributes {
 
 class StreamModel {
 public:
-    explicit StreamModel(Sinks sinks);
+    /// marks_on_standard_error: flushes there are not told, pieces if that is what is marked.
+    explicit StreamModel(Sinks sinks, Marks marks_on_standard_error = Marks::nothing);
 
     /// Follows a step and says what has to be seen after it.
     Seen perform(Step const& step);
@@ -148,7 +149,7 @@ private:
     bool err_is_terminal;
     ModelSink out;
     ModelSink err;
-    ModelSink memory{true, false, true};
+    ModelSink memory{true, false, Marks::flushes};
     ModelStream cout{"cout", out};
     ModelStream cerr{"cerr", err};
     ModelStream clog{"clog", err};

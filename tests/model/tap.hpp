@@ -14,8 +14,7 @@ namespace hueline::test {
 /// Stands between a stream and its buffer. Where the buffer fails, it fails.
 class Tap : public std::streambuf {
 public:
-    /// records_flushes: flush_mark is received for each flush that follows bytes.
-    Tap(std::ostream& tapped, bool records_flushes) : stream(tapped), behind(tapped.rdbuf()), records(records_flushes)
+    Tap(std::ostream& tapped, Marks marked) : stream(tapped), behind(tapped.rdbuf()), marks(marked)
     {
         stream.std::ios::rdbuf(this);
     }
@@ -37,13 +36,16 @@ private:
     {
         std::streamsize const taken = behind->sputn(text, size);
         received.append(text, static_cast<std::size_t>(taken));
+        if (marks == Marks::pieces) {
+            received += piece_mark;
+        }
         return taken;
     }
 
     int sync() override
     {
         int const result = behind->pubsync();
-        if (result == 0 && records && !received.empty() && received.back() != flush_mark) {
+        if (result == 0 && marks == Marks::flushes && !received.ends_with(flush_mark)) {
             received += flush_mark;
         }
         return result;
@@ -51,7 +53,7 @@ private:
 
     std::ostream& stream;
     std::streambuf* behind;
-    bool records;
+    Marks marks;
     std::string received;
 };
 

@@ -51,10 +51,6 @@ bool writes_or_copies(StreamOperation const& operation)
            operation.name == "pull";
 }
 
-// ---------------------------------------------------------------------------------------------
-// Children
-// ---------------------------------------------------------------------------------------------
-
 SmallBuffer buffer;
 
 // The record and the saved record, the format of std::cout and the modes, in this order, since asking
@@ -169,10 +165,6 @@ void fail_each(Case const& tested, bool lasting)
         EXPECT_EQ(run(tested, {n, lasting}, Ask::next_call).said, plenty.next_call) << "allocation " << n;
     }
 }
-
-// ---------------------------------------------------------------------------------------------
-// Tests
-// ---------------------------------------------------------------------------------------------
 
 struct Record {
     std::string name;

@@ -1,4 +1,4 @@
-// Standard output and standard error that are full, closed, or a terminal or a reader that goes away.
+// Standard output that is closed as a file, or a terminal or a reader that goes away.
 
 #include "kestry/hueline_stream.hpp"
 
@@ -18,95 +18,23 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-// ---------------------------------------------------------------------------------------------
-// A full device
-// ---------------------------------------------------------------------------------------------
-
-TEST(FullDevice, GetsTheTextAloneAndMakesTheStreamBad)
+TEST(ClosedStdout, GetsNoColorAndNoCodeGridAndLeavesStandardErrorAsItIs)
 {
-    auto const run = run_with({Sink::full, Sink::terminal}, [] {
-        std::cout << colorize << red << "text" << std::flush;
-        report(std::cout.bad() ? "bad " : "good ");
-        std::cout.clear();
+    auto const run = on_terminal([] {
+        std::cout << colorize;
+        std::cerr << colorize;
+        std::fclose(stdout);
         apply_all_examples(std::cout);
-        report(std::cout.bad() ? "bad" : "good");
-    });
-    EXPECT_EQ(run.report, "bad bad");
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.err, "");
-}
-
-TEST(FullDevice, MakesStandardErrorBadAtOnceAndClogAtItsFlush)
-{
-    auto const run = run_with({Sink::terminal, Sink::full}, [] {
-        std::cerr << colorize << red << csi::cr;
-        report(std::cerr.bad() ? "bad " : "good ");
-        std::clog << colorize << HexDump('A') << std::flush;
-        report(std::clog.bad() ? "bad " : "good ");
-        std::cout << colorize << red;
-    });
-    EXPECT_EQ(run.report, "bad bad ");
-    EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31m)");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST(FullDevice, TakesNoCodeGridAndLeavesTheOtherStreamAsItIs)
-{
-    auto const run = run_with({Sink::full, Sink::terminal}, [] {
-        std::cerr << colorize << test_pattern_supported_m_codes << red;
+        report(_isUsingColor() ? "colour " : "plain ");
+        std::cerr << reset << "|" << test_pattern_supported_m_codes << red;
         report(std::cerr.good() ? "good" : "bad");
     });
-    EXPECT_EQ(run.report, "good");
-    EXPECT_EQ(readable(run.err), R"(\e[00m\e[25hreset colorize \e[00m\e[1m\e[2mdark \e[00m\e[2mthin \n)"
+    EXPECT_EQ(run.report, "plain good");
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(readable(run.err), R"(\e[00m\e[25h|\e[00m\e[25hreset colorize \e[00m\e[1m\e[2mdark \e[00m\e[2mthin \n)"
                                  R"( first 108 m codes: \n\n\e[00m\e[2m\e[31m)");
-}
-
-// ---------------------------------------------------------------------------------------------
-// Closed descriptors
-// ---------------------------------------------------------------------------------------------
-
-TEST(ClosedDescriptors, GetNoColorFromAnyOperation)
-{
-    auto const run = run_with({Sink::closed, Sink::closed}, [] {
-        UseColorMode const forced;
-        std::cerr << colorize;
-        apply_all_examples(std::cout);
-        apply_all_examples(std::cerr);
-        std::clog << colorize;
-        apply_all_examples(std::clog);
-        std::cout << colorize << color_mode_state;
-        report(std::cout.bad() ? "bad" : "good");
-    });
-    EXPECT_EQ(run.report, "bad");
     EXPECT_EQ(run.status, 0);
 }
-
-TEST(ClosedDescriptors, AreNoTerminalAndLeaveErrno)
-{
-    auto const run = run_with({Sink::closed, Sink::closed}, [] {
-        std::cout << colorize;
-        errno = ENOENT;
-        std::cout << red;
-        report(_isUsingColor() ? "colour " : "plain ");
-        report(errno == ENOENT ? "kept" : "changed");
-    });
-    EXPECT_EQ(run.report, "plain kept");
-}
-
-// The gate asks anew each time.
-TEST(ClosedDescriptors, GetColorOnceATerminalIsOpenedThere)
-{
-    auto const run = run_with({Sink::closed, Sink::terminal}, [] {
-        std::cout << colorize << red;
-        dup2(STDERR_FILENO, STDOUT_FILENO);
-        std::cout << red << std::flush;
-    });
-    EXPECT_EQ(readable(run.err), R"(\e[00m\e[1m\e[31m)");
-}
-
-// ---------------------------------------------------------------------------------------------
-// Readers that go away
-// ---------------------------------------------------------------------------------------------
 
 // The read end of the pipe is closed already.
 void write_to_nobody()
@@ -140,41 +68,6 @@ TEST(PipeWithoutReader, MakesTheStreamBadIfTheSignalIsIgnored)
     EXPECT_EQ(run.report, "bad");
     EXPECT_EQ(run.status, 0);
 }
-
-// ---------------------------------------------------------------------------------------------
-// fclose
-// ---------------------------------------------------------------------------------------------
-
-TEST(ClosedStdout, GetsNoColor)
-{
-    auto const run = on_terminal([] {
-        std::cout << colorize;
-        std::fclose(stdout);
-        apply_all_examples(std::cout);
-        report(_isUsingColor() ? "colour" : "plain");
-    });
-    EXPECT_EQ(run.report, "plain");
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.status, 0);
-}
-
-TEST(ClosedStdout, TakesNoCodeGridAndLeavesStandardErrorAsItIs)
-{
-    auto const run = on_terminal([] {
-        std::cerr << colorize;
-        std::fclose(stdout);
-        std::cerr << test_pattern_supported_m_codes << red;
-        report(std::cerr.good() ? "good" : "bad");
-    });
-    EXPECT_EQ(run.report, "good");
-    EXPECT_EQ(run.out, "");
-    EXPECT_EQ(readable(run.err), R"(\e[00m\e[25hreset colorize \e[00m\e[1m\e[2mdark \e[00m\e[2mthin \n)"
-                                 R"( first 108 m codes: \n\n\e[00m\e[2m\e[31m)");
-}
-
-// ---------------------------------------------------------------------------------------------
-// Terminals that hang up
-// ---------------------------------------------------------------------------------------------
 
 // A terminal as standard output of this process, whose other end is closed, as by a person who closes
 // its window, after so many flushes of std::cout.

@@ -1,30 +1,20 @@
 // What a person sees of the demonstrations, on wide and on narrow screens.
 
-#include "kestry/hueline_stream.hpp"
-
-#include "support/look.hpp"
-#include "support/clock.hpp"
-#include "support/screen.hpp"
-#include "support/testing.hpp"
+#include "stream_bytes.hpp"
 
 namespace {
 
 using namespace hueline::test;
 using namespace kestry::Hueline;
 
-using Rows = std::vector<std::string>;
-
-std::string bytes_of(std::ostream& (*demonstration)(std::ostream&))
+Screen screen_of(std::ostream& (*demonstration)(std::ostream&), int rows = 24, int cols = 80)
 {
-    auto const run = on_terminal([&] {
-        let_waits_end_at_once();
-        std::cout << colorize << demonstration;
-    });
-    EXPECT_EQ(run.status, 0) << run.report;
-    return run.out;
+    return screen_after([=](std::ostream& os) { os << demonstration; }, rows, cols);
 }
 
-// The look of a code in the grid, whose first row is that row of the screen.
+std::string const colors[] = {"black", "red", "green", "yellow", "blue", "magenta", "cyan", "white"};
+
+// The look of a code in the grid.
 struct SeenCode {
     int code;
     char const* look;
@@ -46,7 +36,7 @@ SeenCode const codes[] = {
 
 TEST(SupportedMCodesSeen, InTheirLooks)
 {
-    Screen const screen(bytes_of(test_pattern_supported_m_codes));
+    Screen const screen = screen_of(test_pattern_supported_m_codes);
     EXPECT_EQ(rows_of(screen, 2), (Rows{"reset colorize {bold}dark {}thin", " first 108 m codes:"}));
     for (SeenCode const& seen : codes) {
         int const row = 2 + seen.code / 10;
@@ -56,23 +46,9 @@ TEST(SupportedMCodesSeen, InTheirLooks)
     }
 }
 
-TEST(SupportedMCodesSeen, FiveInARowOfANarrowScreen)
-{
-    Screen const screen(bytes_of(test_pattern_supported_m_codes), 40, 20);
-    EXPECT_EQ(rows_of(screen, 2, 20), (Rows{"reset colorize {bold}dark ", "thin"}));
-    EXPECT_EQ(screen.text(2), " first 108 m codes:");
-    EXPECT_EQ(screen.text(3), "   0   1   2   3   4");
-    EXPECT_EQ(screen.text(4), "   5   6   7   8   9");
-    EXPECT_EQ(screen.text(24), " 105 106 107 108");
-    for (SeenCode const& seen : codes) {
-        EXPECT_EQ(look_of(screen.cell(3 + seen.code / 5, seen.code % 5 * 4 + 3)), seen.look) << seen.code;
-    }
-    EXPECT_EQ(screen.cursor(), (Position{26, 0}));
-}
-
 TEST(NormalResetSeen, InFull)
 {
-    Screen const screen(bytes_of(test_pattern_normal_reset));
+    Screen const screen = screen_of(test_pattern_normal_reset);
     EXPECT_EQ(rows_of(screen, 19), (Rows{
                                        "reset colorize {bold}dark {}thin",
                                        "{white}white {white on red}on_red ",
@@ -101,7 +77,7 @@ TEST(MatrixSeen, OnScreensOfAnyWidth)
 {
     // Two lines of 23 cells at most, and then lines that start with 14 cells in white on black and have eight names
     // of 11 cells.
-    std::string const bytes = bytes_of(test_pattern_matrix);
+    std::string const bytes = bytes_of([](std::ostream& os) { os << test_pattern_matrix; });
     for (int const cols : {102, 80, 20}) {
         Screen const screen(bytes, 80, cols);
         int const first_row = cols < 23 ? 4 : 2;
@@ -112,63 +88,60 @@ TEST(MatrixSeen, OnScreensOfAnyWidth)
             };
             EXPECT_EQ(look_of(cell(1)), "white on black bold") << b;
             for (int f = 0; f < 8; ++f) {
-                EXPECT_EQ(cell(14 + 11 * f + 1).character,
-                          std::string("brgybmcw").substr(static_cast<std::size_t>(f), 1));
-                EXPECT_EQ(cell(14 + 11 * f + 1).foreground.index, f) << b << " " << f;
-                EXPECT_EQ(cell(14 + 11 * f + 10).background.index, b) << b << " " << f;
+                EXPECT_EQ(cell(14 + 11 * f + 1).character, colors[f].substr(0, 1)) << b;
+                EXPECT_EQ(look_of(cell(14 + 11 * f + 10)), colors[f] + " on " + colors[b] + " bold");
             }
         }
     }
 }
 
-// The two passes of the greys: the first is bold.
-void expect_greys(Screen const& screen, int first_row, int cells_in_a_row, bool bold)
+TEST(PaletteSeen, InItsColors)
 {
-    int const rows_of_a_line = (12 + cells_in_a_row - 1) / cells_in_a_row;
+    Screen const screen = screen_of(test_pattern_256bit, 24, 100);
+    for (int b = 0; b < 16; ++b) {
+        int const row = b < 8 ? 2 + b : 4 + b; // below a heading of two lines each
+        EXPECT_EQ(screen.text(row), "color     color     color     color     color     color     color     color") << b;
+        for (int f = 0; f < 8; ++f) {
+            std::string const bright = b < 8 ? "" : "bright ";
+            EXPECT_EQ(look_of(screen.cell(row, 10 * f)), bright + colors[f] + " on " + bright + colors[b % 8]) << b;
+        }
+    }
+    EXPECT_EQ(screen.cursor(), (Position{21, 0}));
+}
+
+// One of the two passes of the greys: the first is bold.
+void expect_greys(Screen const& screen, int first_row, bool bold)
+{
     for (int b = 0; b < 8; ++b) {
         for (int grey = 0; grey < 24; ++grey) {
-            int const line = first_row + (2 * b + grey / 12) * rows_of_a_line;
-            int const row = line + grey % 12 / cells_in_a_row;
-            int const col = grey % 12 % cells_in_a_row * 4;
-            for (int i = 0; i < 4; ++i) {
-                Cell const cell = screen.cell(row, col + i);
-                EXPECT_EQ(cell.foreground.index, 232 + grey) << row << " " << col;
-                EXPECT_EQ(cell.background.index, b) << row << " " << col;
-                EXPECT_EQ(cell.bold, bold) << row << " " << col;
+            int const row = first_row + 2 * b + grey / 12;
+            std::string text;
+            for (int col = grey % 12 * 4; col < grey % 12 * 4 + 4; ++col) {
+                Cell const cell = screen.cell(row, col);
+                text += cell.character;
+                EXPECT_EQ(look_of(cell), std::to_string(232 + grey) + " on " + colors[b] + (bold ? " bold" : ""))
+                    << row << " " << col;
             }
-            EXPECT_EQ(screen.cell(row, col).character, " ");
-            EXPECT_EQ(screen.cell(row, col + 1).character, grey < 8 ? "e" : "f");
-            EXPECT_EQ(screen.cell(row, col + 2).character,
-                      std::string("89abcdef0123456789abcdef").substr(static_cast<std::size_t>(grey), 1));
+            char const digit = "89abcdef0123456789abcdef"[grey];
+            EXPECT_EQ(text, std::string(grey < 8 ? " e" : " f") + digit + " ") << row;
         }
     }
 }
 
 TEST(GreyscaleSeen, InItsColors)
 {
-    Screen const screen(bytes_of(test_pattern_greyscale), 40, 80);
+    Screen const screen = screen_of(test_pattern_greyscale, 40, 80);
     EXPECT_EQ(row_of(screen, 0), "reset colorize  232-255:  grayscale from black to white in 24 steps");
-    expect_greys(screen, 1, 12, true);
+    expect_greys(screen, 1, true);
     EXPECT_EQ(row_of(screen, 17), "reset colorize {bold}dark {}thin");
     EXPECT_EQ(row_of(screen, 18), " 232-255:  grayscale from black to white in 24 steps");
-    expect_greys(screen, 19, 12, false);
+    expect_greys(screen, 19, false);
     EXPECT_EQ(screen.cursor(), (Position{35, 0}));
-}
-
-TEST(GreyscaleSeen, OnANarrowScreen)
-{
-    Screen const screen(bytes_of(test_pattern_greyscale), 120, 20);
-    EXPECT_EQ(rows_of(screen, 4, 20),
-              (Rows{"reset colorize  232-", "255:  grayscale from", " black to white in 2", "4 steps"}));
-    expect_greys(screen, 4, 5, true);
-    EXPECT_EQ(row_of(screen, 4 + 48, 20), "reset colorize {bold}dark ");
-    EXPECT_EQ(row_of(screen, 4 + 49, 20), "thin");
-    expect_greys(screen, 4 + 50 + 3, 5, false);
 }
 
 TEST(CubeSeen, InItsColors)
 {
-    Screen const screen(bytes_of(test_pattern_rgb), 110, 90);
+    Screen const screen = screen_of(test_pattern_rgb, 110, 90);
     EXPECT_EQ(row_of(screen, 0, 90), "reset colorize {bold}dark {}thin");
     EXPECT_EQ(row_of(screen, 1, 90), "16-231:  6 × 6 × 6 cube (216 colors): 16 + 36 × r + 6 × g + b (0 ≤ r, g, b ≤ 5)");
     EXPECT_EQ(screen.text(2), "0, 0, 0   0, 0, 1   0, 0, 2   0, 0, 3   0, 0, 4");
@@ -190,95 +163,79 @@ TEST(CubeSeen, InItsColors)
     EXPECT_EQ(screen.cursor(), (Position{99, 0}));
 }
 
-// A bar of 51 cells ends in the second row, where the carriage return leads to its start. That row has scrolled in, and
-// is blank in the colours of the cell that did not fit.
+// After the frame of a number.
+std::string frame_of(std::ostream& (*animation)(std::ostream&), std::size_t number, int row = 0, int cols = 80)
+{
+    std::string const bytes = bytes_of([=](std::ostream& os) { os << animation; });
+    std::vector<std::string_view> const frames = frame_ends(bytes);
+    EXPECT_EQ(frames.size(), 150U);
+    return row_of(Screen(frames.at(number), 24, cols), row, cols);
+}
+
+TEST(StatusLinePatternSeen, FillingItsBar)
+{
+    std::string const opening = "{green on black}[";
+    std::string const closing = "{green on black}]";
+    EXPECT_EQ(frame_of(test_pattern_status_line, 0), opening + "{white on black}" + std::string(49, '.') + closing);
+    EXPECT_EQ(frame_of(test_pattern_status_line, 60), opening + "{cyan on black}" + std::string(20, '#') +
+                                                          "{bright yellow on black}-{white on black}" +
+                                                          std::string(28, '.') + closing);
+    EXPECT_EQ(frame_of(test_pattern_status_line, 149), opening + "{cyan on black}" + std::string(49, '#') + closing);
+}
+
+// A bar of 51 cells ends in the second row, where the carriage return leads to its start.
 TEST(StatusLinePatternSeen, GoesDownAScreenThatIsNarrower)
 {
-    Screen const screen(bytes_of(test_pattern_status_line), 24, 40);
-    std::string const done = "{green on black}[{cyan on black}#######################################";
-    EXPECT_EQ(row_of(screen, 20, 40), done);
-    EXPECT_EQ(row_of(screen, 21, 40), done);
-    EXPECT_EQ(row_of(screen, 22, 40), done);
-    EXPECT_EQ(row_of(screen, 23, 40),
-              "{cyan on black}##########{green on black}]{cyan on black}                             ");
-    EXPECT_EQ(screen.cursor(), (Position{23, 11}));
+    std::string const full_row = "{green on black}[{cyan on black}" + std::string(39, '#');
+    EXPECT_EQ(frame_of(test_pattern_status_line, 149, 22, 40), full_row);
+    EXPECT_EQ(frame_of(test_pattern_status_line, 149, 21, 40), full_row);
 }
 
 TEST(ProgressLinePatternSeen, InPlaceOnANarrowScreen)
 {
-    std::string const bytes = bytes_of(test_pattern_progress_line);
-    std::vector<std::string_view> const frames = frame_ends(bytes);
-    ASSERT_EQ(frames.size(), 150U);
-    auto const row_after = [&](std::size_t frame) { return row_of(Screen(frames[frame], 24, 20), 0, 20); };
-    EXPECT_EQ(row_after(0), "{green on black}({cyan on black}completed {white on black}0%{green on black})");
-    EXPECT_EQ(row_after(74), "{green on black}({cyan on black}completed {white on black}48%{green on black})");
-    EXPECT_EQ(row_after(149), "{green on black}({cyan on black}completed {white on black}100%{green on black})");
+    std::string const start = "{green on black}({cyan on black}completed {white on black}";
+    EXPECT_EQ(frame_of(test_pattern_progress_line, 0, 0, 20), start + "0%{green on black})");
+    EXPECT_EQ(frame_of(test_pattern_progress_line, 74, 0, 20), start + "48%{green on black})");
+    EXPECT_EQ(frame_of(test_pattern_progress_line, 149, 0, 20), start + "100%{green on black})");
 }
 
-TEST(TemplateSeen, AsPlainText)
-{
-    EXPECT_EQ(rows_of(Screen(bytes_of(crossplatform_template)), 6),
-              (Rows{"this is a cross platform template", "there is no need to sudivide this section",
-                    "into Linux and Windows areas as this code", "will run on all platfoms without specific needs",
-                    "for either platform Windows or Linux", ""}));
-    EXPECT_EQ(rows_of(Screen(bytes_of(platformspecific_template)), 6),
-              (Rows{"this is a platform specific template", "externally the interface is the same",
-                    "internally the implementation is specific", "to either Linux in this case",
-                    "or Windows in the below case", ""}));
-}
-
-TEST(TemplateSeen, InTheColorsBeforeItUnlessItIsPlatformspecific)
-{
-    auto const first_row = [](std::ostream& (*text)(std::ostream&)) {
-        auto const run = on_terminal([&] { std::cout << colorize << thin << red << text; });
-        return row_of(Screen(run.out), 0);
-    };
-    EXPECT_EQ(first_row(crossplatform_template), "{red}this is a cross platform template");
-    EXPECT_EQ(first_row(platformspecific_template), "this is a platform specific template");
-}
-
-TEST(TemplateSeen, InWhiteOnGreenWhichStays)
+TEST(TemplateSeen, InTheColorsThatItSetsOrLeaves)
 {
     auto const rows_after = [](std::ostream& (*text)(std::ostream&)) {
-        auto const run = on_terminal([&] { std::cout << colorize << text << "x"; });
-        return rows_of(Screen(run.out), 3);
+        return rows_of(screen_after([=](std::ostream& os) { os << thin << red << text << "x"; }), 3);
     };
+    EXPECT_EQ(rows_after(crossplatform_template).front(), "{red}this is a cross platform template");
+    EXPECT_EQ(rows_after(platformspecific_template).front(), "this is a platform specific template");
     EXPECT_EQ(rows_after(colorized_crossplatform_template),
-              (Rows{"{white on green bold} will only display in color if colorize has been called ",
-                    "{white on green bold} and this works on both Windows and Linux ", "{white on green bold}x"}));
+              (Rows{"{white on green} will only display in color if colorize has been called ",
+                    "{white on green} and this works on both Windows and Linux ", "{white on green}x"}));
     EXPECT_EQ(rows_after(colorized_platformspecific_template),
-              (Rows{"{white on green bold} will display (in Linux) color if colorize ",
-                    "{white on green bold} has been called and this works on Linux ", "{white on green bold}x"}));
+              (Rows{"{white on green} will display (in Linux) color if colorize ",
+                    "{white on green} has been called and this works on Linux ", "{white on green}x"}));
 }
 
-TEST(BannerSeen, OnANarrowScreen)
+TEST(BannerSeen, InItsColors)
 {
-    Screen const screen(bytes_of(build_version), 2000, 20);
-    EXPECT_EQ(rows_of(screen, 11, 20), (Rows{
-                                           "{green bold}Kestry Hueline Libra",
-                                           "{green bold}ry (Hueline)",
-                                           "{green}hueline version 0.2.",
-                                           "{green}2-r0 <hueline@kestry",
-                                           "{green}.example>",
-                                           "{green}Copyright (C) 2026 K",
-                                           "{green}estry. All rights re",
-                                           "{green}served.",
-                                           "{green}Hueline ver. {white}0.2.2-r",
-                                           "{white}0",
-                                           "",
-                                       }));
-    EXPECT_EQ(row_of(screen, 11, 20), "reset colorize {bold}dark ");
-}
-
-// What comes after it has the colours from before it.
-TEST(BannerSeen, GivesBackTheForeground)
-{
-    auto const run = on_terminal([] {
-        let_waits_end_at_once();
-        std::cout << colorize << thin << red << underline << build_version << csi::cls << csi::cup{1, 1};
-        std::cout << adjust << "x";
-    });
-    EXPECT_EQ(look_of(Screen(run.out).cell(0, 0)), "red underline");
+    Screen const screen = screen_of(build_version, 500, 120);
+    EXPECT_EQ(
+        rows_of(screen, 8, 120),
+        (Rows{"{green bold}Kestry Hueline Library (Hueline)",
+              "{green}hueline version 0.2.2-r0 <hueline@kestry.example>",
+              "{green}Copyright (C) 2026 Kestry. All rights reserved.", "{green}Hueline ver. {white}0.2.2-r0", "",
+              "reset colorize {bold}dark {}thin", " first 108 m codes:",
+              "   0{bold}   1{}   2{italic}   3{underline}   4{blink}   5{}   6{reverse}   7{}   8{strike}   9"}));
+    char const* const styles[] = {"bold", "bold", "", "", "italic", "italic underline", "italic underline blink",
+                                  "bold"};
+    int row = 19; // the animations have left nothing
+    for (std::string const style : styles) {
+        EXPECT_EQ(screen.text(row), " no frills mode is off");
+        EXPECT_EQ(look_of(screen.cell(row + 3, 15)), "black on red" + (style.empty() ? "" : " " + style)) << row;
+        row += 11;
+    }
+    EXPECT_EQ(screen.text(row), "reset colorize  232-255:  grayscale from black to white in 24 steps");
+    EXPECT_EQ(screen.text(row + 35), "reset colorize dark thin");
+    EXPECT_EQ(screen.text(row + 37), "0, 0, 0   0, 0, 1   0, 0, 2   0, 0, 3   0, 0, 4");
+    EXPECT_EQ(screen.text(row + 135), " 0-  7:  standard colors (as in ESC [ 30–37 m)");
 }
 
 } // namespace
