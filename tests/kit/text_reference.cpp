@@ -120,10 +120,6 @@ unsigned UnicodeData::width(char32_t code) const { return width_of[code]; }
 
 bool UnicodeData::has_emoji_form(char32_t code) const { return emoji_form[code]; }
 
-// ---------------------------------------------------------------------------------------------
-// Sequences
-// ---------------------------------------------------------------------------------------------
-
 namespace {
 
 // The character at the head, if one is there whose own UTF-8 is what stands there.
@@ -233,10 +229,6 @@ std::vector<Shown> without_sequences(std::string_view bytes)
     }
     return result;
 }
-
-// ---------------------------------------------------------------------------------------------
-// Clusters: the longest match of the expressions of UAX #29, table 1c
-// ---------------------------------------------------------------------------------------------
 
 namespace {
 
