@@ -11,10 +11,6 @@ namespace {
 using namespace hueline::test;
 using namespace kestry::kit;
 
-// ---------------------------------------------------------------------------------------------
-// A terminal that knows SGR
-// ---------------------------------------------------------------------------------------------
-
 struct Pen {
     color foreground = {};
     color background = {};
@@ -51,66 +47,35 @@ void select(std::string_view parameters, Pen& pen, Pen const& around, color_dept
     std::vector<int> const n = numbers(parameters);
     auto const keep = [&](unsigned bits) { pen.attributes = (pen.attributes & ~bits) | (around.attributes & bits); };
     for (std::size_t i = 0; i < n.size(); ++i) {
-        auto const named = [&](int base) { return color{color_kind::named, static_cast<std::uint8_t>(n[i] - base)}; };
+        auto const named = [](int number) { return color{color_kind::named, static_cast<std::uint8_t>(number)}; };
         auto const more = [&] {
             bool const is_palette = n.at(i + 1) == 5;
             color const c = is_palette ? palette(n.at(i + 2)) : rgb(n.at(i + 2), n.at(i + 3), n.at(i + 4));
             i += is_palette ? 2 : 4;
             return reduced(c, depth);
         };
-        switch (n[i]) {
-        case 0:
+        int const code = n[i];
+        auto const bit = [](int attribute) { return 1U << (attribute - (attribute < 6 ? 1 : 2)); };
+        if (code == 0) {
             pen = around;
-            break;
-        case 1:
-        case 2:
-        case 3:
-        case 4:
-        case 5:
-            pen.attributes |= 1U << (n[i] - 1);
-            break;
-        case 7:
-        case 8:
-        case 9:
-            pen.attributes |= 1U << (n[i] - 2);
-            break;
-        case 22:
-            keep(0x03);
-            break;
-        case 23:
-        case 24:
-        case 25:
-            keep(1U << (n[i] - 21));
-            break;
-        case 27:
-        case 28:
-        case 29:
-            keep(1U << (n[i] - 22));
-            break;
-        case 38:
-            pen.foreground = more();
-            break;
-        case 39:
+        } else if (code <= 9 && code != 6) {
+            pen.attributes |= bit(code);
+        } else if (code == 22) {
+            keep(bit(1) | bit(2));
+        } else if (code >= 23 && code <= 29 && code != 26) {
+            keep(bit(code - 20));
+        } else if (code == 38 || code == 48) {
+            (code == 38 ? pen.foreground : pen.background) = more();
+        } else if (code == 39) {
             pen.foreground = around.foreground;
-            break;
-        case 48:
-            pen.background = more();
-            break;
-        case 49:
+        } else if (code == 49) {
             pen.background = around.background;
-            break;
-        default:
-            if (n[i] >= 30 && n[i] <= 37) {
-                pen.foreground = named(30);
-            } else if (n[i] >= 40 && n[i] <= 47) {
-                pen.background = named(40);
-            } else if (n[i] >= 90 && n[i] <= 97) {
-                pen.foreground = named(90 - 8);
-            } else if (n[i] >= 100 && n[i] <= 107) {
-                pen.background = named(100 - 8);
-            } else {
-                ADD_FAILURE() << "SGR " << n[i];
-            }
+        } else if (code >= 30 && code <= 47) {
+            (code < 40 ? pen.foreground : pen.background) = named(code % 10);
+        } else if (code >= 90 && code <= 107 && code % 10 < 8) {
+            (code < 100 ? pen.foreground : pen.background) = named(code % 10 + 8);
+        } else {
+            ADD_FAILURE() << "SGR " << code;
         }
     }
 }
@@ -174,32 +139,27 @@ Shown show(std::string_view bytes, Pen const& at_start)
 
 color_depth const depths[] = {color_depth::none, color_depth::ansi16, color_depth::ansi256, color_depth::truecolor};
 
-// ---------------------------------------------------------------------------------------------
-// All nestings of three
-// ---------------------------------------------------------------------------------------------
-
-style const looks[] = {
-    {},
-    bold,
-    faint,
-    italic,
-    underline,
-    blink,
-    reverse,
-    concealed,
-    crossed_out,
-    fg(red),
-    fg(bright_blue),
-    fg(palette(99)),
-    fg(rgb(1, 200, 3)),
-    fg(default_color),
-    bg(white),
-    bg(rgb(100, 2, 3)),
-    bg(default_color),
-    bold | fg(green),
-    faint | underline | fg(rgb(9, 9, 200)) | bg(bright_yellow),
-    bold | faint | italic | underline | blink | reverse | concealed | crossed_out | fg(black) | bg(palette(20)),
-};
+style const looks[] = {{},
+                       bold,
+                       faint,
+                       italic,
+                       underline,
+                       blink,
+                       reverse,
+                       concealed,
+                       crossed_out,
+                       fg(red),
+                       fg(bright_blue),
+                       fg(palette(99)),
+                       fg(rgb(1, 200, 3)),
+                       fg(default_color),
+                       bg(white),
+                       bg(rgb(100, 2, 3)),
+                       bg(default_color),
+                       bold | fg(green),
+                       faint | underline | fg(rgb(9, 9, 200)) | bg(bright_yellow),
+                       bold | faint | italic | underline | blink | reverse | concealed | crossed_out | fg(black) |
+                           bg(palette(20))};
 
 TEST(Nestings, OfThreeLookAsTheirStylesSay)
 {
@@ -229,10 +189,6 @@ TEST(Nestings, OfThreeLookAsTheirStylesSay)
         }
     }
 }
-
-// ---------------------------------------------------------------------------------------------
-// Random trees, with text that has colours of its own
-// ---------------------------------------------------------------------------------------------
 
 struct Tree {
     style look;
@@ -274,8 +230,7 @@ public:
             "a",          "b c",       "",         "word",     "d\ne",          "\n",
             "f\r\n",      "\x1b[1m",   "\x1b[22m", "\x1b[31m", "\x1b[39m",      "\x1b[m",
             "\x1b[0;3m",  "\x1b[23m",  "\x1b[4m",  "\x1b[24m", "\x1b[48;5;20m", "\x1b[49m",
-            "\x1b[94;1m", "\x1b[2;7m", "\x1b[27m", "\x1b[9m",  "\x1b[29m",      "\x1b[38;2;1;200;3m",
-        };
+            "\x1b[94;1m", "\x1b[2;7m", "\x1b[27m", "\x1b[9m",  "\x1b[29m",      "\x1b[38;2;1;200;3m"};
         std::string made;
         for (std::size_t n = below(5); n != 0; --n) {
             made += parts[below(std::size(parts))];
@@ -362,10 +317,6 @@ TEST(Nestings, AtRandomLookAsTheirStylesSay)
     }
 }
 
-// ---------------------------------------------------------------------------------------------
-// What a person sees
-// ---------------------------------------------------------------------------------------------
-
 // An emulator that knows neither faint nor concealed text.
 void compare(Cell const& cell, Written const& expected, std::string const& where)
 {
@@ -420,10 +371,6 @@ TEST(Nestings, AreSeenAsTheirStylesSay)
     }
     EXPECT_GT(compared, 2000);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Any bytes
-// ---------------------------------------------------------------------------------------------
 
 TEST(AnyBytes, AreStrippedAtNoDepthAsTextIs)
 {
