@@ -28,10 +28,6 @@ std::vector<progress_text> rows(std::vector<std::string> const& texts)
     return made;
 }
 
-// ---------------------------------------------------------------------------------------------
-// Byte by byte
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressFrame, DrawsRowsBelowTheCursorAndReturnsToIt)
 {
     progress_block block;
@@ -180,10 +176,6 @@ TEST(ProgressFrame, TakesLessThan200BytesForOneRowOf50)
     EXPECT_LT(block.frame("", many, tall, 0.5).size(), 200U);
     EXPECT_LT(block.frame("a line above\n", many, tall, 0.5).size(), 200U);
 }
-
-// ---------------------------------------------------------------------------------------------
-// On screens
-// ---------------------------------------------------------------------------------------------
 
 // A terminal that has something on it, and a block below.
 template <typename Terminal>

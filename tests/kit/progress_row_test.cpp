@@ -25,10 +25,6 @@ std::string laid_out(std::string_view layout, progress_facts const& facts, std::
     return lay_out(progress_template(layout), facts, look, columns).text;
 }
 
-// ---------------------------------------------------------------------------------------------
-// Layouts
-// ---------------------------------------------------------------------------------------------
-
 std::string refusal(std::string_view layout)
 {
     try {
@@ -133,10 +129,6 @@ TEST(ProgressLayout, HasADefaultForWhatIsKnown)
     EXPECT_EQ(row(0, unknown), "| name 00:00");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Bars
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressBar, FillsByEighthsOfACell)
 {
     struct Case {
@@ -203,10 +195,6 @@ TEST(ProgressSpinner, Turns)
     EXPECT_EQ(laid_out("{spinner}", facts_of(0, unknown), 80, plain), "⠋");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Width
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressRow, GivesWayFromTheBarToTheMessageToTheKeysOnTheRight)
 {
     progress_facts facts = facts_of(1, 2, "a long message");
@@ -272,10 +260,6 @@ TEST(ProgressRow, CutsWithADotOfUnicodeIfItMay)
     EXPECT_EQ(laid_out("{msg}", facts_of(1, 2, "message"), 4, plain), "mes…");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Colour
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressColor, IsAroundItsKeyAlone)
 {
     progress_facts const facts = facts_of(1, 2, "m");
@@ -304,10 +288,6 @@ TEST(ProgressColor, IsLeftOutWithoutColor)
     EXPECT_EQ(painted(lay_out(progress_template("{msg:.cyan} {bar:5.green}"), facts_of(1, 2, "m"), in_ascii, 80)),
               "m [#>.]");
 }
-
-// ---------------------------------------------------------------------------------------------
-// Changes
-// ---------------------------------------------------------------------------------------------
 
 std::string change(progress_text const& from, progress_text const& to)
 {

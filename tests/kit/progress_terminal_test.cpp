@@ -15,8 +15,6 @@ using namespace kestry::kit::progress;
 using namespace std::chrono_literals;
 using Lines = std::vector<std::string>;
 
-Sinks const on_error_terminal = {Sink::pipe, Sink::terminal};
-
 // Bytes of a frame: it is on the terminal, however long that takes.
 void await_frame(std::string_view with) { await_output(STDERR_FILENO, with); }
 
@@ -39,15 +37,18 @@ void await_that_other_threads_sleep()
     }
 }
 
-void use_environment()
+// Runs the body with an environment that says nothing of progress.
+Outcome run_on(Sink error, std::function<void()> const& body)
 {
-    for (char const* const name : {"CI", "HUELINE_PROGRESS", "LANG", "LC_CTYPE"}) {
-        ::unsetenv(name);
-    }
-    ::setenv("TERM", "xterm", 1);
-    ::setenv("LC_ALL", "C", 1);
-    ::setenv("NO_COLOR", "1", 1);
+    static std::vector<std::string> const changes = {"CI",         "HUELINE_PROGRESS", "LANG",      "LC_CTYPE",
+                                                     "TERM=xterm", "LC_ALL=C",         "NO_COLOR=1"};
+    return run_with({Sink::pipe, error}, [&] {
+        change_environment(changes);
+        body();
+    });
 }
+
+Outcome on_error_terminal(std::function<void()> const& body) { return run_on(Sink::terminal, body); }
 
 bar_options brief(std::string_view message, std::uint64_t length = 10)
 {
@@ -84,14 +85,9 @@ void expect_tidy(Outcome const& run)
     EXPECT_EQ(count(run.err, "\x1b[?25l"), count(run.err, "\x1b[?25h"));
 }
 
-// ---------------------------------------------------------------------------------------------
-// By itself
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressTerminal, DrawsByItselfAndLeavesTheLastRow)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const files = group.add(brief("files"));
         files.inc(4);
@@ -105,8 +101,7 @@ TEST(ProgressTerminal, DrawsByItselfAndLeavesTheLastRow)
 
 TEST(ProgressTerminal, ShowsNothingOfWhatEndsAtOnceButItsLastRow)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         stop_steady_clock();
         multi_progress group;
         bar const files = group.add(brief("files"));
@@ -127,8 +122,7 @@ TEST(ProgressTerminal, WritesLinesWhereItIsNotLive)
                                {Sink::terminal, "TERM", "dumb"},
                                {Sink::terminal, "CI", "true"},
                                {Sink::terminal, "HUELINE_PROGRESS", "plain"}}) {
-        Outcome const run = run_with({Sink::pipe, place.sink}, [&] {
-            use_environment();
+        Outcome const run = run_on(place.sink, [&] {
             ::setenv(place.name, place.value, 1);
             stop_steady_clock();
             multi_progress group;
@@ -151,8 +145,7 @@ TEST(ProgressTerminal, IsLiveOrOffAsTheEnvironmentSays)
                                  {"CI", "false", mode::live},
                                  {"CI", "0", mode::live},
                                  {"CI", "", mode::live}}) {
-        Outcome const run = run_with(on_error_terminal, [&] {
-            use_environment();
+        Outcome const run = on_error_terminal([&] {
             ::setenv(choice.name, choice.value, 1);
             report(multi_progress().shown() == choice.shown ? "yes" : "no");
         });
@@ -169,8 +162,7 @@ TEST(ProgressTerminal, UsesUnicodeAndColorAsTheEnvironmentSays)
     };
     for (Choice const& choice :
          {Choice{"C", "1", "[##>.]\n"}, {"C.UTF-8", "1", "[██  ]\n"}, {"C", "", "[\x1b[33m##>\x1b[0m.]\n"}}) {
-        Outcome const run = run_with(on_error_terminal, [&] {
-            use_environment();
+        Outcome const run = on_error_terminal([&] {
             ::setenv("LC_ALL", choice.locale, 1);
             ::setenv("NO_COLOR", choice.no_color, 1);
             stop_steady_clock();
@@ -185,8 +177,7 @@ TEST(ProgressTerminal, UsesUnicodeAndColorAsTheEnvironmentSays)
 
 TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const wide = group.add("wide", 10);
         await_frame("wide [");
@@ -197,43 +188,26 @@ TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
     EXPECT_EQ(run.status, 0);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Together
-// ---------------------------------------------------------------------------------------------
-
-TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
+TEST(ProgressTerminal, SharesTheRowsOfATerminalThatHasTwoNames)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
-        ::dup2(STDERR_FILENO, STDOUT_FILENO);
-        multi_progress errors;
-        bar const one = errors.add(brief("one"));
-        multi_progress outputs({.descriptor = STDOUT_FILENO});
-        bar const two = outputs.add(brief("two"));
-        await_frame("two  0/10");
-        ::raise(SIGKILL);
-    });
-    EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
-}
-
-TEST(ProgressTerminal, SharesTheRowsOfATerminalUnderItsOtherName)
-{
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
-        multi_progress errors;
-        bar const one = errors.add(brief("one"));
-        multi_progress named({.descriptor = ::open("/dev/tty", O_RDWR | O_CLOEXEC)});
-        bar const two = named.add(brief("two"));
-        await_frame("two  0/10");
-        ::raise(SIGKILL);
-    });
-    EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+    for (bool const is_standard_output : {true, false}) {
+        Outcome const run = on_error_terminal([is_standard_output] {
+            multi_progress errors;
+            bar const one = errors.add(brief("one"));
+            int const other =
+                is_standard_output ? ::dup2(STDERR_FILENO, STDOUT_FILENO) : ::open("/dev/tty", O_RDWR | O_CLOEXEC);
+            multi_progress same({.descriptor = other});
+            bar const two = same.add(brief("two"));
+            await_frame("two  0/10");
+            ::raise(SIGKILL);
+        });
+        EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+    }
 }
 
 TEST(ProgressTerminal, DoesNotWriteToWhatItsDescriptorHasBecome)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         int const terminal = ::dup(STDERR_FILENO);
         {
             multi_progress first({.descriptor = terminal});
@@ -255,8 +229,7 @@ TEST(ProgressTerminal, DoesNotWriteToWhatItsDescriptorHasBecome)
 
 TEST(ProgressTerminal, LeavesACursorHiddenThatTheProgramHid)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         kestry::kit::hidden_cursor const none(std::cerr);
         multi_progress group;
         bar const files = group.add(brief("files"));
@@ -269,8 +242,7 @@ TEST(ProgressTerminal, LeavesACursorHiddenThatTheProgramHid)
 
 TEST(ProgressTerminal, PrintsALineThatWaitedForOneOfTheKit)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         {
             bar const files = group.add({.message = "files", .when_ended = leaving::nothing}); // starts the thread
@@ -287,8 +259,7 @@ TEST(ProgressTerminal, PrintsALineThatWaitedForOneOfTheKit)
 
 TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const files = group.add(brief("files"));
         await_frame("files  0/10");
@@ -308,8 +279,7 @@ TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
     int constexpr threads = 4;
     int constexpr lines = 250;
     for (Sink const sink : {Sink::terminal, Sink::pipe}) {
-        Outcome const run = run_with({Sink::pipe, sink}, [] {
-            use_environment();
+        Outcome const run = run_on(sink, [] {
             multi_progress group;
             bar const all = group.add(brief("all", threads * lines));
             std::vector<std::thread> working;
@@ -350,8 +320,7 @@ TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
 
 TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const shared = group.add("shared", 1000);
         std::vector<std::thread> working;
@@ -359,47 +328,25 @@ TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
             working.emplace_back([&group, &shared, t] {
                 std::mt19937 random(t);
                 bar mine = group.add("mine", 10);
-                for (int i = 0; i < 400; ++i) {
-                    switch (random() % 12) {
-                    case 0:
-                        shared.set_message("shared " + std::to_string(i));
-                        break;
-                    case 1:
-                        shared.set_length(random() % 2000);
-                        break;
-                    case 2:
-                        shared.reset();
-                        break;
-                    case 3:
-                        shared.finish();
-                        break;
-                    case 4:
-                        mine = group.add("mine", 10);
-                        break;
-                    case 5:
-                        mine = group.insert_before(shared, {.message = "before"});
-                        break;
-                    case 6:
-                        group.println("line");
-                        break;
-                    case 7:
-                        group.tick();
-                        break;
-                    case 8:
-                        shared.abandon();
-                        break;
-                    case 9:
-                        mine = shared;
-                        break;
-                    case 10: {
-                        suspension const quiet = group.suspend();
-                        break;
-                    }
-                    default:
+                std::array<std::function<void()>, 12> const calls = {
+                    [&] { shared.set_message("shared " + std::to_string(random())); },
+                    [&] { shared.set_length(random() % 2000); },
+                    [&] { shared.reset(); },
+                    [&] { shared.finish(); },
+                    [&] { shared.abandon(); },
+                    [&] { mine = group.add("mine", 10); },
+                    [&] { mine = group.insert_before(shared, {.message = "before"}); },
+                    [&] { mine = shared; },
+                    [&] { group.println("line"); },
+                    [&] { group.tick(); },
+                    [&] { suspension const quiet = group.suspend(); },
+                    [&] {
                         shared.inc();
                         std::this_thread::sleep_for(1ms);
-                        break;
-                    }
+                    },
+                };
+                for (int i = 0; i < 400; ++i) {
+                    calls.at(random() % calls.size())();
                 }
             });
         }
@@ -411,17 +358,12 @@ TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
     expect_tidy(run);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Ends
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressEnd, LeavesTheTerminalRightAtEachSignal)
 {
     std::mt19937 random(1);
     for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT, SIGKILL, SIGKILL, SIGKILL}) {
         auto const moment = std::chrono::microseconds(random() % 100000);
-        Outcome const run = run_with(on_error_terminal, [&] {
-            use_environment();
+        Outcome const run = on_error_terminal([&] {
             rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
             ::setrlimit(RLIMIT_CORE, &no_core);
             multi_progress group;
@@ -442,8 +384,7 @@ TEST(ProgressEnd, LeavesTheTerminalRightAtEachSignal)
 TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
 {
     for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-        Outcome const run = run_with(on_error_terminal, [signal] {
-            use_environment();
+        Outcome const run = on_error_terminal([signal] {
             rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
             ::setrlimit(RLIMIT_CORE, &no_core);
             wipe_on_signals();
@@ -461,8 +402,7 @@ TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
 
 TEST(ProgressEnd, LeavesSignalsAloneThatAreIgnoredOrHandled)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         std::signal(SIGINT, SIG_IGN);
         std::signal(SIGTERM, [](int) { report("handled"); });
         wipe_on_signals();
@@ -479,35 +419,27 @@ TEST(ProgressEnd, LeavesSignalsAloneThatAreIgnoredOrHandled)
 
 TEST(ProgressEnd, AbandonsBarsAtAnExceptionAndAtExit)
 {
-    Outcome const thrown = run_with(on_error_terminal, [] {
-        use_environment();
-        multi_progress group;
-        bar const files = group.add(brief("files"));
-        files.inc(4);
-        await_frame("files  4/10");
-        throw std::runtime_error("it");
-    });
-    EXPECT_EQ(thrown.report, "it");
-    EXPECT_EQ(left_by(thrown), Lines{"files  4/10"});
-    expect_tidy(thrown);
-
-    Outcome const left = run_with(on_error_terminal, [] {
-        use_environment();
-        multi_progress group;
-        bar const files = group.add(brief("files"));
-        files.inc(4);
-        await_frame("files  4/10");
-        std::exit(3);
-    });
-    EXPECT_EQ(left.status, 3);
-    EXPECT_EQ(left_by(left), Lines{"files  4/10"});
-    expect_tidy(left);
+    for (bool const throws : {true, false}) {
+        Outcome const run = on_error_terminal([throws] {
+            multi_progress group;
+            bar const files = group.add(brief("files"));
+            files.inc(4);
+            await_frame("files  4/10");
+            if (throws) {
+                throw std::runtime_error("it");
+            }
+            std::exit(3);
+        });
+        EXPECT_EQ(run.report, throws ? "it" : "");
+        EXPECT_EQ(run.status, throws ? 99 : 3);
+        EXPECT_EQ(left_by(run), Lines{"files  4/10"});
+        expect_tidy(run);
+    }
 }
 
 TEST(ProgressEnd, DoesNotWaitForALineOfAnotherThread)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         auto& group = *new multi_progress; // a group that ends would wait
         auto& files = *new bar(group.add(brief("files")));
         files.inc();
@@ -528,8 +460,7 @@ TEST(ProgressEnd, DoesNotWaitForALineOfAnotherThread)
 TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
 {
     for (bool const handle_first : {false, true}) {
-        Outcome const run = run_with(on_error_terminal, [handle_first] {
-            use_environment();
+        Outcome const run = on_error_terminal([handle_first] {
             static bar files;
             if (handle_first) {
                 static multi_progress group;
@@ -547,18 +478,13 @@ TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
     }
 }
 
-// ---------------------------------------------------------------------------------------------
-// Processes
-// ---------------------------------------------------------------------------------------------
-
 // What the threads of the parent held stays where it is in a child: no leak that a sanitizer should tell of.
 bool is_forked = false;
 extern "C" int __lsan_is_turned_off() { return is_forked ? 1 : 0; }
 
 TEST(ProgressFork, DoesNothingInTheChild)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         auto group = std::make_unique<multi_progress>();
         bar files = group->add(brief("files"));
         await_frame("files  0/10");
@@ -602,8 +528,7 @@ TEST(ProgressFork, DoesNothingInTheChild)
 
 TEST(ProgressStop, IsSilentInTheBackground)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         pid_t const child = ::fork();
         if (child == 0) {
             ::setpgid(0, 0); // out of the terminal's foreground group
@@ -622,8 +547,7 @@ TEST(ProgressStop, IsSilentInTheBackground)
 
 TEST(ProgressStop, WipesTheRowsIfItIsAskedToAndDrawsThemAgain)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         wipe_on_signals();
         multi_progress group;
         bar const files = group.add(brief("files"));
@@ -649,8 +573,7 @@ TEST(ProgressStop, DrawsANewBlockAndLeavesTheStopOutOfTime)
     using clock = std::chrono::steady_clock;
     auto const stop = 2s;
     auto const begun = clock::now();
-    Outcome const run = run_with(on_error_terminal, [stop] {
-        use_environment();
+    Outcome const run = on_error_terminal([stop] {
         std::string_view const shell = "stopped\r\n$ fg\r\n";
         pid_t const child = ::fork();
         if (child == 0) {
