@@ -174,6 +174,12 @@ std::string view_of(int descriptor, hex_options const& options = {})
     return os.str();
 }
 
+std::string view_from(off_t offset, Descriptor const& file, hex_options const& options)
+{
+    ::lseek(file.number, offset, SEEK_SET);
+    return view_of(file.number, options);
+}
+
 struct Pipe {
     Pipe()
     {
@@ -202,17 +208,13 @@ struct Pipe {
 TEST(HexdumpFile, ReadsFromWhereTheDescriptorStands)
 {
     Descriptor const file(file_of(0, alphabet));
-    ::lseek(file.number, 10, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.width = 8}),
+    EXPECT_EQ(view_from(10, file, {.width = 8}),
               "00000000: 6b6c 6d6e 6f70 7172  klmnopqr\n00000008: 7374 7576 7778 797a  stuvwxyz\n");
-    ::lseek(file.number, 10, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.width = 8, .skip = 12}), "0000000c: 7778 797a            wxyz\n");
-    ::lseek(file.number, 10, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.width = 8, .skip = -2}), "0000000e: 797a                 yz\n");
+    EXPECT_EQ(view_from(10, file, {.width = 8, .skip = 12}), "0000000c: 7778 797a            wxyz\n");
+    EXPECT_EQ(view_from(10, file, {.width = 8, .skip = -2}), "0000000e: 797a                 yz\n");
     ::lseek(file.number, 10, SEEK_SET);
     EXPECT_THROW(view_of(file.number, {.skip = -17}), std::invalid_argument);
-    ::lseek(file.number, 100, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.skip = 1}), "");
+    EXPECT_EQ(view_from(100, file, {.skip = 1}), "");
 }
 
 TEST(HexdumpFile, ReadsNoFurtherThanItIsAsked)
@@ -229,13 +231,10 @@ TEST(HexdumpFile, SkipsPastFourGigabytes)
 {
     off_t const size = (off_t{1} << 32) + 0x12345;
     Descriptor const file(file_of(size, "end"));
-    EXPECT_EQ(view_of(file.number, {.skip = size}), "100012345: 656e 64                                  end\n");
-    ::lseek(file.number, 0, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.skip = -3}), "100012345: 656e 64                                  end\n");
-    ::lseek(file.number, 0, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.layout = hexdump_c, .skip = size + 100}), "100012348\n");
-    ::lseek(file.number, 0, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.layout = hexdump_c, .skip = size - 0x100000}),
+    EXPECT_EQ(view_from(0, file, {.skip = size}), "100012345: 656e 64                                  end\n");
+    EXPECT_EQ(view_from(0, file, {.skip = -3}), "100012345: 656e 64                                  end\n");
+    EXPECT_EQ(view_from(0, file, {.layout = hexdump_c, .skip = size + 100}), "100012348\n");
+    EXPECT_EQ(view_from(0, file, {.layout = hexdump_c, .skip = size - 0x100000}),
               "fff12345  00 00 00 00 00 00 00 00  00 00 00 00 00 00 00 00  |................|\n"
               "*\n"
               "100012345  65 6e 64                                          |end|\n"
