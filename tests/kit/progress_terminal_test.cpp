@@ -1,6 +1,7 @@
 #include "kestry/kit/line.hpp"
 #include "kestry/kit/progress.hpp"
 
+#include "kit/threads.hpp"
 #include "support/clock.hpp"
 #include "support/screen.hpp"
 #include "support/testing.hpp"
@@ -282,24 +283,18 @@ TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
         Outcome const run = run_on(sink, [] {
             multi_progress group;
             bar const all = group.add(brief("all", threads * lines));
-            std::vector<std::thread> working;
-            for (int t = 0; t < threads; ++t) {
-                working.emplace_back([&group, &all, t] {
-                    for (int i = 0; i < lines; ++i) {
-                        bar const mine = group.add({.message = "mine", .when_ended = leaving::nothing});
-                        group.println("thread " + std::to_string(t) + " line " + std::to_string(i));
-                        mine.set_message("still mine");
-                        mine.inc();
-                        all.inc();
-                        if (i % 50 == 0) {
-                            std::this_thread::sleep_for(60ms);
-                        }
+            in_threads(threads, [&](int t) {
+                for (int i = 0; i < lines; ++i) {
+                    bar const mine = group.add({.message = "mine", .when_ended = leaving::nothing});
+                    group.println("thread " + std::to_string(t) + " line " + std::to_string(i));
+                    mine.set_message("still mine");
+                    mine.inc();
+                    all.inc();
+                    if (i % 50 == 0) {
+                        std::this_thread::sleep_for(60ms);
                     }
-                });
-            }
-            for (std::thread& thread : working) {
-                thread.join();
-            }
+                }
+            });
         });
         EXPECT_EQ(run.status, 0);
         std::vector<int> next(threads, 0);
@@ -323,36 +318,30 @@ TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
     Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const shared = group.add("shared", 1000);
-        std::vector<std::thread> working;
-        for (unsigned t = 0; t < 4; ++t) {
-            working.emplace_back([&group, &shared, t] {
-                std::mt19937 random(t);
-                bar mine = group.add("mine", 10);
-                std::array<std::function<void()>, 12> const calls = {
-                    [&] { shared.set_message("shared " + std::to_string(random())); },
-                    [&] { shared.set_length(random() % 2000); },
-                    [&] { shared.reset(); },
-                    [&] { shared.finish(); },
-                    [&] { shared.abandon(); },
-                    [&] { mine = group.add("mine", 10); },
-                    [&] { mine = group.insert_before(shared, {.message = "before"}); },
-                    [&] { mine = shared; },
-                    [&] { group.println("line"); },
-                    [&] { group.tick(); },
-                    [&] { suspension const quiet = group.suspend(); },
-                    [&] {
-                        shared.inc();
-                        std::this_thread::sleep_for(1ms);
-                    },
-                };
-                for (int i = 0; i < 400; ++i) {
-                    calls.at(random() % calls.size())();
-                }
-            });
-        }
-        for (std::thread& thread : working) {
-            thread.join();
-        }
+        in_threads(4, [&](int t) {
+            std::mt19937 random(static_cast<unsigned>(t));
+            bar mine = group.add("mine", 10);
+            std::array<std::function<void()>, 12> const calls = {
+                [&] { shared.set_message("shared " + std::to_string(random())); },
+                [&] { shared.set_length(random() % 2000); },
+                [&] { shared.reset(); },
+                [&] { shared.finish(); },
+                [&] { shared.abandon(); },
+                [&] { mine = group.add("mine", 10); },
+                [&] { mine = group.insert_before(shared, {.message = "before"}); },
+                [&] { mine = shared; },
+                [&] { group.println("line"); },
+                [&] { group.tick(); },
+                [&] { suspension const quiet = group.suspend(); },
+                [&] {
+                    shared.inc();
+                    std::this_thread::sleep_for(1ms);
+                },
+            };
+            for (int i = 0; i < 400; ++i) {
+                calls.at(random() % calls.size())();
+            }
+        });
     });
     EXPECT_EQ(run.status, 0);
     expect_tidy(run);
