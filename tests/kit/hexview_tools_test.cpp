@@ -270,23 +270,6 @@ TEST(HexviewTools, EqualsXxd)
     });
 }
 
-TEST(HexviewTools, EqualsXxdForEveryRunOfZeros)
-{
-    Tool const xxd("xxd");
-    if (!xxd.is_here) {
-        GTEST_SKIP() << "xxd is not installed";
-    }
-    Choices choices(1);
-    for (std::string const before : {"", "abcd"}) {
-        for (std::size_t zeros = 0; zeros != 6; ++zeros) {
-            for (std::string const after : {"", "x", "abcd", "abcde"}) {
-                std::string const bytes = before + std::string(4 * zeros, '\0') + after;
-                expect_equal(xxd, {"-a", "-c", "4"}, bytes, {.width = 4, .squeeze = true}, choices);
-            }
-        }
-    }
-}
-
 TEST(HexviewTools, EqualsHexdump)
 {
     Tool const tool("hexdump");

@@ -60,6 +60,14 @@ struct Journaled : std::ostream {
     Journal journal;
 };
 
+// What reaches the buffer of a stream.
+std::string journaled(std::function<void(std::ostream&)> const& body)
+{
+    Journaled os;
+    body(os);
+    return readable(os.journal.text);
+}
+
 struct Pipe {
     Pipe()
     {
@@ -335,32 +343,14 @@ TEST(Line, HoldsItsOwnTextInSpiteOfFlushes)
 
 TEST(LineOnAnyStream, IsOneInsertionIntoItsBuffer)
 {
-    Journaled os;
-    line(os) << 'a' << 1 << ' ' << std::setw(4) << "b";
-    EXPECT_EQ(os.journal.text, "[a1    b]");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << 'a' << 1 << ' ' << std::setw(4) << "b"; }), "[a1    b]");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << ""; }), "");
 }
 
 TEST(LineOnAnyStream, FlushesWhereAnInsertionWould)
 {
-    Journaled os;
-    line(os) << 'a' << std::endl << "b";
-    EXPECT_EQ(readable(os.journal.text), R"([a\nb]/)");
-
-    os.journal.text.clear();
-    line(os) << 'a';
-    EXPECT_EQ(os.journal.text, "[a]");
-
-    os.journal.text.clear();
-    os << std::unitbuf;
-    line(os) << 'a' << 'b';
-    EXPECT_EQ(os.journal.text, "[ab]/");
-}
-
-TEST(LineOnAnyStream, LeavesAnEmptyBufferAlone)
-{
-    Journaled os;
-    line(os) << "";
-    EXPECT_EQ(os.journal.text, "");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << 'a' << std::endl << "b"; }), R"([a\nb]/)");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os << std::unitbuf) << 'a' << 'b'; }), "[ab]/");
 }
 
 TEST(LineOnAnyStream, GoesToAStreamThatSharesABufferWithAStandardOne)
@@ -719,6 +709,7 @@ TEST(LineInALine, IsWrittenFirst)
               R"([inner1\n][before after\n])");
     EXPECT_EQ(on_err([] { line(std::cerr) << "before " << log_to(std::clog) << '\n'; }),
               R"([inner1\n][before after\n])");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << "before " << log_to(os); }), R"([inner1\n][before after])");
 }
 
 TEST(LineInALine, OfTheSameExpressionLastsAsLong)
@@ -745,13 +736,6 @@ TEST(LineInALine, IsOneWriteAtAnyLength)
                   line(std::cout) << text << 1;
               }),
               '[' + text + "1][outer]");
-}
-
-TEST(LineInALine, OnAnyStreamGoesFirstToo)
-{
-    Journaled os;
-    line(os) << "before " << log_to(os);
-    EXPECT_EQ(readable(os.journal.text), R"([inner1\n][before after])");
 }
 
 TEST(LineInALine, FlushesWhatIsTiedToTheStream)
@@ -960,16 +944,13 @@ TEST(Cursor, IsLeftAloneOnTerminalsWithoutSequences)
     }
 }
 
-TEST(Cursor, KeepsAPendingWidth)
+TEST(Cursor, IsPartOfALineAndKeepsAPendingWidth)
 {
-    auto const run = on_xterm([] { std::cout << std::setw(3) << hide_cursor << 1 << show_cursor; });
-    EXPECT_EQ(readable(run.out), R"(\e[?25l  1\e[?25h)");
-}
-
-TEST(Cursor, IsPartOfALine)
-{
-    auto const run = on_xterm([] { line(std::cout) << "a" << hide_cursor << "b"; });
-    EXPECT_EQ(readable(run.out), R"(a\e[?25lb)");
+    auto const run = on_xterm([] {
+        line(std::cout) << "a" << hide_cursor << "b";
+        std::cout << std::setw(3) << hide_cursor << 1 << show_cursor;
+    });
+    EXPECT_EQ(readable(run.out), R"(a\e[?25lb\e[?25l  1\e[?25h)");
 }
 
 TEST(HiddenCursor, ComesBackAtTheEndOfTheScope)
