@@ -3,7 +3,6 @@
 #include <kestry/kit/style.hpp>
 #include <kestry/kit/text.hpp>
 
-#include "support/screen.hpp"
 #include "support/testing.hpp"
 
 namespace {
@@ -161,35 +160,6 @@ style const looks[] = {{},
                        bold | faint | italic | underline | blink | reverse | concealed | crossed_out | fg(black) |
                            bg(palette(20))};
 
-TEST(Nestings, OfThreeLookAsTheirStylesSay)
-{
-    for (color_depth const depth : depths) {
-        for (style const& a : looks) {
-            for (style const& b : looks) {
-                for (style const& c : looks) {
-                    std::string const bytes =
-                        to_string(styled(a, "1", styled(b, styled("2", c), "3\n", styled(c, "\n", "4")), "5\r\n6",
-                                         styled("7", c)),
-                                  depth);
-                    Pen const outer = under({}, reduced(a, depth));
-                    Pen const middle = under(outer, reduced(b, depth));
-                    Pen const inner = under(middle, reduced(c, depth));
-                    Pen const last = under(outer, reduced(c, depth));
-                    Shown const shown = show(bytes, {});
-                    std::vector<Written> const expected = {{'1', outer}, {'2', inner}, {'3', middle}, {'4', inner},
-                                                           {'5', outer}, {'6', outer}, {'7', last}};
-                    ASSERT_EQ(shown.characters, expected) << readable(bytes);
-                    ASSERT_EQ(shown.pen, Pen{}) << readable(bytes);
-                    ASSERT_EQ(strip_escapes(bytes), "123\n\n45\r\n67");
-                    if (depth == color_depth::none) {
-                        ASSERT_EQ(bytes, "123\n\n45\r\n67");
-                    }
-                }
-            }
-        }
-    }
-}
-
 struct Tree {
     style look;
     std::string text; // of a leaf
@@ -315,61 +285,6 @@ TEST(Nestings, AtRandomLookAsTheirStylesSay)
         ASSERT_EQ(shown.pen, made.around) << seed << ": " << readable(made.bytes);
         ASSERT_EQ(strip_escapes(made.bytes), made.plain) << seed;
     }
-}
-
-// An emulator that knows neither faint nor concealed text.
-void compare(Cell const& cell, Written const& expected, std::string const& where)
-{
-    unsigned const attributes = expected.pen.attributes;
-    auto const has = [attributes](style const& one) { return (attributes & one.attributes) != 0; };
-    EXPECT_EQ(cell.character, std::string(1, expected.character)) << where;
-    EXPECT_EQ(cell.bold, has(bold)) << where;
-    EXPECT_EQ(cell.italic, has(italic)) << where;
-    EXPECT_EQ(cell.underline, has(underline)) << where;
-    EXPECT_EQ(cell.blink, has(blink)) << where;
-    EXPECT_EQ(cell.reverse, has(reverse)) << where;
-    EXPECT_EQ(cell.strike, has(crossed_out)) << where;
-    auto const compare_color = [&where](Color const& seen, color const& c) {
-        EXPECT_EQ(seen.is_default, c.kind == color_kind::none) << where;
-        if (c.kind == color_kind::named || c.kind == color_kind::palette) {
-            EXPECT_EQ(seen.index, int{c.r}) << where;
-        } else if (c.kind == color_kind::rgb) {
-            EXPECT_EQ(rgb(seen.r, seen.g, seen.b), c) << where;
-        }
-    };
-    compare_color(cell.foreground, expected.pen.foreground);
-    compare_color(cell.background, expected.pen.background);
-}
-
-TEST(Nestings, AreSeenAsTheirStylesSay)
-{
-    int compared = 0;
-    for (unsigned seed = 0; seed < 600; ++seed) {
-        Sample const made = sample(seed);
-        if (made.around != Pen{}) {
-            continue; // an emulator starts plain
-        }
-        Screen const screen{made.bytes, 60, 200};
-        int row = 0;
-        int col = 0;
-        std::size_t next = 0;
-        for (char const c : made.plain) {
-            if (c == '\n') {
-                ++row;
-                col = 0;
-            } else if (c != '\r') {
-                compare(screen.cell(row, col), made.expected.characters.at(next),
-                        std::to_string(seed) + ": " + readable(made.bytes) + " at " + std::to_string(next));
-                ++next;
-                ++col;
-                ++compared;
-            }
-        }
-        if (HasFailure()) {
-            break;
-        }
-    }
-    EXPECT_GT(compared, 2000);
 }
 
 TEST(AnyBytes, AreStrippedAtNoDepthAsTextIs)

@@ -225,6 +225,10 @@ Colored const colored[] = {
     {"\x1b[01;32mb\x1b[m", R"(\e[1;32mb\e[22;39m)"},
     {"a\x1b[0;1;34mb", R"(\e[31ma\e[1;34mb\e[22;39m)"},
     {"a\x1b[2;3;5;7;8;9mb\x1b[22;23;25;27;28;29mc", R"(\e[31ma\e[2;3;5;7;8;9mb\e[22;23;25;27;28;29mc\e[39m)"},
+    // The first and last of each sixteen, and none beside them.
+    {"a\x1b[30mb\x1b[37;40mc\x1b[47md", R"(\e[31ma\e[30mb\e[37;40mc\e[47md\e[39;49m)"},
+    {"a\x1b[90mb\x1b[97;100mc\x1b[107md", R"(\e[31ma\e[90mb\e[97;100mc\e[107md\e[39;49m)"},
+    {"a\x1b[89;98;99;108mb", R"(\e[31mab\e[39m)"},
     // Colours of more than sixteen.
     {"a\x1b[38;5;208mb", R"(\e[31ma\e[38;5;208mb\e[39m)"},
     {"a\x1b[48;5;208mb", R"(\e[31ma\e[48;5;208mb\e[39;49m)"},
@@ -236,6 +240,7 @@ Colored const colored[] = {
     {"a\x1b[38;5;1;1mb", R"(\e[31ma\e[1;38;5;1mb\e[22;39m)"},
     // Not colours: what else the sequence says still holds.
     {"a\x1b[38;5;256;1mb", R"(\e[31ma\e[1mb\e[22;39m)"},
+    {"a\x1b[38;5;255mb\x1b[38;2;256;2;3mc\x1b[38;2;1;2;256md", R"(\e[31ma\e[38;5;255mbcd\e[39m)"},
     {"a\x1b[38;2;1;256;3;1mb", R"(\e[31ma\e[1mb\e[22;39m)"},
     {"a\x1b[38;5mb", R"(\e[31mab\e[39m)"},
     {"a\x1b[38mb", R"(\e[31mab\e[39m)"},
