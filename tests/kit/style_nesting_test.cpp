@@ -138,27 +138,15 @@ Shown show(std::string_view bytes, Pen const& at_start)
 
 color_depth const depths[] = {color_depth::none, color_depth::ansi16, color_depth::ansi256, color_depth::truecolor};
 
-style const looks[] = {{},
-                       bold,
-                       faint,
-                       italic,
-                       underline,
-                       blink,
-                       reverse,
-                       concealed,
-                       crossed_out,
-                       fg(red),
-                       fg(bright_blue),
-                       fg(palette(99)),
-                       fg(rgb(1, 200, 3)),
-                       fg(default_color),
-                       bg(white),
-                       bg(rgb(100, 2, 3)),
-                       bg(default_color),
-                       bold | fg(green),
-                       faint | underline | fg(rgb(9, 9, 200)) | bg(bright_yellow),
-                       bold | faint | italic | underline | blink | reverse | concealed | crossed_out | fg(black) |
-                           bg(palette(20))};
+style const every = bold | faint | italic | underline | blink | reverse | concealed | crossed_out;
+// clang-format off
+style const looks[] = {
+    style{}, bold, faint, italic, underline, blink, reverse, concealed, crossed_out, every,
+    fg(red), fg(bright_blue), fg(palette(99)), fg(rgb(1, 200, 3)), fg(default_color), fg(green) | bold,
+    bg(white), bg(rgb(100, 2, 3)), bg(default_color),
+    fg(black) | bg(palette(20)) | every, fg(rgb(9, 9, 200)) | bg(bright_yellow) | faint | underline,
+};
+// clang-format on
 
 struct Tree {
     style look;
