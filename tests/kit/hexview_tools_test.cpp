@@ -23,13 +23,6 @@ public:
         seek(0);
     }
 
-    // Zeros that take no room, and the contents at the end.
-    File(std::uintmax_t zeros, std::string const& contents) : File()
-    {
-        std::filesystem::resize_file(path, zeros);
-        std::ofstream(path, std::ios::binary | std::ios::app) << contents;
-    }
-
     File(File const&) = delete;
     File& operator=(File const&) = delete;
     ~File()
@@ -305,39 +298,6 @@ TEST(HexviewTools, EqualsOd)
         }
         choose(choices, 3, one, &hex_options::squeeze, {false}, "-v");
     });
-}
-
-// Offsets get a digit more on the way.
-TEST(HexviewTools, EqualsEachToolPastFourGigabytes)
-{
-    std::uintmax_t const four_gigabytes = std::uintmax_t{1} << 32;
-    File const file(four_gigabytes + 40, "the end");
-    struct {
-        Arguments command;
-        hex_options options;
-    } const cases[] = {{{"xxd", "-s", "4294967250"}, {.skip = 4294967250}},
-                       {{"xxd", "-a", "-d", "-s", "4294967250"},
-                        {.offsets = hex_offsets::decimal, .skip = 4294967250, .squeeze = true}},
-                       {{"xxd", "-s", "-70"}, {.skip = -70}},
-                       {{"hexdump", "-C", "-v", "-s", "4294967250"},
-                        {.layout = hex_layout::hexdump_c, .skip = 4294967250, .squeeze = false}},
-                       {{"hexdump", "-C", "-s", "4294967200"}, {.layout = hex_layout::hexdump_c, .skip = 4294967200}},
-                       {{"hexdump", "-C", "-s", "5000000000"}, {.layout = hex_layout::hexdump_c, .skip = 5000000000}},
-                       {{"od", "-A", "x", "-t", "x1z", "-v", "-j", "4294967250"},
-                        {.layout = hex_layout::od, .skip = 4294967250, .squeeze = false}},
-                       {{"od", "-A", "x", "-t", "x1z", "-v", "-j", "16777170", "-N", "100"},
-                        {.layout = hex_layout::od, .skip = 16777170, .length = 100, .squeeze = false}}};
-    for (auto const& [command, options] : cases) {
-        SCOPED_TRACE(text_of(command));
-        if (!Tool(command[0]).is_here) {
-            continue;
-        }
-        Arguments with_file = command;
-        with_file.push_back(file.path);
-        Outcome const run = run_program(on_pipes, with_file);
-        EXPECT_NE(run.out, "");
-        EXPECT_EQ(from_file(file, options), run.out);
-    }
 }
 
 } // namespace
