@@ -173,17 +173,20 @@ std::uint64_t from_environment(char const* name, std::uint64_t otherwise)
 // Pieces that mean something together: what is shown as it is, sequences, and parts of sequences and characters.
 // clang-format off
 std::vector<std::string> const whole = {
-    "a", "bc", "plain text", "123", "1", "#", "\n", "\r", "\t", " ", "\\", "\\x1b", "\\u{202e}", "[", "m", "ü", "é",
-    "\u0301", "\u0308", "\u200d", "\u200c", "\u200b", "\ufe0f", "\ufe0e", "\u20e3", "❤", "©", "★", "👩", "🏽",
-    "👍", "🏴", "\U0001f1e9", "\U0001f1ea", "日", "本", "한", "\u1100", "\u1161", "\u11a8", "하", "ह", "\u093f", "\u0903", "\u094d",
-    "ก", "\u0e33", "\u0d4e", "\u0600", "\u00ad", "\u202e", "\u2066", "\ufeff", "\u2028", "\u3099", "\uff9e", "ｱ",
-    "\u302e", "\u3164", "\U000e0067", "\U000e007f", "\U0001fae9", "\U00020000", "\U0010ffff", "\x7f"};
+    "a", "bc", "plain text", "123", "1", "#", "\n", "\r", "\t", " ", "\\", "\\x1b", "\\u{202e}", "[", "m", "ü",
+    "é", "\u0301", "\u0308", "\u200d", "\u200c", "\u200b", "\ufe0f", "\ufe0e", "\u20e3", "❤", "©", "★", "👩",
+    "🏽", "👍", "🏴", "\U0001f1e9", "\U0001f1ea", "日", "本", "한", "\u1100", "\u1161", "\u11a8", "하", "ह", "\u093f",
+    "\u0903", "\u094d", "ก", "\u0e33", "\u0d4e", "\u0600", "\u00ad", "\u202e", "\u2066", "\ufeff", "\u2028",
+    "\u3099", "\uff9e", "ｱ", "\u302e", "\u3164", "\U000e0067", "\U000e007f", "\U0001fae9", "\U00020000",
+    "\U0010ffff", "\x7f"};
 std::vector<std::string> const sequences = {
     "\x1b[m", "\x1b[0m", "\x1b[1m", "\x1b[31m", "\x1b[38;5;1m", "\x1b[38:2::1:2:3m", "\x1b[39m", "\x1b[22m",
-    "\x1b[?25l", "\x1b]8;;u:r\x1b\\", "\x1b]8;;\a", "\x1b]0;title\u009c", "\x1bPq\x1b\\", "\x1b_x\x9c", "\x1b(B", "\x9bm", "\u009b1m"};
+    "\x1b[?25l", "\x1b]8;;u:r\x1b\\", "\x1b]8;;\a", "\x1b]0;title\u009c", "\x1bPq\x1b\\", "\x1b_x\x9c",
+    "\x1b(B", "\x9bm", "\u009b1m"};
 std::vector<std::string> const broken = {
-    "\x1b", "\x1b[", "\x1b]", "\a", "\x1b\\", "\x1bP", "\x1b_", "\x1b(", "\x18", "\x1a", "\x80", "\x9b", "\x9c", "\x9d",
-    "\u009b", "\u009c", "\u0090", "\u0085", "\xc2", "\xc3", "\xe2", "\xf0", "\xf0\x9f", "\xa0", "\xbf", "\xff"};
+    "\x1b", "\x1b[", "\x1b]", "\a", "\x1b\\", "\x1bP", "\x1b_", "\x1b(", "\x18", "\x1a", "\x80", "\x9b", "\x9c",
+    "\x9d", "\u009b", "\u009c", "\u0090", "\u0085", "\xc2", "\xc3", "\xe2", "\xf0", "\xf0\x9f", "\xa0", "\xbf",
+    "\xff"};
 // clang-format on
 
 class RandomTexts {
