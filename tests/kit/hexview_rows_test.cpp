@@ -11,6 +11,15 @@ using namespace hueline::test;
 using enum hex_layout;
 using enum hex_offsets;
 
+std::string all_bytes()
+{
+    std::string all;
+    for (int value = 0; value < 256; ++value) {
+        all += static_cast<char>(value);
+    }
+    return all;
+}
+
 TEST(Hexview, IsInsertedAsTheHeaderShows)
 {
     std::ostringstream os;
@@ -57,11 +66,7 @@ TEST(Hexview, ShowsNoBytesAsTheToolsDo)
 
 TEST(Hexview, ShowsEveryByteInDigitsAndOnlyPrintableOnesAsText)
 {
-    std::string all;
-    for (int value = 0; value < 256; ++value) {
-        all += static_cast<char>(value);
-    }
-    EXPECT_EQ(view(all, {.layout = hexdump_c}),
+    EXPECT_EQ(view(all_bytes(), {.layout = hexdump_c}),
               "00000000  00 01 02 03 04 05 06 07  08 09 0a 0b 0c 0d 0e 0f  |................|\n"
               "00000010  10 11 12 13 14 15 16 17  18 19 1a 1b 1c 1d 1e 1f  |................|\n"
               "00000020  20 21 22 23 24 25 26 27  28 29 2a 2b 2c 2d 2e 2f  | !\"#$%&'()*+,-./|\n"
@@ -79,6 +84,26 @@ TEST(Hexview, ShowsEveryByteInDigitsAndOnlyPrintableOnesAsText)
               "000000e0  e0 e1 e2 e3 e4 e5 e6 e7  e8 e9 ea eb ec ed ee ef  |................|\n"
               "000000f0  f0 f1 f2 f3 f4 f5 f6 f7  f8 f9 fa fb fc fd fe ff  |................|\n"
               "00000100\n");
+}
+
+// A long row is written byte by byte, a short one sixteen bytes at once.
+TEST(Hexview, ShowsTheSameInRowsOfAnyWidth)
+{
+    std::string const one_row = view(all_bytes(), {.width = 256, .group = 1});
+    std::string const digits = one_row.substr(10, 256 * 3 - 1);
+    std::string const text = one_row.substr(10 + 256 * 3 + 1, 256);
+    for (std::size_t width : {1U, 2U, 7U, 8U, 9U, 15U, 16U, 17U, 100U}) {
+        std::string all_digits;
+        std::string all_text;
+        std::istringstream rows(view(all_bytes(), {.width = width, .group = 1}));
+        for (std::string row; std::getline(rows, row);) {
+            std::size_t const bytes = std::min(width, 256 - all_text.size());
+            all_digits += (all_digits.empty() ? "" : " ") + row.substr(10, bytes * 3 - 1);
+            all_text += row.substr(10 + width * 3 + 1);
+        }
+        EXPECT_EQ(all_digits, digits) << width;
+        EXPECT_EQ(all_text, text) << width;
+    }
 }
 
 TEST(Hexview, FormsGroups)
@@ -231,6 +256,11 @@ TEST(Hexview, LeavesOutZerosAsXxdDoes)
     EXPECT_EQ(zeros(2, "", "a"), zero + zero + short_row);
     // Other rows stay.
     EXPECT_EQ(zeros(0, "abcdabcdabcdabcd", ""), abcd + abcd + abcd + abcd);
+    // Offsets count them.
+    EXPECT_EQ(view(std::string(64, '\0') + "a", {.squeeze = true}),
+              "00000000: 0000 0000 0000 0000 0000 0000 0000 0000  ................\n"
+              "*\n"
+              "00000040: 61                                       a\n");
 }
 
 TEST(Hexview, LeavesOutRowsThatEqualTheOneBefore)

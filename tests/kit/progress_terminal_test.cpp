@@ -45,6 +45,8 @@ Outcome run_on(Sink error, std::function<void()> const& body)
                                                      "TERM=xterm", "LC_ALL=C",         "NO_COLOR=1"};
     return run_with({Sink::pipe, error}, [&] {
         change_environment(changes);
+        rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
+        ::setrlimit(RLIMIT_CORE, &no_core);
         body();
     });
 }
@@ -167,21 +169,28 @@ TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
     EXPECT_EQ(run.status, 0);
 }
 
-TEST(ProgressTerminal, SharesTheRowsOfATerminalThatHasTwoNames)
+// Of standard error and the terminal that a descriptor leads to.
+void expect_shared_rows(int (*open_other)())
 {
-    for (bool const is_standard_output : {true, false}) {
-        Outcome const run = on_error_terminal([is_standard_output] {
-            multi_progress errors;
-            bar const one = errors.add(brief("one"));
-            int const other =
-                is_standard_output ? ::dup2(STDERR_FILENO, STDOUT_FILENO) : ::open("/dev/tty", O_RDWR | O_CLOEXEC);
-            multi_progress same({.descriptor = other});
-            bar const two = same.add(brief("two"));
-            await_frame("two  0/10");
-            ::raise(SIGKILL);
-        });
-        EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
-    }
+    Outcome const run = on_error_terminal([open_other] {
+        multi_progress errors;
+        bar const one = errors.add(brief("one"));
+        multi_progress other({.descriptor = open_other()});
+        bar const two = other.add(brief("two"));
+        await_frame("two  0/10");
+        ::raise(SIGKILL);
+    });
+    EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+}
+
+TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
+{
+    expect_shared_rows([] { return ::dup2(STDERR_FILENO, STDOUT_FILENO); });
+}
+
+TEST(ProgressTerminal, SharesTheRowsOfATerminalUnderItsOtherName)
+{
+    expect_shared_rows([] { return ::open("/dev/tty", O_RDWR | O_CLOEXEC); });
 }
 
 TEST(ProgressTerminal, DoesNotWriteToWhatItsDescriptorHasBecome)
@@ -331,8 +340,6 @@ TEST(ProgressEnd, LeavesTheTerminalRightAtEachSignal)
     for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT, SIGKILL, SIGKILL, SIGKILL}) {
         auto const moment = std::chrono::microseconds(random() % 100000);
         Outcome const run = on_error_terminal([&] {
-            rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
-            ::setrlimit(RLIMIT_CORE, &no_core);
             multi_progress group;
             bar const files = group.add("files", 1000);
             await_frame("files [");
@@ -352,8 +359,6 @@ TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
 {
     for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
         Outcome const run = on_error_terminal([signal] {
-            rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
-            ::setrlimit(RLIMIT_CORE, &no_core);
             wipe_on_signals();
             multi_progress group;
             bar const files = group.add("files", 1000);
