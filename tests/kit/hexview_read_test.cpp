@@ -215,6 +215,8 @@ TEST(HexdumpFile, ReadsFromWhereTheDescriptorStands)
     ::lseek(file.number, 10, SEEK_SET);
     EXPECT_THROW(view_of(file.number, {.skip = -17}), std::invalid_argument);
     EXPECT_EQ(view_from(100, file, {.skip = 1}), "");
+    EXPECT_EQ(view_from(5, file, {.width = 2, .skip = -21, .length = 2}), "00000000: 6667  fg\n");
+    EXPECT_EQ(view_from(0, file, {.width = 2, .skip = -26, .length = 2}), "00000000: 6162  ab\n");
 }
 
 TEST(HexdumpFile, ReadsNoFurtherThanItIsAsked)

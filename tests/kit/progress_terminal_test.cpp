@@ -238,10 +238,11 @@ TEST(ProgressTerminal, PrintsALineThatWaitedForOneOfTheKit)
         {
             kestry::kit::line open(std::cerr);
             open << "open\n";
-            std::thread([&group] { group.println("printed"); }).join();
+            std::thread([&group] { report(group.println("printed") ? "printed" : "not written"); }).join();
         }
         await_frame("printed\n");
     });
+    EXPECT_EQ(run.report, "printed");
     EXPECT_EQ(left_by(run), (Lines{"open", "printed"}));
 }
 

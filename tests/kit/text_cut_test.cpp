@@ -67,6 +67,7 @@ TEST(Truncate, KeepsClustersWhole)
     EXPECT_EQ(cut("a❤\ufe0f❤\ufe0f", 3), "a…");
     EXPECT_EQ(cut("a❤❤\ufe0f", 3), "a❤…");
     EXPECT_EQ(truncate("abc\u0301", 2, ""), "ab");
+    EXPECT_EQ(truncate("👩\u200d\x1b[\nm👩x", 3, ""), "👩\u200d\x1b[\nm"); // the line feed is between two
 }
 
 TEST(Truncate, IsAColumnShortOfAWideCharacterOnTheEdge)
