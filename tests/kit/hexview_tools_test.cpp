@@ -184,8 +184,8 @@ void choose_part(Choices& choices, Comparison& one, std::string const& skip, std
 
 // An option without an argument.
 template <class Value>
-void choose(Choices& choices, std::size_t one_in, Comparison& one, Value hex_options::*option, Value value,
-            char const* argument)
+void choose(Choices& choices, std::size_t one_in, Comparison& one, Value hex_options::*option,
+            std::type_identity_t<Value> value, char const* argument)
 {
     if (choices.one_in(one_in)) {
         one.options.*option = value;
@@ -222,7 +222,7 @@ void choose_width_and_group(Choices& choices, Comparison& one)
 
 void choose_offsets(Choices& choices, Comparison& one)
 {
-    choose(choices, 5, one, &hex_options::offsets, {hex_offsets::decimal}, "-d");
+    choose(choices, 5, one, &hex_options::offsets, hex_offsets::decimal, "-d");
     if (choices.one_in(3)) {
         std::int64_t const offsets[] = {1, -3, 99999990, 0xfffffff0, 0x12345678abc, std::int64_t{1} << 62};
         std::int64_t const offset = offsets[choices.below(std::size(offsets))];
@@ -255,8 +255,8 @@ TEST(HexviewTools, EqualsXxd)
             options.skip = -1 - static_cast<std::int64_t>(choices.below(one.bytes.size() + 2));
             add(one.arguments, "-s", options.skip);
         }
-        choose(choices, 2, one, &hex_options::squeeze, {true}, "-a");
-        choose(choices, 3, one, &hex_options::uppercase, {true}, "-u");
+        choose(choices, 2, one, &hex_options::squeeze, true, "-a");
+        choose(choices, 3, one, &hex_options::uppercase, true, "-u");
         if (options.layout == hex_layout::xxd_little_endian && wants_full_groups) {
             one.is_wanted = options.width.value_or(16) % options.group.value_or(4) == 0;
         }
@@ -273,7 +273,7 @@ TEST(HexviewTools, EqualsHexdump)
         one.options.layout = hex_layout::hexdump_c;
         one.arguments = {"-C"};
         choose_part(choices, one, "-s", "-n");
-        choose(choices, 3, one, &hex_options::squeeze, {false}, "-v");
+        choose(choices, 3, one, &hex_options::squeeze, false, "-v");
     });
 }
 
@@ -296,7 +296,7 @@ TEST(HexviewTools, EqualsOd)
             one.options.width = 1 + (choices.one_in(3) ? choices.below(300) : choices.below(20));
             one.arguments.push_back("-w" + std::to_string(*one.options.width));
         }
-        choose(choices, 3, one, &hex_options::squeeze, {false}, "-v");
+        choose(choices, 3, one, &hex_options::squeeze, false, "-v");
     });
 }
 
