@@ -10,6 +10,8 @@ namespace {
 
 using namespace kestry::kit;
 using namespace hueline::test;
+using enum hex_layout;
+using enum hex_offsets;
 using namespace std::string_view_literals;
 
 std::string colored(std::string_view bytes, hex_options options = {}, color_depth depth = color_depth::truecolor)
@@ -24,7 +26,7 @@ TEST(HexviewColor, HasOneSequenceForEachRunOfAKind)
     EXPECT_EQ(colored("ab\0\xff"sv, {.width = 4}),
               R"(00000000: \e[36m6162 \e[2;39m00\e[22;31mff  \e[36mab\e[2;39m.\e[22;31m.\e[39m\n)");
     // The run goes on from the digits into the text, over blanks and marks.
-    EXPECT_EQ(colored("abc", {.layout = hex_layout::hexdump_c, .width = 3}),
+    EXPECT_EQ(colored("abc", {.layout = hexdump_c, .width = 3}),
               R"(00000000  \e[36m61 62 63  |abc\e[39m|\n00000003\n)");
 }
 
@@ -56,10 +58,9 @@ TEST(HexviewColor, ColorsOffsetsIfTheThemeDoes)
 {
     hex_theme theme;
     theme.offset = fg(blue);
-    EXPECT_EQ(colored("a", {.layout = hex_layout::od, .width = 1, .theme = theme}),
-              R"(\e[34m000000 \e[36m61  >a\e[39m<\n)"
-              R"(\e[34m000001\e[39m\n)");
-    EXPECT_EQ(colored("a", {.width = 1, .offsets = hex_offsets::none, .theme = theme}), R"(\e[36m61  a\e[39m\n)");
+    EXPECT_EQ(colored("a", {.layout = od, .width = 1, .theme = theme}), R"(\e[34m000000 \e[36m61  >a\e[39m<\n)"
+                                                                        R"(\e[34m000001\e[39m\n)");
+    EXPECT_EQ(colored("a", {.width = 1, .offsets = none, .theme = theme}), R"(\e[36m61  a\e[39m\n)");
 }
 
 TEST(HexviewColor, HasNoSequenceBetweenKindsThatLookTheSame)
@@ -102,7 +103,7 @@ TEST(HexviewColor, FollowsTheDepthOfTheStream)
 
 TEST(HexviewColor, KeepsPlainDigitsOfOneLineInTheirRuns)
 {
-    hex_options const options = {.layout = hex_layout::xxd_plain, .width = 0};
+    hex_options const options = {.layout = xxd_plain, .width = 0};
     std::string const digits = "6161616161616161616161616161616161616161";
     EXPECT_EQ(colored(std::string(20, 'a'), options), R"(\e[36m)" + digits + R"(\e[39m\n)");
     EXPECT_EQ(colored(std::string(16, 'a'), options), R"(\e[36m)" + digits.substr(0, 32) + R"(\e[39m\n)");
@@ -160,7 +161,7 @@ TEST(HexviewColor, ShowsEachByteInItsColorInBothColumns)
 {
     std::string bytes = "a\n\x01\x80\xff\0 b~\x7f";
     bytes += std::string("\0 \xfe\xff", 4);
-    Screen const screen(to_string(hexdump(bytes_of(bytes), {.layout = hex_layout::hexdump_c, .colored = true})));
+    Screen const screen(to_string(hexdump(bytes_of(bytes), {.layout = hexdump_c, .colored = true})));
     for (std::size_t i = 0; i != bytes.size(); ++i) {
         auto const byte = static_cast<unsigned char>(bytes[i]);
         int const digits = static_cast<int>(10 + 3 * i + i / 8);

@@ -12,10 +12,7 @@ namespace {
 
 using namespace kestry::kit;
 using namespace hueline::test;
-
-// ---------------------------------------------------------------------------------------------
-// Streams
-// ---------------------------------------------------------------------------------------------
+using enum hex_layout;
 
 TEST(HexviewStream, GetsTheRowsInLargeWrites)
 {
@@ -34,7 +31,7 @@ TEST(HexviewStream, AllocatesNothingForAFewRows)
 {
     SmallBuffer buffer;
     std::ostream os(&buffer);
-    hex_options const options = {.layout = hex_layout::hexdump_c};
+    hex_options const options = {.layout = hexdump_c};
     std::string const bytes(128, 'a');
     std::size_t const made = allocations_of([&] { os << hexdump(bytes_of(bytes), options); }).count;
     EXPECT_EQ(made, 0U);
@@ -95,22 +92,16 @@ TEST(HexviewStream, EndsOnceTheStreamHasFailed)
     ::close(zero);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Piece by piece
-// ---------------------------------------------------------------------------------------------
-
 TEST(HexWriter, WritesARowAsSoonAsItIsFull)
 {
     std::ostringstream os;
-    hex_writer writer(os, {.layout = hex_layout::hexdump_c, .width = 4});
+    hex_writer writer(os, {.layout = hexdump_c, .width = 4});
     writer.write(bytes_of("abc"));
     EXPECT_EQ(os.str(), "");
     writer.write(bytes_of("de"));
     EXPECT_EQ(os.str(), "00000000  61 62 63 64  |abcd|\n");
     writer.finish();
-    EXPECT_EQ(os.str(), "00000000  61 62 63 64  |abcd|\n"
-                        "00000004  65           |e|\n"
-                        "00000005\n");
+    EXPECT_EQ(os.str(), "00000000  61 62 63 64  |abcd|\n00000004  65           |e|\n00000005\n");
 }
 
 TEST(HexWriter, IsDoneWhenAllThatIsWantedIsThere)
@@ -122,8 +113,7 @@ TEST(HexWriter, IsDoneWhenAllThatIsWantedIsThere)
     EXPECT_TRUE(writer.done());
     writer.write(bytes_of("ghi"));
     writer.finish();
-    EXPECT_EQ(os.str(), "00000003: 6465  de\n"
-                        "00000005: 66    f\n");
+    EXPECT_EQ(os.str(), "00000003: 6465  de\n00000005: 66    f\n");
 }
 
 TEST(HexWriter, KnowsNoEndToSkipBackFrom)
@@ -136,11 +126,11 @@ TEST(HexWriter, KnowsNoEndToSkipBackFrom)
 TEST(HexWriter, TellsOfASkipAfterTheEnd)
 {
     std::ostringstream os;
-    hex_writer of_od(os, {.layout = hex_layout::od, .skip = 3});
+    hex_writer of_od(os, {.layout = od, .skip = 3});
     of_od.write(bytes_of("ab"));
     EXPECT_THROW(of_od.finish(), std::invalid_argument);
     EXPECT_EQ(os.str(), "");
-    hex_writer of_hexdump(os, {.layout = hex_layout::hexdump_c, .skip = 3});
+    hex_writer of_hexdump(os, {.layout = hexdump_c, .skip = 3});
     of_hexdump.write(bytes_of("ab"));
     of_hexdump.finish();
     EXPECT_EQ(os.str(), "00000002\n");
@@ -158,10 +148,6 @@ TEST(HexWriter, CanBeMoved)
     writer->write(bytes_of("b"));
     EXPECT_EQ(os.str(), "00000000: 6162  ab\n");
 }
-
-// ---------------------------------------------------------------------------------------------
-// Descriptors
-// ---------------------------------------------------------------------------------------------
 
 struct Descriptor {
     explicit Descriptor(int opened) : number(opened) { EXPECT_GE(number, 0); }
@@ -186,6 +172,12 @@ std::string view_of(int descriptor, hex_options const& options = {})
     std::ostringstream os;
     hexdump_file(os, descriptor, options);
     return os.str();
+}
+
+std::string view_from(off_t offset, Descriptor const& file, hex_options const& options)
+{
+    ::lseek(file.number, offset, SEEK_SET);
+    return view_of(file.number, options);
 }
 
 struct Pipe {
@@ -216,17 +208,15 @@ struct Pipe {
 TEST(HexdumpFile, ReadsFromWhereTheDescriptorStands)
 {
     Descriptor const file(file_of(0, alphabet));
-    ::lseek(file.number, 10, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.width = 8}), "00000000: 6b6c 6d6e 6f70 7172  klmnopqr\n"
-                                                  "00000008: 7374 7576 7778 797a  stuvwxyz\n");
-    ::lseek(file.number, 10, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.width = 8, .skip = 12}), "0000000c: 7778 797a            wxyz\n");
-    ::lseek(file.number, 10, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.width = 8, .skip = -2}), "0000000e: 797a                 yz\n");
+    EXPECT_EQ(view_from(10, file, {.width = 8}),
+              "00000000: 6b6c 6d6e 6f70 7172  klmnopqr\n00000008: 7374 7576 7778 797a  stuvwxyz\n");
+    EXPECT_EQ(view_from(10, file, {.width = 8, .skip = 12}), "0000000c: 7778 797a            wxyz\n");
+    EXPECT_EQ(view_from(10, file, {.width = 8, .skip = -2}), "0000000e: 797a                 yz\n");
     ::lseek(file.number, 10, SEEK_SET);
     EXPECT_THROW(view_of(file.number, {.skip = -17}), std::invalid_argument);
-    ::lseek(file.number, 100, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.skip = 1}), "");
+    EXPECT_EQ(view_from(100, file, {.skip = 1}), "");
+    EXPECT_EQ(view_from(5, file, {.width = 2, .skip = -21, .length = 2}), "00000000: 6667  fg\n");
+    EXPECT_EQ(view_from(0, file, {.width = 2, .skip = -26, .length = 2}), "00000000: 6162  ab\n");
 }
 
 TEST(HexdumpFile, ReadsNoFurtherThanItIsAsked)
@@ -243,13 +233,10 @@ TEST(HexdumpFile, SkipsPastFourGigabytes)
 {
     off_t const size = (off_t{1} << 32) + 0x12345;
     Descriptor const file(file_of(size, "end"));
-    EXPECT_EQ(view_of(file.number, {.skip = size}), "100012345: 656e 64                                  end\n");
-    ::lseek(file.number, 0, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.skip = -3}), "100012345: 656e 64                                  end\n");
-    ::lseek(file.number, 0, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.layout = hex_layout::hexdump_c, .skip = size + 100}), "100012348\n");
-    ::lseek(file.number, 0, SEEK_SET);
-    EXPECT_EQ(view_of(file.number, {.layout = hex_layout::hexdump_c, .skip = size - 0x100000}),
+    EXPECT_EQ(view_from(0, file, {.skip = size}), "100012345: 656e 64                                  end\n");
+    EXPECT_EQ(view_from(0, file, {.skip = -3}), "100012345: 656e 64                                  end\n");
+    EXPECT_EQ(view_from(0, file, {.layout = hexdump_c, .skip = size + 100}), "100012348\n");
+    EXPECT_EQ(view_from(0, file, {.layout = hexdump_c, .skip = size - 0x100000}),
               "fff12345  00 00 00 00 00 00 00 00  00 00 00 00 00 00 00 00  |................|\n"
               "*\n"
               "100012345  65 6e 64                                          |end|\n"
@@ -262,9 +249,9 @@ TEST(HexdumpFile, SkipsInAPipeByReading)
     Pipe const pipe(much + "abc");
     EXPECT_EQ(view_of(pipe.out->number, {.width = 2, .skip = 40001}), "00009c41: 6263  bc\n");
     Pipe const short_one("ab");
-    EXPECT_EQ(view_of(short_one.out->number, {.layout = hex_layout::hexdump_c, .skip = 3}), "00000002\n");
+    EXPECT_EQ(view_of(short_one.out->number, {.layout = hexdump_c, .skip = 3}), "00000002\n");
     Pipe const refused("ab");
-    EXPECT_THROW(view_of(refused.out->number, {.layout = hex_layout::od, .skip = 3}), std::invalid_argument);
+    EXPECT_THROW(view_of(refused.out->number, {.layout = od, .skip = 3}), std::invalid_argument);
     Pipe const from_end("ab");
     try {
         view_of(from_end.out->number, {.skip = -1});
@@ -276,41 +263,28 @@ TEST(HexdumpFile, SkipsInAPipeByReading)
 
 TEST(HexdumpFile, ShowsRowsAsSoonAsTheyAreThere)
 {
-    Pipe const input;
+    Pipe input;
     Pipe const output;
     std::thread reader([&] {
-        // A stream that keeps what it is given until it is flushed.
-        std::FILE* const file = ::fdopen(::dup(output.in->number), "w");
-        struct Buffer : std::streambuf {
-            explicit Buffer(std::FILE* to) : f(to) {}
-            std::streamsize xsputn(char const* text, std::streamsize size) override
-            {
-                return static_cast<std::streamsize>(std::fwrite(text, 1, static_cast<std::size_t>(size), f));
-            }
-            int sync() override { return std::fflush(f); }
-            std::FILE* f;
-        } buffer(file);
-        std::ostream os(&buffer);
+        std::ofstream os("/dev/fd/" + std::to_string(output.in->number)); // keeps what it is given until it is flushed
         hexdump_file(os, input.out->number, {.width = 2});
-        std::fclose(file);
     });
     auto const next = [&] {
         char text[64];
         ssize_t const got = ::read(output.out->number, text, sizeof text);
         return std::string(text, static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
     };
-    std::unique_ptr<Descriptor> const& in = input.in;
     input.put("abc");
     EXPECT_EQ(next(), "00000000: 6162  ab\n");
     input.put("d");
     EXPECT_EQ(next(), "00000002: 6364  cd\n");
-    const_cast<std::unique_ptr<Descriptor>&>(in).reset();
+    input.in.reset();
     reader.join();
 }
 
 TEST(HexdumpFile, GoesOnAfterASignal)
 {
-    Pipe const pipe;
+    Pipe pipe;
     struct sigaction action = {};
     action.sa_handler = [](int) {}; // without SA_RESTART: a read that waits ends with EINTR
     struct sigaction before = {};
@@ -322,7 +296,7 @@ TEST(HexdumpFile, GoesOnAfterASignal)
             ::usleep(500);
         }
         pipe.put("ab");
-        const_cast<std::unique_ptr<Descriptor>&>(pipe.in).reset();
+        pipe.in.reset();
     });
     EXPECT_EQ(view_of(pipe.out->number, {.width = 2}), "00000000: 6162  ab\n");
     writer.join();
@@ -357,10 +331,8 @@ TEST(HexdumpFile, ShowsWhatCouldBeReadBeforeAFailure)
     ::fcntl(pipe.out->number, F_SETFL, O_NONBLOCK);
     pipe.put("abc");
     std::ostringstream os;
-    EXPECT_THROW(hexdump_file(os, pipe.out->number, {.layout = hex_layout::hexdump_c, .width = 2}), std::system_error);
-    EXPECT_EQ(os.str(), "00000000  61 62  |ab|\n"
-                        "00000002  63     |c|\n"
-                        "00000003\n");
+    EXPECT_THROW(hexdump_file(os, pipe.out->number, {.layout = hexdump_c, .width = 2}), std::system_error);
+    EXPECT_EQ(os.str(), "00000000  61 62  |ab|\n00000002  63     |c|\n00000003\n");
 }
 
 TEST(HexdumpFile, ShowsALargeFileAsItsBytes)
@@ -371,7 +343,7 @@ TEST(HexdumpFile, ShowsALargeFileAsItsBytes)
         bytes[i] = static_cast<char>(random());
     }
     Descriptor const file(file_of(0, bytes));
-    for (hex_layout const layout : {hex_layout::xxd, hex_layout::hexdump_c, hex_layout::od}) {
+    for (hex_layout const layout : {xxd, hexdump_c, od}) {
         hex_options const options = {.layout = layout, .squeeze = true};
         ::lseek(file.number, 0, SEEK_SET);
         EXPECT_TRUE(view_of(file.number, options) == view(bytes, options));

@@ -14,25 +14,25 @@ using kestry::kit::line;
 
 std::string const text = std::string(1024, 'a') + std::string(1024, 'b') + std::string(10, 'c');
 
+// The writes of a line of two pieces.
+std::string writes_of(std::string_view first, int second, Shortage const& shortage)
+{
+    return writes_to(STDERR_FILENO, [&] {
+        RunShort const scope(shortage);
+        line(std::cerr) << first << second;
+    });
+}
+
 TEST(LineWithoutMemory, OfUsualLengthNeedsNone)
 {
-    std::string const usual(1024, 'x');
-    EXPECT_EQ(writes_to(STDERR_FILENO,
-                        [&] {
-                            RunShort const none({.after = 0, .lasting = true});
-                            line(std::cerr) << std::string_view(usual).substr(1) << 7;
-                        }),
-              '[' + usual.substr(1) + "7]");
+    std::string const usual(1023, 'x');
+    EXPECT_EQ(writes_of(usual, 7, {.after = 0, .lasting = true}), '[' + usual + "7]");
     EXPECT_FALSE(ran_short);
 }
 
 TEST(LineWithoutMemory, IsWrittenInPieces)
 {
-    EXPECT_EQ(writes_to(STDERR_FILENO,
-                        [] {
-                            RunShort const none({.after = 0, .lasting = true});
-                            line(std::cerr) << text << 1;
-                        }),
+    EXPECT_EQ(writes_of(text, 1, {.after = 0, .lasting = true}),
               '[' + text.substr(0, 1024) + "][" + text.substr(1024, 1024) + "][" + text.substr(2048) + "1]");
     EXPECT_TRUE(ran_short);
     EXPECT_TRUE(std::cerr.good());
@@ -41,22 +41,12 @@ TEST(LineWithoutMemory, IsWrittenInPieces)
 TEST(LineWithoutMemory, KeepsWhatItHasGrownTo)
 {
     std::string const four(4096, 'x');
-    EXPECT_EQ(writes_to(STDERR_FILENO,
-                        [&] {
-                            RunShort const none({.after = 1, .lasting = true});
-                            line(std::cerr) << four << 1;
-                        }),
-              '[' + four + "][1]");
+    EXPECT_EQ(writes_of(four, 1, {.after = 1, .lasting = true}), '[' + four + "][1]");
 }
 
 TEST(LineWithoutMemory, GrowsAgainWhenThereIsSome)
 {
-    EXPECT_EQ(writes_to(STDERR_FILENO,
-                        [] {
-                            RunShort const once({.after = 0});
-                            line(std::cerr) << text << 1;
-                        }),
-              '[' + text.substr(0, 1024) + "][" + text.substr(1024) + "1]");
+    EXPECT_EQ(writes_of(text, 1, {.after = 0}), '[' + text.substr(0, 1024) + "][" + text.substr(1024) + "1]");
 }
 
 TEST(LineWithMemory, ReturnsAllThatItTook)

@@ -1,13 +1,12 @@
 #include <kestry/kit/line.hpp>
 
-#include "support/testing.hpp"
-#include "support/writes.hpp"
-
 #include "kestry/hueline_stream.hpp"
 
 #include "support/buffers.hpp"
 #include "support/grouping.hpp"
 #include "support/screen.hpp"
+#include "support/testing.hpp"
+#include "support/writes.hpp"
 
 #ifdef __GLIBCXX__
 #include <ext/stdio_filebuf.h>
@@ -36,13 +35,66 @@ std::string on_out(std::function<void()> const& body) { return readable(writes_t
 std::string on_err(std::function<void()> const& body) { return readable(writes_to(STDERR_FILENO, body)); }
 
 // In a process of its own, with streams that are independent of stdio.
-std::string report_unsynced(std::function<std::string()> const& body)
+std::string unsynced(std::string (*writes)(std::function<void()> const&), std::function<void()> const& body)
 {
     return on_pipe([&] {
                std::ios::sync_with_stdio(false);
-               report(body());
+               report(writes(body));
            })
         .report;
+}
+
+// On terminals that know sequences.
+Outcome on_xterm(std::function<void()> const& body)
+{
+    return on_terminal([&] {
+        setenv("TERM", "xterm", 1);
+        body();
+    });
+}
+
+// A stream whose buffer tells what reaches it.
+struct Journaled : std::ostream {
+    Journaled() : std::ostream(nullptr) { rdbuf(&journal); }
+
+    Journal journal;
+};
+
+// What reaches the buffer of a stream.
+std::string journaled(std::function<void(std::ostream&)> const& body)
+{
+    Journaled os;
+    body(os);
+    return readable(os.journal.text);
+}
+
+struct Pipe {
+    Pipe()
+    {
+        std::array<int, 2> ends = {};
+        if (pipe(ends.data()) != 0) {
+            throw std::runtime_error("no pipe");
+        }
+        out = ends[0];
+        in = ends[1];
+    }
+
+    int out = -1;
+    int in = -1;
+};
+
+// Makes standard error the only writer of the pipe.
+void write_errors_to(Pipe const& to)
+{
+    dup2(to.in, STDERR_FILENO);
+    close(to.in);
+}
+
+void write_errors_to_nobody()
+{
+    Pipe const unread;
+    close(unread.out);
+    write_errors_to(unread);
 }
 
 void insert_ten(std::ostream& os)
@@ -50,31 +102,17 @@ void insert_ten(std::ostream& os)
     os << 1 << ' ' << "two" << ' ' << std::hex << 0xabc << std::dec << ' ' << 'd' << ' ' << 5.5 << '\n';
 }
 
-// ---------------------------------------------------------------------------------------------
-// One write
-// ---------------------------------------------------------------------------------------------
-
-TEST(PlainInsertions, AreAWriteEachOnStandardError)
-{
-    EXPECT_EQ(on_err([] { insert_ten(std::cerr); }), R"([1][ ][two][ ][abc][ ][d][ ][5.5][\n])");
-}
-
 TEST(Line, IsOneWrite)
 {
+    auto const ten = [](std::ostream& os) { return [&os] { insert_ten(line(os).stream()); }; };
+    std::string const write = R"([1 two abc d 5.5\n])";
+    EXPECT_EQ(on_err(ten(std::cerr)), write);
+    EXPECT_EQ(on_err(ten(std::clog)), write);
+    EXPECT_EQ(on_out(ten(std::cout)), write);
+    EXPECT_EQ(unsynced(on_err, ten(std::cerr)), write);
+    EXPECT_EQ(unsynced(on_err, ten(std::clog)), write);
+    EXPECT_EQ(unsynced(on_out, ten(std::cout)), write);
     EXPECT_EQ(on_err([] { line(std::cerr) << "a" << 1 << ' ' << 2.5 << '\n'; }), R"([a1 2.5\n])");
-    EXPECT_EQ(on_err([] { line(std::clog) << "a" << 1 << ' ' << 2.5 << '\n'; }), R"([a1 2.5\n])");
-    EXPECT_EQ(on_out([] { line(std::cout) << "a" << 1 << ' ' << 2.5 << '\n'; }), R"([a1 2.5\n])");
-    EXPECT_EQ(on_err([] { insert_ten(line(std::cerr).stream()); }), R"([1 two abc d 5.5\n])");
-}
-
-TEST(Line, IsOneWriteOfAStreamThatIsIndependentOfStdio)
-{
-    EXPECT_EQ(report_unsynced([] { return on_err([] { insert_ten(line(std::cerr).stream()); }); }),
-              R"([1 two abc d 5.5\n])");
-    EXPECT_EQ(report_unsynced([] { return on_err([] { insert_ten(line(std::clog).stream()); }); }),
-              R"([1 two abc d 5.5\n])");
-    EXPECT_EQ(report_unsynced([] { return on_out([] { insert_ten(line(std::cout).stream()); }); }),
-              R"([1 two abc d 5.5\n])");
 }
 
 TEST(Line, IsWrittenAtItsEndAndNotBefore)
@@ -152,10 +190,6 @@ TEST(Line, TakesWhatAStreamTakes)
     std::cerr << std::dec << std::noshowbase;
 }
 
-// ---------------------------------------------------------------------------------------------
-// The stream itself is composed on
-// ---------------------------------------------------------------------------------------------
-
 TEST(Line, IsColoredByTheManipulators)
 {
     auto const run = on_terminal([] {
@@ -169,16 +203,6 @@ TEST(Line, IsColoredByTheManipulators)
     });
     EXPECT_EQ(readable(run.out), R"(\e[00m\e[1m\e[31mout)");
     EXPECT_EQ(readable(run.err), R"(\e[00m\e[1m\e[34merr\e[00m\e[25h\e[3;7Hlog)");
-}
-
-TEST(Line, StaysPlainForManipulatorsOnAPipe)
-{
-    auto const run = on_pipe([] {
-        using namespace kestry::Hueline;
-        std::cout << colorize;
-        line(std::cout) << red << "out" << normal;
-    });
-    EXPECT_EQ(run.out, "out");
 }
 
 TEST(Line, LeavesTheFormatAsTheInsertionsDo)
@@ -205,11 +229,10 @@ TEST(Line, SpendsAWidthThatWasPending)
 
 TEST(Line, PassesALocaleOnToTheStreamsBuffer)
 {
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled os;
     line(os) << 12 << ' ', os.imbue(grouping_locale()), os << 1234;
-    EXPECT_EQ(journal.text, "imbued [12 1.2.3.4]");
-    EXPECT_EQ(os.getloc(), journal.getloc());
+    EXPECT_EQ(os.journal.text, "imbued [12 1.2.3.4]");
+    EXPECT_EQ(os.getloc(), os.journal.getloc());
 }
 
 TEST(Line, GivesBufferTieAndMaskBack)
@@ -259,10 +282,6 @@ TEST(Line, LeavesABufferAloneThatWasGivenInIt)
     EXPECT_EQ(other.str(), "other");
 }
 
-// ---------------------------------------------------------------------------------------------
-// What was written before
-// ---------------------------------------------------------------------------------------------
-
 TEST(Line, FollowsWhatStdioHolds)
 {
     auto const run = on_pipe([] {
@@ -277,57 +296,41 @@ TEST(Line, FollowsWhatStdioHolds)
 
 TEST(Line, FollowsWhatItsStreamHolds)
 {
-    EXPECT_EQ(report_unsynced([] {
-                  return on_out([] {
-                      std::cout << "before ";
-                      line(std::cout) << "line";
-                  });
-              }),
-              "[before ][line]");
-    EXPECT_EQ(report_unsynced([] {
-                  return on_err([] {
-                      std::clog << "log ";
-                      line(std::cerr) << "line";
-                  });
-              }),
-              "[log ][line]");
+    auto const write_between = [](std::ostream& before, std::ostream& os) {
+        before << "before ";
+        line(os) << "line";
+    };
+    EXPECT_EQ(unsynced(on_out, [&] { write_between(std::cout, std::cout); }), "[before ][line]");
+    EXPECT_EQ(unsynced(on_err, [&] { write_between(std::clog, std::cerr); }), "[before ][line]");
 }
 
 TEST(Line, FlushesTheTiedStreamOnceAndFirst)
 {
-    Journal tied_journal;
-    std::ostream tied(&tied_journal);
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled tied;
+    Journaled os;
     os.tie(&tied);
     line(os) << (tied << "a", "x") << "y" << 1;
-    EXPECT_EQ(tied_journal.text, "[a]/");
-    EXPECT_EQ(journal.text, "[xy1]");
+    EXPECT_EQ(tied.journal.text, "[a]/");
+    EXPECT_EQ(os.journal.text, "[xy1]");
 
-    EXPECT_EQ(report_unsynced([] {
-                  std::string err;
-                  std::string const out = on_out([&] {
-                      std::cout << "out";
-                      err = on_err([] { line(std::cerr) << "err"; });
-                      std::cout << "more" << std::flush;
-                  });
-                  return out + err;
-              }),
-              "[out][more][err]");
+    std::string const writes = unsynced(on_out, [] {
+        std::cout << "out";
+        std::string const err = on_err([] { line(std::cerr) << "err"; });
+        std::cout << "more" << std::flush << err << std::flush;
+    });
+    EXPECT_EQ(writes, "[out][more][[err]]");
 }
 
 TEST(Line, FlushesATiedStreamThatIsInTheMiddleOfALine)
 {
-    EXPECT_EQ(report_unsynced([] {
-                  return on_out([] {
-                      dup2(STDOUT_FILENO, STDERR_FILENO);
-                      std::cout << "before";
-                      line outer(std::cout);
-                      outer << "outer";
-                      line(std::cerr) << "inner";
-                  });
-              }),
-              "[before][inner][outer]");
+    std::string const writes = unsynced(on_out, [] {
+        dup2(STDOUT_FILENO, STDERR_FILENO);
+        std::cout << "before";
+        line outer(std::cout);
+        outer << "outer";
+        line(std::cerr) << "inner";
+    });
+    EXPECT_EQ(writes, "[before][inner][outer]");
 }
 
 TEST(Line, HoldsItsOwnTextInSpiteOfFlushes)
@@ -338,41 +341,16 @@ TEST(Line, HoldsItsOwnTextInSpiteOfFlushes)
     std::cout << std::nounitbuf;
 }
 
-// ---------------------------------------------------------------------------------------------
-// Other streams and other buffers
-// ---------------------------------------------------------------------------------------------
-
 TEST(LineOnAnyStream, IsOneInsertionIntoItsBuffer)
 {
-    Journal journal;
-    std::ostream os(&journal);
-    line(os) << 'a' << 1 << ' ' << std::setw(4) << "b";
-    EXPECT_EQ(journal.text, "[a1    b]");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << 'a' << 1 << ' ' << std::setw(4) << "b"; }), "[a1    b]");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << ""; }), "");
 }
 
 TEST(LineOnAnyStream, FlushesWhereAnInsertionWould)
 {
-    Journal journal;
-    std::ostream os(&journal);
-    line(os) << 'a' << std::endl << "b";
-    EXPECT_EQ(readable(journal.text), R"([a\nb]/)");
-
-    journal.text.clear();
-    line(os) << 'a';
-    EXPECT_EQ(journal.text, "[a]");
-
-    journal.text.clear();
-    os << std::unitbuf;
-    line(os) << 'a' << 'b';
-    EXPECT_EQ(journal.text, "[ab]/");
-}
-
-TEST(LineOnAnyStream, LeavesAnEmptyBufferAlone)
-{
-    Journal journal;
-    std::ostream os(&journal);
-    line(os) << "";
-    EXPECT_EQ(journal.text, "");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << 'a' << std::endl << "b"; }), R"([a\nb]/)");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os << std::unitbuf) << 'a' << 'b'; }), "[ab]/");
 }
 
 TEST(LineOnAnyStream, GoesToAStreamThatSharesABufferWithAStandardOne)
@@ -399,25 +377,23 @@ TEST(LineOnAStandardStream, GoesToABufferThatTheProgramGaveIt)
 #ifdef __GLIBCXX__
 TEST(LineOnAStandardStream, GoesToAFileThatTheProgramGaveIt)
 {
-    std::array<int, 2> ends = {};
-    ASSERT_EQ(pipe(ends.data()), 0);
-    __gnu_cxx::stdio_filebuf<char> file(ends[1], ios_base::out);
+    Pipe const to;
+    __gnu_cxx::stdio_filebuf<char> file(to.in, ios_base::out);
     EXPECT_EQ(on_out([&] {
                   WithBuffer const redirected(std::cout, &file);
                   line(std::cout) << "a" << 1;
               }),
               "");
     std::array<char, 8> text = {};
-    EXPECT_EQ(read(ends[0], text.data(), text.size()), 2);
+    EXPECT_EQ(read(to.out, text.data(), text.size()), 2);
     EXPECT_STREQ(text.data(), "a1");
     file.close();
-    close(ends[0]);
+    close(to.out);
 }
 
 TEST(Cursor, IsLeftAloneOnAnotherDescriptor)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
         __gnu_cxx::stdio_filebuf<char> other(dup(STDOUT_FILENO), ios_base::out);
         WithBuffer const redirected(std::cout, &other);
         std::cout << hide_cursor << "x";
@@ -444,32 +420,26 @@ TEST(LineOnAnyStream, WithoutABufferAcceptsNothing)
     EXPECT_EQ(os.rdbuf(), nullptr);
 }
 
-// ---------------------------------------------------------------------------------------------
-// States and exceptions
-// ---------------------------------------------------------------------------------------------
-
 TEST(LineThatFails, LeavesTheStateOfTheInsertions)
 {
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled os;
     line(os) << "accepted" << static_cast<char const*>(nullptr);
-    EXPECT_EQ(journal.text, "[accepted]");
+    EXPECT_EQ(os.journal.text, "[accepted]");
     EXPECT_EQ(os.rdstate(), ios_base::badbit);
 
     line(os) << "refused";
-    EXPECT_EQ(journal.text, "[accepted]");
+    EXPECT_EQ(os.journal.text, "[accepted]");
     EXPECT_EQ(os.rdstate(), ios_base::badbit | ios_base::failbit); // as each insertion into a bad stream has it
 
     os.clear(ios_base::eofbit);
     line(os) << "refused";
-    EXPECT_EQ(journal.text, "[accepted]");
+    EXPECT_EQ(os.journal.text, "[accepted]");
     EXPECT_EQ(os.rdstate() & ~ios_base::failbit, ios_base::eofbit); // which newer libraries add here too
 }
 
 TEST(LineThatFails, AcceptsNothingOnAStreamThatHasThrown)
 {
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled os;
     os.setstate(ios_base::failbit);
     EXPECT_THROW(os.exceptions(ios_base::failbit), ios_base::failure);
     line const nothing(os);
@@ -603,13 +573,12 @@ TEST(LineThatFails, IsWrittenThoughTheTiedStreamFails)
     refusing.throws_at_flush = true;
     tied.rdbuf(&refusing);
     tied.exceptions(ios_base::badbit);
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled os;
     os.tie(&tied);
     line named(os);
     named << "a";
     EXPECT_NO_THROW(named.end());
-    EXPECT_EQ(journal.text, "[a]");
+    EXPECT_EQ(os.journal.text, "[a]");
     EXPECT_TRUE(tied.bad());
     EXPECT_TRUE(os.good());
 }
@@ -618,11 +587,7 @@ TEST(LineThatFails, MakesTheStreamBadWhereNobodyReads)
 {
     auto const run = on_pipe([] {
         std::signal(SIGPIPE, SIG_IGN);
-        std::array<int, 2> ends = {};
-        if (pipe(ends.data()) == 0) {
-            close(ends[0]);
-            dup2(ends[1], STDERR_FILENO);
-        }
+        write_errors_to_nobody();
         line(std::cerr) << "a";
         report(std::cerr.bad() ? "bad" : "good");
     });
@@ -633,11 +598,7 @@ TEST(LineThatFails, MakesTheStreamBadWhereNobodyReads)
 TEST(LineThatFails, DiesOfSigpipeAsAnInsertionDoes)
 {
     auto const run = on_pipe([] {
-        std::array<int, 2> ends = {};
-        if (pipe(ends.data()) == 0) {
-            close(ends[0]);
-            dup2(ends[1], STDERR_FILENO);
-        }
+        write_errors_to_nobody();
         line(std::cerr) << "a";
     });
     EXPECT_EQ(run.signal, SIGPIPE);
@@ -645,11 +606,6 @@ TEST(LineThatFails, DiesOfSigpipeAsAnInsertionDoes)
 
 TEST(Line, KeepsErrno)
 {
-    std::array<int, 2> ends = {};
-    ASSERT_EQ(pipe(ends.data()), 0);
-    close(ends[0]);
-    close(ends[1]);
-    errno = ERANGE;
     on_err([] {
         errno = ERANGE;
         line(std::cerr) << "a";
@@ -661,10 +617,6 @@ TEST(Line, KeepsErrno)
     });
 }
 
-// ---------------------------------------------------------------------------------------------
-// Descriptors that are slow
-// ---------------------------------------------------------------------------------------------
-
 std::string const long_text = [] {
     std::string text;
     for (int i = 0; text.size() < 1'000'000; ++i) {
@@ -673,13 +625,14 @@ std::string const long_text = [] {
     return text;
 }();
 
-// The bytes that arrive in the pipe until it has no writer.
-std::string read_all(int pipe_end)
+// The bytes that arrive in the pipe until it has no writer, or those that are wanted.
+std::string read_all(int pipe_end, std::size_t wanted = SIZE_MAX)
 {
     std::string all;
     std::array<char, 65536> piece;
-    for (ssize_t n = 0; (n = read(pipe_end, piece.data(), piece.size())) > 0;) {
-        all.append(piece.data(), static_cast<std::size_t>(n));
+    for (ssize_t n = 1; n > 0 && all.size() < wanted;) {
+        n = read(pipe_end, piece.data(), std::min(piece.size(), wanted - all.size()));
+        all.append(piece.data(), static_cast<std::size_t>(std::max<ssize_t>(n, 0)));
     }
     return all;
 }
@@ -687,17 +640,13 @@ std::string read_all(int pipe_end)
 TEST(SlowDescriptor, ThatDoesNotBlockIsWaitedFor)
 {
     auto const run = on_pipe([] {
-        std::array<int, 2> ends = {};
-        if (pipe(ends.data()) != 0) {
-            return;
-        }
-        fcntl(ends[1], F_SETFL, O_NONBLOCK);
-        dup2(ends[1], STDERR_FILENO);
-        close(ends[1]);
+        Pipe const to;
+        fcntl(to.in, F_SETFL, O_NONBLOCK);
+        write_errors_to(to);
         std::string all;
         std::thread reader([&] {
             std::this_thread::sleep_for(std::chrono::milliseconds(20)); // the pipe is full by then
-            all = read_all(ends[0]);
+            all = read_all(to.out);
         });
         line(std::cerr) << long_text;
         close(STDERR_FILENO);
@@ -735,30 +684,18 @@ TEST(SlowDescriptor, MayBeInterruptedBySignals)
 TEST(SlowDescriptor, KeepsALineWholeWhoseThreadIsCancelled)
 {
     auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
-        std::array<int, 2> ends = {};
-        if (pipe(ends.data()) != 0) {
-            return;
-        }
-        dup2(ends[1], STDERR_FILENO);
-        close(ends[1]);
+        Pipe const to;
+        write_errors_to(to);
         std::thread writer([] { line(std::cerr) << long_text; });
-        std::string all(1, '\0');
-        static_cast<void>(read(ends[0], all.data(), 1)); // until the line is on its way
+        std::string const begun = read_all(to.out, 1); // the line is on its way
         pthread_cancel(writer.native_handle());
-        std::array<char, 65536> piece;
-        for (ssize_t n = 0; all.size() < long_text.size() && (n = read(ends[0], piece.data(), piece.size())) > 0;) {
-            all.append(piece.data(), static_cast<std::size_t>(n));
-        }
+        std::string const all = begun + read_all(to.out, long_text.size() - 1);
         writer.join();
-        report(all.substr(1) == long_text.substr(1) ? "whole" : "cut");
+        report(all == long_text ? "whole" : "cut");
     });
     EXPECT_EQ(run.report, "whole");
     EXPECT_EQ(run.status, 0);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Lines within lines
-// ---------------------------------------------------------------------------------------------
 
 char const* log_to(std::ostream& os)
 {
@@ -772,6 +709,7 @@ TEST(LineInALine, IsWrittenFirst)
               R"([inner1\n][before after\n])");
     EXPECT_EQ(on_err([] { line(std::cerr) << "before " << log_to(std::clog) << '\n'; }),
               R"([inner1\n][before after\n])");
+    EXPECT_EQ(journaled([](std::ostream& os) { line(os) << "before " << log_to(os); }), R"([inner1\n][before after])");
 }
 
 TEST(LineInALine, OfTheSameExpressionLastsAsLong)
@@ -800,52 +738,39 @@ TEST(LineInALine, IsOneWriteAtAnyLength)
               '[' + text + "1][outer]");
 }
 
-TEST(LineInALine, OnAnyStreamGoesFirstToo)
-{
-    Journal journal;
-    std::ostream os(&journal);
-    line(os) << "before " << log_to(os);
-    EXPECT_EQ(readable(journal.text), R"([inner1\n][before after])");
-}
-
 TEST(LineInALine, FlushesWhatIsTiedToTheStream)
 {
-    Journal tied_journal;
-    std::ostream tied(&tied_journal);
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled tied;
+    Journaled os;
     os.tie(&tied);
     {
         line outer(os);
         line(os) << "inner";
-        EXPECT_EQ(tied_journal.text, "/");
+        EXPECT_EQ(tied.journal.text, "/");
         EXPECT_EQ(os.tie(), nullptr);
     }
-    EXPECT_EQ(tied_journal.text, "//");
+    EXPECT_EQ(tied.journal.text, "//");
     EXPECT_EQ(os.tie(), &tied);
 }
 
 TEST(LineInALine, IsFlushedWhereTheStreamIsUnbuffered)
 {
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled os;
     os << std::unitbuf;
     {
         line outer(os);
         os << "outer";
         line(os) << "inner";
-        EXPECT_EQ(journal.text, "[inner]/");
+        EXPECT_EQ(os.journal.text, "[inner]/");
     }
-    EXPECT_EQ(journal.text, "[inner]/[outer]/");
+    EXPECT_EQ(os.journal.text, "[inner]/[outer]/");
     EXPECT_TRUE(os.flags() & ios_base::unitbuf);
 }
 
 TEST(LineInALine, MayEndAfterIt)
 {
-    Journal tied_journal;
-    std::ostream tied(&tied_journal);
-    Journal journal;
-    std::ostream os(&journal);
+    Journaled tied;
+    Journaled os;
     os.tie(&tied);
     os << std::unitbuf;
     auto first = std::make_unique<line>(os);
@@ -855,21 +780,17 @@ TEST(LineInALine, MayEndAfterIt)
     auto third = std::make_unique<line>(os);
     os << "3";
     second.reset();
-    EXPECT_EQ(journal.text, "[2]/");
+    EXPECT_EQ(os.journal.text, "[2]/");
     first.reset();
-    EXPECT_EQ(journal.text, "[2]/[1]/");
+    EXPECT_EQ(os.journal.text, "[2]/[1]/");
     os << "4";
     EXPECT_EQ(os.tie(), nullptr);
     third.reset();
-    EXPECT_EQ(journal.text, "[2]/[1]/[34]/");
-    EXPECT_EQ(os.rdbuf(), &journal);
+    EXPECT_EQ(os.journal.text, "[2]/[1]/[34]/");
+    EXPECT_EQ(os.rdbuf(), &os.journal);
     EXPECT_EQ(os.tie(), &tied);
     EXPECT_TRUE(os.flags() & ios_base::unitbuf);
 }
-
-// ---------------------------------------------------------------------------------------------
-// The end of a program, and its children
-// ---------------------------------------------------------------------------------------------
 
 TEST(EndOfAProgram, InALineWritesWhatItHolds)
 {
@@ -910,13 +831,9 @@ TEST(EndOfAProgram, WaitsForNoOtherThreadsLine)
     GTEST_SKIP() << "std::exit flushes the standard streams, which races with any thread that still inserts";
 #endif
     auto const run = on_pipe([] {
-        std::array<int, 2> begun = {};
-        if (pipe(begun.data()) != 0) {
-            return;
-        }
-        std::thread([&] { line(std::cerr) << "lost" << (close(begun[1]), pause(), ""); }).detach();
-        char byte = 0;
-        static_cast<void>(read(begun[0], &byte, 1)); // until it has the lock
+        Pipe const begun;
+        std::thread([&] { line(std::cerr) << "lost" << (close(begun.in), pause(), ""); }).detach();
+        read_all(begun.out); // until it has the lock
         std::exit(4);
     });
     EXPECT_EQ(run.status, 4);
@@ -972,10 +889,6 @@ TEST(Fork, LeavesWhatIsComposedToTheParent)
     EXPECT_EQ(run.err, "child composed parent");
 }
 
-// ---------------------------------------------------------------------------------------------
-// The cursor
-// ---------------------------------------------------------------------------------------------
-
 void on_all_streams()
 {
     setenv("TERM", "xterm", 1);
@@ -999,8 +912,7 @@ TEST(Cursor, IsLeftAloneElsewhere)
     EXPECT_EQ(run.out, "out");
     EXPECT_EQ(readable(run.err), R"(\e[?25lerrlog\e[?25h)");
 
-    auto const other = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const other = on_xterm([] {
         std::ostringstream text;
         text << hide_cursor << "x" << show_cursor;
         std::ostream second(std::cout.rdbuf());
@@ -1032,28 +944,18 @@ TEST(Cursor, IsLeftAloneOnTerminalsWithoutSequences)
     }
 }
 
-TEST(Cursor, KeepsAPendingWidth)
+TEST(Cursor, IsPartOfALineAndKeepsAPendingWidth)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
+        line(std::cout) << "a" << hide_cursor << "b";
         std::cout << std::setw(3) << hide_cursor << 1 << show_cursor;
     });
-    EXPECT_EQ(readable(run.out), R"(\e[?25l  1\e[?25h)");
-}
-
-TEST(Cursor, IsPartOfALine)
-{
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
-        line(std::cout) << "a" << hide_cursor << "b";
-    });
-    EXPECT_EQ(readable(run.out), R"(a\e[?25lb)");
+    EXPECT_EQ(readable(run.out), R"(a\e[?25lb\e[?25l  1\e[?25h)");
 }
 
 TEST(HiddenCursor, ComesBackAtTheEndOfTheScope)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
         try {
             std::cout << "a";
             hidden_cursor const hidden(std::cout);
@@ -1068,8 +970,7 @@ TEST(HiddenCursor, ComesBackAtTheEndOfTheScope)
 
 TEST(HiddenCursor, ComesBackThoughTheStreamHasFailed)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
         hidden_cursor const hidden(std::cout);
         std::cout.setstate(ios_base::badbit);
     });
@@ -1078,8 +979,7 @@ TEST(HiddenCursor, ComesBackThoughTheStreamHasFailed)
 
 TEST(HiddenCursor, ComesBackWithTheLastOnItsDescriptor)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
         hidden_cursor const on_cout(std::cout);
         auto first = std::make_optional<hidden_cursor>(std::cerr);
         auto second = std::make_optional<hidden_cursor>(std::clog);
@@ -1094,8 +994,7 @@ TEST(HiddenCursor, ComesBackWithTheLastOnItsDescriptor)
 
 TEST(HiddenCursor, ComesBackWhenTheProgramExits)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
         hidden_cursor const hidden(std::cerr);
         std::exit(5);
     });
@@ -1106,8 +1005,7 @@ TEST(HiddenCursor, ComesBackWhenTheProgramExits)
 
 TEST(HiddenCursor, BelongsToTheParent)
 {
-    auto const run = on_terminal([] {
-        setenv("TERM", "xterm", 1);
+    auto const run = on_xterm([] {
         std::optional<hidden_cursor> hidden(std::cerr);
         pid_t const child = fork();
         if (child == 0) {

@@ -4,6 +4,7 @@
 
 #include "kestry/hueline_stream.hpp"
 
+#include "kit/threads.hpp"
 #include "support/testing.hpp"
 
 namespace {
@@ -37,13 +38,7 @@ void write_from_everywhere(bool synced)
     dup2(STDOUT_FILENO, STDERR_FILENO);
     for (int process = 0; process < processes; ++process) {
         if (fork() == 0) {
-            std::vector<std::thread> writers;
-            for (int thread = 0; thread < threads; ++thread) {
-                writers.emplace_back(write_lines, process, thread);
-            }
-            for (std::thread& writer : writers) {
-                writer.join();
-            }
+            in_threads(threads, [process](int thread) { write_lines(process, thread); });
             _exit(0); // nothing is left in a buffer
         }
     }
@@ -126,43 +121,33 @@ TEST(LinesOfManyThreads, MayUseTheManipulators)
     int constexpr each = 200;
     auto const run = on_terminal([] {
         std::cout << colorize;
-        auto const write_red = [] {
+        in_threads(2, [](int thread) {
             for (int i = 0; i < each; ++i) {
-                line(std::cout) << red << 'r' << reset << '\n';
+                if (thread == 0) {
+                    line(std::cout) << red << 'r' << reset << '\n';
+                } else {
+                    line(std::cout) << blue << 'b' << reset << '\n';
+                }
             }
-        };
-        std::thread other(write_red);
-        for (int i = 0; i < each; ++i) {
-            line(std::cout) << blue << 'b' << reset << '\n';
-        }
-        other.join();
+        });
     });
-    int reds = 0;
-    int blues = 0;
+    std::map<std::string, int> seen;
     std::istringstream in(run.out);
     for (std::string text; std::getline(in, text);) {
-        std::string const seen = readable(text);
-        reds += seen == R"(\e[00m\e[1m\e[31mr\e[00m\e[25h)" ? 1 : 0;
-        blues += seen == R"(\e[00m\e[1m\e[34mb\e[00m\e[25h)" ? 1 : 0;
+        ++seen[readable(text)];
     }
-    EXPECT_EQ(reds, each);
-    EXPECT_EQ(blues, each);
+    EXPECT_EQ(seen[R"(\e[00m\e[1m\e[31mr\e[00m\e[25h)"], each);
+    EXPECT_EQ(seen[R"(\e[00m\e[1m\e[34mb\e[00m\e[25h)"], each);
 }
 
 TEST(LinesOfManyThreads, StayWholeOnAnyStream)
 {
     std::ostringstream os;
-    std::vector<std::thread> writers;
-    for (int thread = 0; thread < threads; ++thread) {
-        writers.emplace_back([&] {
-            for (int i = 0; i < 500; ++i) {
-                line(os) << "a" << 1 << ' ' << "line" << '\n';
-            }
-        });
-    }
-    for (std::thread& writer : writers) {
-        writer.join();
-    }
+    in_threads(threads, [&](int) {
+        for (int i = 0; i < 500; ++i) {
+            line(os) << "a" << 1 << ' ' << "line" << '\n';
+        }
+    });
     std::string expected;
     for (int i = 0; i < threads * 500; ++i) {
         expected += "a1 line\n";

@@ -11,12 +11,9 @@ using namespace kestry::kit;
 struct Answer {
     std::string on_terminal;
     std::string elsewhere;
-};
 
-bool operator==(Answer const& a, Answer const& b)
-{
-    return a.on_terminal == b.on_terminal && a.elsewhere == b.elsewhere;
-}
+    bool operator==(Answer const&) const = default;
+};
 
 void PrintTo(Answer const& answer, std::ostream* os)
 {
@@ -25,9 +22,12 @@ void PrintTo(Answer const& answer, std::ostream* os)
 
 Answer both(std::string const& text) { return {text, text}; }
 
-// ---------------------------------------------------------------------------------------------
-// Values alone
-// ---------------------------------------------------------------------------------------------
+Answer on_terminals(std::string const& text) { return {text, "none (not a terminal)"}; }
+
+std::string const plain_terminal = "16 colours (a terminal, TERM is not known for more)";
+std::string const terminal_of_256 = "256 colours (a terminal, TERM says 256 colours)";
+std::string const always_16 = "16 colours (--color=always, TERM is not known for more)";
+std::string const always_256 = "256 colours (--color=always, TERM says 256 colours)";
 
 // Each descriptor is once the one and once the other.
 Answer decided(std::string const& when, color_environment environment)
@@ -45,12 +45,6 @@ Answer decided(std::string const& when, color_environment environment)
 }
 
 Answer decided(color_environment const& environment) { return decided("", environment); }
-
-// The decision where colour is wanted.
-std::string depth(color_environment const& environment)
-{
-    return to_string(color_policy({color_when::always}, environment).out());
-}
 
 char const* const xterm = "xterm-256color";
 
@@ -78,14 +72,11 @@ TEST(ColorDecision, SaysWhyInOneLine)
 
 TEST(ColorPolicy, TheOptionBeatsTheEnvironment)
 {
-    EXPECT_EQ(decided("always", {.no_color = "1", .term = xterm}),
-              both("256 colours (--color=always, TERM says 256 colours)"));
-    EXPECT_EQ(decided("always", {.force_color = "0", .term = xterm}),
-              both("256 colours (--color=always, TERM says 256 colours)"));
-    EXPECT_EQ(decided("always", {.clicolor = "0", .term = "xterm"}),
-              both("16 colours (--color=always, TERM is not known for more)"));
+    EXPECT_EQ(decided("always", {.no_color = "1", .term = xterm}), both(always_256));
+    EXPECT_EQ(decided("always", {.force_color = "0", .term = xterm}), both(always_256));
+    EXPECT_EQ(decided("always", {.clicolor = "0", .term = "xterm"}), both(always_16));
     EXPECT_EQ(decided("always", {.term = "dumb"}), both("16 colours (--color=always, TERM is dumb)"));
-    EXPECT_EQ(decided("always", {}), both("16 colours (--color=always, TERM is not known for more)"));
+    EXPECT_EQ(decided("always", {}), both(always_16));
     EXPECT_EQ(decided("never", {.force_color = "3", .clicolor_force = "1", .term = xterm}),
               both("none (--color=never)"));
 }
@@ -106,18 +97,16 @@ TEST(ColorPolicy, TheOptionMayFixTheDepth)
 TEST(ColorPolicy, ADepthCountsWithAlwaysAlone)
 {
     color_environment const environment = {.term = xterm, .out_is_terminal = true};
-    EXPECT_EQ(to_string(color_policy({color_when::automatic, color_depth::ansi16}, environment).out()),
-              "256 colours (a terminal, TERM says 256 colours)");
-    EXPECT_EQ(to_string(color_policy({color_when::automatic, color_depth::ansi16}, environment).err()),
-              "none (not a terminal)");
-    EXPECT_EQ(to_string(color_policy({color_when::never, color_depth::ansi16}, environment).out()),
-              "none (--color=never)");
+    color_policy const automatic({color_when::automatic, color_depth::ansi16}, environment);
+    EXPECT_EQ(to_string(automatic.out()), terminal_of_256);
+    EXPECT_EQ(to_string(automatic.err()), "none (not a terminal)");
+    color_policy const never({color_when::never, color_depth::ansi16}, environment);
+    EXPECT_EQ(to_string(never.out()), "none (--color=never)");
 }
 
 TEST(ColorPolicy, AutoGoesOn)
 {
-    Answer const terminals = {"256 colours (a terminal, TERM says 256 colours)", "none (not a terminal)"};
-    EXPECT_EQ(decided("auto", {.term = xterm}), terminals);
+    EXPECT_EQ(decided("auto", {.term = xterm}), on_terminals(terminal_of_256));
     EXPECT_EQ(decided("auto", {.no_color = "1", .term = xterm}), both("none (NO_COLOR is set)"));
 }
 
@@ -128,37 +117,28 @@ TEST(ColorPolicy, NoColorBeatsTheOtherVariables)
         EXPECT_EQ(decided({.no_color = value, .force_color = "3", .clicolor_force = "1", .term = xterm}),
                   both("none (NO_COLOR is set)"));
     }
-    EXPECT_EQ(decided({.no_color = "", .term = "xterm"}),
-              (Answer{"16 colours (a terminal, TERM is not known for more)", "none (not a terminal)"}));
+    EXPECT_EQ(decided({.no_color = "", .term = "xterm"}), on_terminals(plain_terminal));
 }
 
 TEST(ColorPolicy, ForceColorNamesTheDepth)
 {
-    struct Row {
-        char const* value;
+    struct {
         char const* answer;
+        std::vector<char const*> values;
+    } const rows[] = {
+        {"none (FORCE_COLOR is 0)", {"0", "00"}},
+        {"none (FORCE_COLOR is false)", {"false", "False"}},
+        {"16 colours (FORCE_COLOR is set)", {"1", "01", "true", "TRUE"}},
+        {"256 colours (FORCE_COLOR is set)", {"2"}},
+        {"24 bit (FORCE_COLOR is set)", {"3", "4", "10", "4294967296", "99999999999999999999"}},
     };
-    Row const rows[] = {
-        {"0", "none (FORCE_COLOR is 0)"},
-        {"00", "none (FORCE_COLOR is 0)"},
-        {"false", "none (FORCE_COLOR is false)"},
-        {"False", "none (FORCE_COLOR is false)"},
-        {"1", "16 colours (FORCE_COLOR is set)"},
-        {"01", "16 colours (FORCE_COLOR is set)"},
-        {"true", "16 colours (FORCE_COLOR is set)"},
-        {"TRUE", "16 colours (FORCE_COLOR is set)"},
-        {"2", "256 colours (FORCE_COLOR is set)"},
-        {"3", "24 bit (FORCE_COLOR is set)"},
-        {"4", "24 bit (FORCE_COLOR is set)"},
-        {"10", "24 bit (FORCE_COLOR is set)"},
-        {"4294967296", "24 bit (FORCE_COLOR is set)"},
-        {"99999999999999999999", "24 bit (FORCE_COLOR is set)"},
-    };
-    for (Row const& row : rows) {
-        SCOPED_TRACE(row.value);
-        EXPECT_EQ(decided({.force_color = row.value, .term = "xterm", .colorterm = "truecolor"}), both(row.answer));
-        EXPECT_EQ(decided({.force_color = row.value, .clicolor_force = "1", .clicolor = "0", .term = "dumb"}),
-                  both(row.answer));
+    for (auto const& [answer, values] : rows) {
+        for (char const* const value : values) {
+            SCOPED_TRACE(value);
+            EXPECT_EQ(decided({.force_color = value, .term = "xterm", .colorterm = "truecolor"}), both(answer));
+            EXPECT_EQ(decided({.force_color = value, .clicolor_force = "1", .clicolor = "0", .term = "dumb"}),
+                      both(answer));
+        }
     }
 }
 
@@ -182,137 +162,98 @@ TEST(ColorPolicy, ClicolorForceForcesUnlessItIsZero)
         EXPECT_EQ(decided({.clicolor_force = value}),
                   both("16 colours (CLICOLOR_FORCE is set, TERM is not known for more)"));
     }
-    Answer const unforced = {"16 colours (a terminal, TERM is not known for more)", "none (not a terminal)"};
-    EXPECT_EQ(decided({.clicolor_force = "0", .term = "xterm"}), unforced);
-    EXPECT_EQ(decided({.clicolor_force = "", .term = "xterm"}), unforced);
+    EXPECT_EQ(decided({.clicolor_force = "0", .term = "xterm"}), on_terminals(plain_terminal));
+    EXPECT_EQ(decided({.clicolor_force = "", .term = "xterm"}), on_terminals(plain_terminal));
 }
 
 TEST(ColorPolicy, ClicolorZeroTakesColor)
 {
     EXPECT_EQ(decided({.clicolor = "0", .term = xterm}), both("none (CLICOLOR is 0)"));
-    Answer const untouched = {"256 colours (a terminal, TERM says 256 colours)", "none (not a terminal)"};
     for (char const* const value : {"", "1", "00", "false"}) {
         SCOPED_TRACE(value);
-        EXPECT_EQ(decided({.clicolor = value, .term = xterm}), untouched);
+        EXPECT_EQ(decided({.clicolor = value, .term = xterm}), on_terminals(terminal_of_256));
     }
 }
 
 TEST(ColorPolicy, ATerminalWithoutANameOrADumbOneGetsNone)
 {
-    EXPECT_EQ(decided({}), (Answer{"none (TERM is not set)", "none (not a terminal)"}));
-    EXPECT_EQ(decided({.colorterm = "truecolor"}), (Answer{"none (TERM is not set)", "none (not a terminal)"}));
-    EXPECT_EQ(decided({.term = "dumb", .colorterm = "truecolor"}),
-              (Answer{"none (TERM is dumb)", "none (not a terminal)"}));
-    EXPECT_EQ(decided({.term = "dumber"}),
-              (Answer{"16 colours (a terminal, TERM is not known for more)", "none (not a terminal)"}));
+    EXPECT_EQ(decided({}), on_terminals("none (TERM is not set)"));
+    EXPECT_EQ(decided({.colorterm = "truecolor"}), on_terminals("none (TERM is not set)"));
+    EXPECT_EQ(decided({.term = "dumb", .colorterm = "truecolor"}), on_terminals("none (TERM is dumb)"));
+    EXPECT_EQ(decided({.term = "dumber"}), on_terminals(plain_terminal));
 }
 
 TEST(ColorPolicy, FindsTheDepth)
 {
-    struct Row {
-        color_environment environment;
-        char const* answer;
+    auto const named = [](std::vector<char const*> const& terms) {
+        std::vector<color_environment> environments;
+        for (char const* const term : terms) {
+            environments.push_back({.term = term});
+        }
+        return environments;
     };
-    Row const rows[] = {
-        {{.term = "xterm"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "xterm-test"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "linux", .colorterm = "rxvt"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "xterm", .colorterm = "truecolors"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "barefoot"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "indirect"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "xterm-2560color"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "xterm-256col"}, "16 colours (--color=always, TERM is not known for more)"},
-
-        {{.term = "dumb", .colorterm = "truecolor"}, "16 colours (--color=always, TERM is dumb)"},
-        {{.term = "xterm", .colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
-        {{.term = "xterm", .colorterm = "TrueColor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
-        {{.term = "xterm", .colorterm = "24bit"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
-        {{.term = "xterm", .colorterm = "24BIT"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
-        {{.colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
-        {{.term = "tmux-256color", .colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
-
-        {{.term = "xterm-direct"}, "24 bit (--color=always, TERM says direct colour)"},
-        {{.term = "xterm-direct2"}, "24 bit (--color=always, TERM says direct colour)"},
-        {{.term = "xterm-direct16"}, "24 bit (--color=always, TERM says direct colour)"},
-        {{.term = "xterm-direct256"}, "24 bit (--color=always, TERM says direct colour)"},
-        {{.term = "alacritty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "contour"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "ALACRITTY"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "WEZTERM"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "foot"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "foot-extra"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "xterm-ghostty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "xterm-kitty"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "rio"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-        {{.term = "wezterm"}, "24 bit (--color=always, TERM is known for 24 bit)"},
-
-        {{.term = xterm, .term_program = "ghostty"}, "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
-        {{.term = xterm, .term_program = "rio"}, "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
-        {{.term = xterm, .term_program = "WezTerm"}, "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
-        {{.term = xterm, .term_program = "iTerm.app", .term_program_version = "3.4.19"},
-         "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
-        {{.term = xterm, .term_program = "iTerm.app", .term_program_version = "10.0"},
-         "24 bit (--color=always, TERM_PROGRAM is known for 24 bit)"},
-        {{.term = xterm, .wt_session = "1f"}, "24 bit (--color=always, WT_SESSION is set)"},
-
-        {{.term = "xterm", .term_program = "iTerm.app", .term_program_version = "2.9.3"},
-         "256 colours (--color=always, TERM_PROGRAM is known for 256 colours)"},
-        {{.term = "xterm", .term_program = "iTerm.app"},
-         "256 colours (--color=always, TERM_PROGRAM is known for 256 colours)"},
-        {{.term = "xterm", .term_program = "Apple_Terminal", .term_program_version = "455"},
-         "256 colours (--color=always, TERM_PROGRAM is known for 256 colours)"},
-        {{.term = "xterm", .term_program = "vt", .term_program_version = "3"},
-         "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = xterm}, "256 colours (--color=always, TERM says 256 colours)"},
-        {{.term = "screen-256color-bce"}, "256 colours (--color=always, TERM says 256 colours)"},
-        {{.term = "mlterm-256"}, "256 colours (--color=always, TERM says 256 colours)"},
-
-        {{.term = "screen"}, "16 colours (--color=always, TERM is not known for more)"},
-        {{.term = "screen", .colorterm = "truecolor"},
-         "256 colours (--color=always, GNU screen passes 256 colours on)"},
-        {{.term = "screen-256color", .colorterm = "truecolor"},
-         "256 colours (--color=always, GNU screen passes 256 colours on)"},
-        {{.term = "screen.xterm-256color", .wt_session = "1f"},
-         "256 colours (--color=always, GNU screen passes 256 colours on)"},
-        {{.term = "screen", .colorterm = "truecolor", .term_program = "tmux"},
-         "24 bit (--color=always, COLORTERM says 24 bit)"},
-        {{.term = "screencast", .colorterm = "truecolor"}, "24 bit (--color=always, COLORTERM says 24 bit)"},
+    auto const in = [](char const* term, char const* program, char const* version = "") {
+        return color_environment{.term = term, .term_program = program, .term_program_version = version};
     };
-    for (Row const& row : rows) {
-        SCOPED_TRACE(std::string(row.environment.term) + " COLORTERM=" + std::string(row.environment.colorterm) +
-                     " TERM_PROGRAM=" + std::string(row.environment.term_program));
-        EXPECT_EQ(depth(row.environment), row.answer);
+    auto const with = [](char const* term, char const* colorterm) {
+        return color_environment{.term = term, .colorterm = colorterm};
+    };
+    struct {
+        std::string answer;
+        std::vector<color_environment> environments;
+    } const rows[] = {
+        {always_16,
+         named({"xterm", "xterm-test", "barefoot", "indirect", "xterm-2560color", "xterm-256col", "screen"})},
+        {always_16, {with("linux", "rxvt"), with("xterm", "truecolors"), in("xterm", "vt", "3")}},
+        {"16 colours (--color=always, TERM is dumb)", {with("dumb", "truecolor")}},
+        {"24 bit (--color=always, COLORTERM says 24 bit)",
+         {with("xterm", "truecolor"), with("xterm", "TrueColor"), with("xterm", "24bit"), with("xterm", "24BIT"),
+          with("", "truecolor"), with("tmux-256color", "truecolor"), with("screencast", "truecolor")}},
+        {"24 bit (--color=always, COLORTERM says 24 bit)",
+         {{.term = "screen", .colorterm = "truecolor", .term_program = "tmux"}}},
+        {"24 bit (--color=always, TERM says direct colour)",
+         named({"xterm-direct", "xterm-direct2", "xterm-direct16", "xterm-direct256"})},
+        {"24 bit (--color=always, TERM is known for 24 bit)",
+         named({"alacritty", "contour", "ALACRITTY", "WEZTERM", "foot", "foot-extra", "xterm-ghostty", "xterm-kitty",
+                "rio", "wezterm"})},
+        {"24 bit (--color=always, TERM_PROGRAM is known for 24 bit)",
+         {in(xterm, "ghostty"), in(xterm, "rio"), in(xterm, "WezTerm"), in(xterm, "iTerm.app", "3.4.19"),
+          in(xterm, "iTerm.app", "10.0")}},
+        {"24 bit (--color=always, WT_SESSION is set)", {{.term = xterm, .wt_session = "1f"}}},
+        {"256 colours (--color=always, TERM_PROGRAM is known for 256 colours)",
+         {in("xterm", "iTerm.app", "2.9.3"), in("xterm", "iTerm.app"), in("xterm", "Apple_Terminal", "455")}},
+        {always_256, named({xterm, "screen-256color-bce", "mlterm-256"})},
+        {"256 colours (--color=always, GNU screen passes 256 colours on)",
+         {with("screen", "truecolor"),
+          with("screen-256color", "truecolor"),
+          {.term = "screen.xterm-256color", .wt_session = "1f"}}},
+    };
+    for (auto const& [answer, environments] : rows) {
+        for (color_environment const& environment : environments) {
+            SCOPED_TRACE(std::string(environment.term) + " COLORTERM=" + std::string(environment.colorterm) +
+                         " TERM_PROGRAM=" + std::string(environment.term_program));
+            EXPECT_EQ(to_string(color_policy({color_when::always}, environment).out()), answer);
+        }
     }
 }
 
-// ---------------------------------------------------------------------------------------------
-// The option
-// ---------------------------------------------------------------------------------------------
-
 TEST(ParseColorOption, KnowsItsWords)
 {
-    struct Row {
-        color_when when;
-        std::optional<color_depth> depth;
-        std::vector<char const*> words;
-    };
-    Row const rows[] = {
-        {color_when::automatic, std::nullopt, {"auto", "tty", "if-tty"}},
-        {color_when::always, std::nullopt, {"always", "yes", "force"}},
-        {color_when::never, std::nullopt, {"never", "no", "none"}},
-        {color_when::always, color_depth::ansi16, {"16"}},
-        {color_when::always, color_depth::ansi256, {"256"}},
-        {color_when::always, color_depth::truecolor, {"24bit"}},
-    };
-    for (Row const& row : rows) {
-        for (char const* const word : row.words) {
+    auto const expect = [](color_when when, std::optional<color_depth> depth, std::vector<char const*> const& words) {
+        for (char const* const word : words) {
             SCOPED_TRACE(word);
             std::optional<color_option> const option = parse_color_option(word);
             ASSERT_TRUE(option);
-            EXPECT_EQ(option->when, row.when);
-            EXPECT_EQ(option->depth, row.depth);
+            EXPECT_EQ(option->when, when);
+            EXPECT_EQ(option->depth, depth);
         }
-    }
+    };
+    expect(color_when::automatic, std::nullopt, {"auto", "tty", "if-tty"});
+    expect(color_when::always, std::nullopt, {"always", "yes", "force"});
+    expect(color_when::never, std::nullopt, {"never", "no", "none"});
+    expect(color_when::always, color_depth::ansi16, {"16"});
+    expect(color_when::always, color_depth::ansi256, {"256"});
+    expect(color_when::always, color_depth::truecolor, {"24bit"});
 }
 
 TEST(ParseColorOption, RefusesOtherWords)
@@ -342,79 +283,56 @@ std::string scanned(std::vector<char const*> const& arguments)
         .report;
 }
 
-TEST(FromArgs, TheLastColorOptionCounts)
+TEST(FromArgs, TheLastColorOptionBeforeTwoHyphensCounts)
 {
-    EXPECT_EQ(scanned({"tool"}), "none (not a terminal)");
-    EXPECT_EQ(scanned({"tool", "file", "-c"}), "none (not a terminal)");
-    EXPECT_EQ(scanned({"tool", "--color"}), "16 colours (--color=always, TERM is dumb)");
-    EXPECT_EQ(scanned({"tool", "file", "--color=24bit", "file"}), "24 bit (--color=24bit)");
-    EXPECT_EQ(scanned({"tool", "--color=never", "--color=256"}), "256 colours (--color=256)");
-    EXPECT_EQ(scanned({"tool", "--color=256", "--color"}), "16 colours (--color=always, TERM is dumb)");
-    EXPECT_EQ(scanned({"tool", "--color=always", "--color=auto"}), "none (not a terminal)");
-}
-
-TEST(FromArgs, LooksAtNoOtherArgument)
-{
-    EXPECT_EQ(scanned({"--color=always"}), "none (not a terminal)");
-    EXPECT_EQ(scanned({"tool", "-color=always", "color=always", "--colors", "--colour=always", "--col=always", "-"}),
-              "none (not a terminal)");
-}
-
-TEST(FromArgs, StopsAtTwoHyphens)
-{
-    EXPECT_EQ(scanned({"tool", "--", "--color=always"}), "none (not a terminal)");
-    EXPECT_EQ(scanned({"tool", "--color=16", "--", "--color=maybe"}), "16 colours (--color=16)");
-    EXPECT_EQ(scanned({"tool", "---", "--color=16"}), "16 colours (--color=16)");
+    auto const expect = [](std::vector<std::vector<char const*>> const& all, char const* answer) {
+        for (std::vector<char const*> const& arguments : all) {
+            EXPECT_EQ(scanned(arguments), answer) << (arguments.empty() ? "" : arguments.back());
+        }
+    };
+    expect({{"tool"}, {"tool", "file", "-c"}, {"tool", "--color=always", "--color=auto"}}, "none (not a terminal)");
+    expect({{"tool", "--color"}, {"tool", "--color=256", "--color"}}, "16 colours (--color=always, TERM is dumb)");
+    expect({{"tool", "file", "--color=24bit", "file"}}, "24 bit (--color=24bit)");
+    expect({{"tool", "--color=never", "--color=256"}}, "256 colours (--color=256)");
+    // Other arguments, that of the program's name among them.
+    expect({{}, {"--color=always"}, {"tool", "--", "--color=always"}}, "none (not a terminal)");
+    expect({{"tool", "-color=always", "color=always", "--colors", "--colour=always", "--col=always", "-"}},
+           "none (not a terminal)");
+    expect({{"tool", "--color=16", "--", "--color=maybe"}, {"tool", "---", "--color=16"}}, "16 colours (--color=16)");
 }
 
 TEST(FromArgs, NeedsNoArguments)
 {
     EXPECT_NO_THROW(color_policy::from_args(0, nullptr));
-    EXPECT_EQ(scanned({}), "none (not a terminal)");
     char* arguments[] = {nullptr};
     EXPECT_NO_THROW(color_policy::from_args(0, arguments)); // takes the argv of main as it is
 }
 
 TEST(FromArgs, RefusesAWordThatIsNotKnown)
 {
-    EXPECT_EQ(scanned({"tool", "--color=maybe"}), "--color=maybe: WHEN is one of auto, always, never, 16, 256, 24bit");
-    EXPECT_EQ(scanned({"tool", "--color="}), "--color=: WHEN is one of auto, always, never, 16, 256, 24bit");
-    EXPECT_EQ(scanned({"tool", "--color=maybe", "--color=always"}),
-              "--color=maybe: WHEN is one of auto, always, never, 16, 256, 24bit");
-    EXPECT_EQ(scanned({"tool", "--color=\x1b[2J ~\x7f\xc3\xbc"}),
-              "--color=?[2J ~???: WHEN is one of auto, always, never, 16, 256, 24bit");
+    std::string const known = ": WHEN is one of auto, always, never, 16, 256, 24bit";
+    EXPECT_EQ(scanned({"tool", "--color=maybe"}), "--color=maybe" + known);
+    EXPECT_EQ(scanned({"tool", "--color="}), "--color=" + known);
+    EXPECT_EQ(scanned({"tool", "--color=maybe", "--color=always"}), "--color=maybe" + known);
+    EXPECT_EQ(scanned({"tool", "--color=\x1b[2J ~\x7f\xc3\xbc"}), "--color=?[2J ~???" + known);
 }
 
-// ---------------------------------------------------------------------------------------------
-// A process with terminals and pipes
-// ---------------------------------------------------------------------------------------------
-
-struct Setting {
-    std::vector<char const*> variables; // besides, none is set
-    std::vector<char const*> arguments = {};
-};
-
-void use(Setting const& setting)
+// Besides these, no variable is set.
+void use(std::vector<char const*> const& variables)
 {
     ::clearenv();
-    for (char const* const variable : setting.variables) {
+    for (char const* const variable : variables) {
         ::putenv(const_cast<char*>(variable));
     }
 }
 
-color_policy policy_of(Setting const& setting)
-{
-    std::vector<char const*> argv = {"tool"};
-    argv.insert(argv.end(), setting.arguments.begin(), setting.arguments.end());
-    return color_policy::from_args(static_cast<int>(argv.size()), argv.data());
-}
-
 // Standard output as a terminal with standard error as a pipe, and the other way round.
-Answer observed(Setting const& setting)
+Answer observed(std::vector<char const*> const& variables, char const* option = "--")
 {
     auto const body = [&] {
-        use(setting);
-        color_policy const policy = policy_of(setting);
+        use(variables);
+        char const* const arguments[] = {"tool", option};
+        color_policy const policy = color_policy::from_args(2, arguments);
         report(to_string(policy.out()) + "|" + to_string(policy.err()));
     };
     auto const split = [](std::string const& report) {
@@ -430,54 +348,43 @@ Answer observed(Setting const& setting)
 
 TEST(PolicyOfAProcess, ReadsEveryVariable)
 {
-    auto const terminals = [](std::string const& text) { return Answer{text, "none (not a terminal)"}; };
-    struct Row {
-        Setting setting;
+    struct {
+        std::vector<char const*> variables;
         Answer answer;
-    };
-    Row const rows[] = {
-        {{{"NO_COLOR=0", "TERM=xterm"}}, both("none (NO_COLOR is set)")},
-        {{{"NO_COLOR=", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
-        {{{"NO_COLOR=1", "FORCE_COLOR=3", "TERM=xterm"}}, both("none (NO_COLOR is set)")},
-        {{{"NO_COLOR=1", "TERM=xterm"}, {"--color=always"}},
-         both("16 colours (--color=always, TERM is not known for more)")},
-        {{{"FORCE_COLOR=0", "TERM=xterm"}}, both("none (FORCE_COLOR is 0)")},
-        {{{"FORCE_COLOR=3", "TERM=xterm-256color"}}, both("24 bit (FORCE_COLOR is set)")},
-        {{{"FORCE_COLOR=1", "COLORTERM=truecolor", "TERM=xterm"}}, both("16 colours (FORCE_COLOR is set)")},
-        {{{"FORCE_COLOR=", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
-        {{{"CLICOLOR_FORCE=0", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
-        {{{"CLICOLOR=0", "CLICOLOR_FORCE=1", "TERM=xterm"}},
+    } const rows[] = {
+        {{"NO_COLOR=0", "TERM=xterm"}, both("none (NO_COLOR is set)")},
+        {{"NO_COLOR=", "TERM=xterm"}, on_terminals(plain_terminal)},
+        {{"FORCE_COLOR=3", "TERM=xterm-256color"}, both("24 bit (FORCE_COLOR is set)")},
+        {{"FORCE_COLOR=1", "COLORTERM=truecolor", "TERM=xterm"}, both("16 colours (FORCE_COLOR is set)")},
+        {{"FORCE_COLOR=", "TERM=xterm"}, on_terminals(plain_terminal)},
+        {{"CLICOLOR=0", "CLICOLOR_FORCE=1", "TERM=xterm"},
          both("16 colours (CLICOLOR_FORCE is set, TERM is not known for more)")},
-        {{{"CLICOLOR=0", "TERM=xterm"}}, both("none (CLICOLOR is 0)")},
-        {{{"TERM=dumb"}, {"--color=always"}}, both("16 colours (--color=always, TERM is dumb)")},
-        {{{"TERM=screen", "COLORTERM=truecolor"}},
-         terminals("256 colours (a terminal, GNU screen passes 256 colours on)")},
-        {{{"TERM=screen", "COLORTERM=truecolor", "TERM_PROGRAM=tmux"}},
-         terminals("24 bit (a terminal, COLORTERM says 24 bit)")},
-        {{{"TERM=tmux-256color", "COLORTERM=truecolor"}}, terminals("24 bit (a terminal, COLORTERM says 24 bit)")},
-        {{{"TERM=xterm-test"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
-        {{{"CI=1", "TERM=xterm"}}, terminals("16 colours (a terminal, TERM is not known for more)")},
-        {{{"TERM=xterm", "WT_SESSION=1f"}}, terminals("24 bit (a terminal, WT_SESSION is set)")},
-        {{{"TERM=xterm", "TERM_PROGRAM=iTerm.app", "TERM_PROGRAM_VERSION=3"}},
-         terminals("24 bit (a terminal, TERM_PROGRAM is known for 24 bit)")},
-        {{{"TERM=dumb"}}, terminals("none (TERM is dumb)")},
-        {{{}}, terminals("none (TERM is not set)")},
+        {{"CLICOLOR=0", "TERM=xterm"}, both("none (CLICOLOR is 0)")},
+        {{"TERM=screen", "COLORTERM=truecolor"},
+         on_terminals("256 colours (a terminal, GNU screen passes 256 colours on)")},
+        {{"TERM=screen", "COLORTERM=truecolor", "TERM_PROGRAM=tmux"},
+         on_terminals("24 bit (a terminal, COLORTERM says 24 bit)")},
+        {{"CI=1", "TERM=xterm-test"}, on_terminals(plain_terminal)},
+        {{"TERM=xterm", "WT_SESSION=1f"}, on_terminals("24 bit (a terminal, WT_SESSION is set)")},
+        {{"TERM=xterm", "TERM_PROGRAM=iTerm.app", "TERM_PROGRAM_VERSION=3"},
+         on_terminals("24 bit (a terminal, TERM_PROGRAM is known for 24 bit)")},
+        {{}, on_terminals("none (TERM is not set)")},
     };
-    for (Row const& row : rows) {
+    for (auto const& [variables, answer] : rows) {
         std::string trace;
-        for (char const* const variable : row.setting.variables) {
-            trace += variable;
-            trace += ' ';
+        for (char const* const variable : variables) {
+            trace += variable + std::string(" ");
         }
-        SCOPED_TRACE(trace);
-        EXPECT_EQ(observed(row.setting), row.answer);
+        EXPECT_EQ(observed(variables), answer) << trace;
     }
+    EXPECT_EQ(observed({"NO_COLOR=1", "TERM=xterm"}, "--color=always"), both(always_16));
+    EXPECT_EQ(observed({"TERM=dumb"}, "--color=always"), both("16 colours (--color=always, TERM is dumb)"));
 }
 
 TEST(PolicyOfAProcess, ReadsTheEnvironmentEachTimeOneIsMade)
 {
     auto const run = on_terminal([] {
-        use({{"TERM=xterm"}});
+        use({"TERM=xterm"});
         color_policy const before = color_policy::from_environment();
         ::setenv("NO_COLOR", "1", 1);
         color_policy const after = color_policy::from_environment();
@@ -489,7 +396,7 @@ TEST(PolicyOfAProcess, ReadsTheEnvironmentEachTimeOneIsMade)
 TEST(PolicyOfAProcess, LooksAtAnyDescriptorWhenAsked)
 {
     auto const run = run_with({Sink::terminal, Sink::pipe}, [] {
-        use({{"TERM=xterm"}});
+        use({"TERM=xterm"});
         color_policy const policy = color_policy::from_environment();
         int const other = ::dup(STDOUT_FILENO);
         report(std::to_string(static_cast<bool>(policy.of(other))));
@@ -515,7 +422,7 @@ TEST(PolicyOfAProcess, LeavesErrnoAlone)
 TEST(PolicyOfAProcess, DoesWithoutOpenDescriptors)
 {
     auto const run = run_with({Sink::closed, Sink::closed}, [] {
-        use({{"TERM=xterm"}});
+        use({"TERM=xterm"});
         report(to_string(color_policy::from_environment().out()) + "\n" +
                to_string(color_policy::from_environment().err()));
     });

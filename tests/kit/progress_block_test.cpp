@@ -28,10 +28,6 @@ std::vector<progress_text> rows(std::vector<std::string> const& texts)
     return made;
 }
 
-// ---------------------------------------------------------------------------------------------
-// Byte by byte
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressFrame, DrawsRowsBelowTheCursorAndReturnsToIt)
 {
     progress_block block;
@@ -47,27 +43,23 @@ TEST(ProgressFrame, IsEmptyWhileNothingChanges)
     EXPECT_EQ(block.frame("", rows({"one"}), wide, 100), "");
 }
 
+// The frame that makes the second of the first.
+std::string change(std::vector<std::string> const& before, std::vector<std::string> const& after)
+{
+    progress_block block;
+    block.frame("", rows(before), wide, 0);
+    return readable(block.frame("", rows(after), wide, 0.5));
+}
+
 TEST(ProgressFrame, WritesFromTheFirstDifferenceOfAChangedRow)
 {
-    progress_block block;
-    block.frame("", rows({"one  1%", "two  1%", "six  1%"}), wide, 0);
-    EXPECT_EQ(readable(block.frame("", rows({"one  1%", "two 12%", "six  1%"}), wide, 0.5)),
+    EXPECT_EQ(change({"one  1%", "two  1%", "six  1%"}, {"one  1%", "two 12%", "six  1%"}),
               R"(\e[?2026h\e[?25l\e[?7l\e7\e[2B\r\e[4C12%\e8\e[?7h\e[?25h\e[?2026l)");
-}
-
-TEST(ProgressFrame, GoesDownFromOneChangedRowToTheNext)
-{
-    progress_block block;
-    block.frame("", rows({"a1", "b1", "c1"}), wide, 0);
-    EXPECT_EQ(readable(block.frame("", rows({"a2", "b1", "c2"}), wide, 0.5)),
+    // Down from one such row to the next.
+    EXPECT_EQ(change({"a1", "b1", "c1"}, {"a2", "b1", "c2"}),
               R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[1C2\e[2B\r\e[1C2\e8\e[?7h\e[?25h\e[?2026l)");
-}
-
-TEST(ProgressFrame, ErasesTheEndOfARowThatBecameShorterAndOfNoOther)
-{
-    progress_block block;
-    block.frame("", rows({"a12", "b12"}), wide, 0);
-    EXPECT_EQ(readable(block.frame("", rows({"a1", "b34"}), wide, 0.5)),
+    // The end of a row that became shorter is erased, and of no other.
+    EXPECT_EQ(change({"a12", "b12"}, {"a1", "b34"}),
               R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\e[2C\e[K\e[1B\r\e[1C34\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
@@ -181,10 +173,6 @@ TEST(ProgressFrame, TakesLessThan200BytesForOneRowOf50)
     EXPECT_LT(block.frame("a line above\n", many, tall, 0.5).size(), 200U);
 }
 
-// ---------------------------------------------------------------------------------------------
-// On screens
-// ---------------------------------------------------------------------------------------------
-
 // A terminal that has something on it, and a block below.
 template <typename Terminal>
 struct Shown {
@@ -238,26 +226,6 @@ TYPED_TEST_SUITE(ProgressOnScreen, Terminals);
 
 using Lines = std::vector<std::string>;
 
-TYPED_TEST(ProgressOnScreen, LeavesTheCursorInTheLineAboveTheRows)
-{
-    Shown<TypeParam> terminal("$ program\n");
-    terminal.draw({"one", "two"});
-    EXPECT_EQ(terminal.screen.lines_above(), Lines{"$ program"});
-    EXPECT_EQ(terminal.screen.cursor(), (Position{1, 0}));
-    EXPECT_EQ(terminal.screen.text(1), "");
-    EXPECT_EQ(terminal.below(), (Lines{"one", "two"}));
-}
-
-TYPED_TEST(ProgressOnScreen, ScrollsForRowsAtTheBottom)
-{
-    Shown<TypeParam> terminal("1\n2\n3\n4\n5\n6\n7\n8\n9\n");
-    terminal.draw({"one", "two"});
-    EXPECT_EQ(terminal.screen.lines_above(), (Lines{"1", "2", "3", "4", "5", "6", "7", "8", "9"}));
-    EXPECT_EQ(terminal.below(), (Lines{"one", "two"}));
-    terminal.draw({"one", "tw0"});
-    EXPECT_EQ(terminal.below(), (Lines{"one", "tw0"}));
-}
-
 TYPED_TEST(ProgressOnScreen, KeepsHalfALineThatOthersWrote)
 {
     Shown<TypeParam> terminal("checking... ");
@@ -291,47 +259,6 @@ TYPED_TEST(ProgressOnScreen, MovesDownBelowLinesOfOthers)
         EXPECT_EQ(terminal.below(), (Lines{"on1", "two", "six"}));
         EXPECT_EQ(terminal.screen.text(terminal.screen.cursor().row), "");
     }
-}
-
-TYPED_TEST(ProgressOnScreen, InsertsLinesWhereverTheBlockIs)
-{
-    for (int const before : {0, 5, 6, 7, 20}) {
-        SCOPED_TRACE(before);
-        Shown<TypeParam> terminal;
-        Lines expected;
-        for (int i = 0; i < before; ++i) {
-            terminal.screen.write("x\n");
-            expected.emplace_back("x");
-        }
-        terminal.draw({"one", "two", "six"});
-        terminal.draw({"one", "two", "six"}, "a\nb\n");
-        terminal.draw({"one", "2", "six"}, "c\n");
-        expected.insert(expected.end(), {"a", "b", "c"});
-        EXPECT_EQ(terminal.screen.lines_above(), expected);
-        EXPECT_EQ(terminal.below(), (Lines{"one", "2", "six"}));
-    }
-}
-
-TYPED_TEST(ProgressOnScreen, PutsLinesAboveABlockThatFillsTheScreen)
-{
-    Shown<TypeParam> terminal;
-    Lines const nine = {"1", "2", "3", "4", "5", "6", "7", "8", "9"};
-    terminal.draw(nine);
-    terminal.draw(nine, "a\n");
-    terminal.draw(nine, "b\nc\n");
-    EXPECT_EQ(terminal.screen.lines_above(), (Lines{"a", "b", "c"}));
-    EXPECT_EQ(terminal.below(), nine);
-}
-
-TYPED_TEST(ProgressOnScreen, LeavesOnlyLinesAtTheEnd)
-{
-    Shown<TypeParam> terminal("$ program\n");
-    terminal.draw({"one", "two"});
-    terminal.draw({"two"}, "one done\n");
-    terminal.draw({}, "two done\n");
-    EXPECT_EQ(terminal.screen.lines_above(), (Lines{"$ program", "one done", "two done"}));
-    EXPECT_EQ(terminal.screen.cursor().col, 0);
-    EXPECT_EQ(terminal.below(), Lines{});
 }
 
 // Rows and lines of others in any order, on screens of any size; after each frame nothing else is to be seen, and
@@ -401,22 +328,16 @@ TYPED_TEST(ProgressOnScreen, KeepsHalfALineApartFromLinesThatComeWithAWholeFrame
 
 TEST(ProgressResize, LeavesNoRemainsWhereLinesReflow)
 {
-    for (unsigned seed = 0; seed < 50; ++seed) {
+    for (unsigned seed = 0; seed < 50 && !HasFatalFailure(); ++seed) {
         shows_nothing_else<ReflowingScreen>(seed, 1, 120);
-        if (testing::Test::HasFatalFailure()) {
-            return;
-        }
     }
 }
 
 // Lines that are cut are gone: here none is longer than the narrowest screen.
 TEST(ProgressResize, LeavesNoRemainsWhereLinesAreCut)
 {
-    for (unsigned seed = 0; seed < 200; ++seed) {
+    for (unsigned seed = 0; seed < 200 && !HasFatalFailure(); ++seed) {
         shows_nothing_else<Screen>(seed, 10, 9);
-        if (testing::Test::HasFatalFailure()) {
-            return;
-        }
     }
 }
 

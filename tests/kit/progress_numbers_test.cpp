@@ -16,27 +16,19 @@ TEST(Amount, CountsItemsPlainly)
     EXPECT_EQ(amount(most, unit::items), "18446744073709551615");
 }
 
-TEST(Amount, GivesBytesABinaryPrefix)
+void expect_bytes(std::vector<std::pair<std::uint64_t, std::string>> const& amounts)
 {
-    struct Case {
-        std::uint64_t bytes;
-        std::string text;
-    };
-    for (auto const& [bytes, text] : {Case{0, "0 B"},
-                                      {1, "1 B"},
-                                      {1023, "1023 B"},
-                                      {1024, "1.00 KiB"},
-                                      {1234, "1.21 KiB"},
-                                      {10229, "9.99 KiB"},
-                                      {10239, "10.0 KiB"},
-                                      {102297, "99.9 KiB"},
-                                      {102399, "100 KiB"},
-                                      {1048063, "1023 KiB"},
-                                      {1048064, "1.00 MiB"},
-                                      {1048576, "1.00 MiB"},
-                                      {most, "16.0 EiB"}}) {
+    for (auto const& [bytes, text] : amounts) {
         EXPECT_EQ(amount(bytes, unit::bytes), text);
     }
+}
+
+TEST(Amount, GivesBytesABinaryPrefix)
+{
+    expect_bytes({{0, "0 B"}, {1, "1 B"}, {1023, "1023 B"}});
+    expect_bytes({{1024, "1.00 KiB"}, {1234, "1.21 KiB"}, {10229, "9.99 KiB"}, {10239, "10.0 KiB"}});
+    expect_bytes({{102297, "99.9 KiB"}, {102399, "100 KiB"}, {1048063, "1023 KiB"}});
+    expect_bytes({{1048064, "1.00 MiB"}, {1048576, "1.00 MiB"}, {most, "16.0 EiB"}});
 }
 
 TEST(Speed, HasThreeDigits)

@@ -25,10 +25,6 @@ std::string laid_out(std::string_view layout, progress_facts const& facts, std::
     return lay_out(progress_template(layout), facts, look, columns).text;
 }
 
-// ---------------------------------------------------------------------------------------------
-// Layouts
-// ---------------------------------------------------------------------------------------------
-
 std::string refusal(std::string_view layout)
 {
     try {
@@ -72,29 +68,16 @@ TEST(ProgressLayout, ShowsEachKey)
     facts.rate = 5;
     facts.left = 15;
     facts.elapsed = 65;
-    struct Case {
-        std::string layout;
-        std::string row;
-    };
-    for (auto const& [layout, row] : {Case{"{msg}|", "name|"},
-                                      {"{pos}|", " 25|"},
-                                      {"{len}|", "100|"},
-                                      {"{percent}|", " 25%|"},
-                                      {"{rate}|", " 5.00/s|"},
-                                      {"{eta}|", "00:15|"},
-                                      {"{elapsed}|", "01:05|"},
-                                      {"{bar}|", "[####>.............]|"},
-                                      {"{bar:7}|", "[#>...]|"},
-                                      {"{wide_bar}|", "[#######>....................]|"},
-                                      {"{spinner}|", "||"},
-                                      {"{{{msg}}}", "{name}"},
-                                      {"{msg:6}|", "name  |"},
-                                      {"{msg:<6}|", "name  |"},
-                                      {"{msg:>6}|", "  name|"},
-                                      {"{msg:3}|", "...|"},
-                                      {"{msg:6}", "name"}}) {
-        EXPECT_EQ(laid_out(layout, facts, 31), row) << layout;
-    }
+    EXPECT_EQ(laid_out("{msg}|{pos}|{len}|{percent}|{rate}|{eta}|{elapsed}|{spinner}|", facts, 80),
+              "name| 25|100| 25%| 5.00/s|00:15|01:05|||");
+    EXPECT_EQ(laid_out("{bar}|{bar:7}|", facts, 80), "[####>.............]|[#>...]|");
+    EXPECT_EQ(laid_out("{wide_bar}|", facts, 31), "[#######>....................]|");
+    EXPECT_EQ(laid_out("{{{msg}}}", facts, 80), "{name}");
+    EXPECT_EQ(laid_out("{msg:6}|", facts, 80), "name  |");
+    EXPECT_EQ(laid_out("{msg:<6}|", facts, 80), "name  |");
+    EXPECT_EQ(laid_out("{msg:>6}|", facts, 80), "  name|");
+    EXPECT_EQ(laid_out("{msg:3}|", facts, 80), "...|");
+    EXPECT_EQ(laid_out("{msg:6}", facts, 80), "name");
 }
 
 TEST(ProgressLayout, CountsBytes)
@@ -124,43 +107,28 @@ TEST(ProgressLayout, ShowsWhatAFinishedBarTook)
 
 TEST(ProgressLayout, HasADefaultForWhatIsKnown)
 {
-    progress_look const look = in_ascii;
-    auto const row = [&look](std::uint64_t position, std::uint64_t length) {
-        return lay_out(usual_template(position, length), facts_of(position, length, "name"), look, 50).text;
+    auto const row = [](std::uint64_t position, std::uint64_t length) {
+        return lay_out(usual_template(position, length), facts_of(position, length, "name"), in_ascii, 50).text;
     };
     EXPECT_EQ(row(1, 10), "name [#>................]  10%  1/10    --/s --:--");
     EXPECT_EQ(row(1, unknown), "| name 1    --/s 00:00");
     EXPECT_EQ(row(0, unknown), "| name 00:00");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Bars
-// ---------------------------------------------------------------------------------------------
+// Bars of a length of 24, at each position.
+std::string bars(std::vector<std::uint64_t> const& positions, progress_look const& look)
+{
+    std::string all;
+    for (std::uint64_t const position : positions) {
+        all += laid_out("{bar:5}", facts_of(position, 24), 80, look);
+    }
+    return all;
+}
 
 TEST(ProgressBar, FillsByEighthsOfACell)
 {
-    struct Case {
-        std::uint64_t position;
-        std::string row;
-    };
-    for (auto const& [position, row] : {Case{0, "[   ]"},
-                                        {1, "[▏  ]"},
-                                        {7, "[▉  ]"},
-                                        {8, "[█  ]"},
-                                        {12, "[█▌ ]"},
-                                        {23, "[██▉]"},
-                                        {24, "[███]"},
-                                        {25, "[███]"}}) {
-        EXPECT_EQ(laid_out("{bar:5}", facts_of(position, 24), 80, plain), row) << position;
-    }
-}
-
-TEST(ProgressBar, FillsInAscii)
-{
-    EXPECT_EQ(laid_out("{bar:5}", facts_of(0, 24), 80), "[...]");
-    EXPECT_EQ(laid_out("{bar:5}", facts_of(1, 24), 80), "[>..]");
-    EXPECT_EQ(laid_out("{bar:5}", facts_of(23, 24), 80), "[##>]");
-    EXPECT_EQ(laid_out("{bar:5}", facts_of(24, 24), 80), "[###]");
+    EXPECT_EQ(bars({0, 1, 7, 8, 12, 23, 24, 25}, plain), "[   ][▏  ][▉  ][█  ][█▌ ][██▉][███][███]");
+    EXPECT_EQ(bars({0, 1, 23, 24}, in_ascii), "[...][>..][##>][###]");
 }
 
 TEST(ProgressBar, IsFullOnlyAtTheEnd)
@@ -171,15 +139,22 @@ TEST(ProgressBar, IsFullOnlyAtTheEnd)
     EXPECT_EQ(laid_out("{bar:5}", facts_of(0, 0), 80, plain), "[███]");
 }
 
-TEST(ProgressBar, HasAPieceThatGoesToAndFroWithoutALength)
+// The row at each turn of what is not known to have an end.
+std::string turns(std::string_view layout, unsigned count)
 {
-    std::vector<std::string> const rows = {"[###  ]", "[ ### ]", "[  ###]", "[ ### ]", "[###  ]"};
-    for (unsigned turn = 0; turn < rows.size(); ++turn) {
+    std::string all;
+    for (unsigned turn = 0; turn < count; ++turn) {
         progress_facts facts = facts_of(1, unknown);
         facts.turn = turn;
-        EXPECT_EQ(laid_out("{bar:7}", facts, 80), rows[turn]);
+        all += laid_out(layout, facts, 80);
     }
-    EXPECT_EQ(laid_out("{bar:4}", facts_of(1, unknown), 80), "[##]");
+    return all;
+}
+
+TEST(ProgressBar, HasAPieceThatGoesToAndFroWithoutALength)
+{
+    EXPECT_EQ(turns("{bar:7}", 5), "[###  ][ ### ][  ###][ ### ][###  ]");
+    EXPECT_EQ(turns("{bar:4}", 1), "[##]");
     progress_facts finished = facts_of(1, unknown);
     finished.state = progress_state::finished;
     EXPECT_EQ(laid_out("{bar:4}", finished, 80), "[>.]");
@@ -193,19 +168,9 @@ TEST(ProgressBar, NeedsThreeColumns)
 
 TEST(ProgressSpinner, Turns)
 {
-    std::string seen;
-    for (unsigned turn = 0; turn < 5; ++turn) {
-        progress_facts facts = facts_of(0, unknown);
-        facts.turn = turn;
-        seen += laid_out("{spinner}", facts, 80);
-    }
-    EXPECT_EQ(seen, "|/-\\|");
+    EXPECT_EQ(turns("{spinner}", 5), "|/-\\|");
     EXPECT_EQ(laid_out("{spinner}", facts_of(0, unknown), 80, plain), "⠋");
 }
-
-// ---------------------------------------------------------------------------------------------
-// Width
-// ---------------------------------------------------------------------------------------------
 
 TEST(ProgressRow, GivesWayFromTheBarToTheMessageToTheKeysOnTheRight)
 {
@@ -272,42 +237,29 @@ TEST(ProgressRow, CutsWithADotOfUnicodeIfItMay)
     EXPECT_EQ(laid_out("{msg}", facts_of(1, 2, "message"), 4, plain), "mes…");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Colour
-// ---------------------------------------------------------------------------------------------
+std::string in_color(std::string_view layout, progress_facts const& facts, progress_look const& look = {.ascii = true})
+{
+    return readable(painted(lay_out(progress_template(layout), facts, look, 80)));
+}
 
 TEST(ProgressColor, IsAroundItsKeyAlone)
 {
     progress_facts const facts = facts_of(1, 2, "m");
-    progress_look const look = {.ascii = true};
-    auto const in_color = [&](std::string_view layout) {
-        return readable(painted(lay_out(progress_template(layout), facts, look, 80)));
-    };
-    EXPECT_EQ(in_color("{msg:.cyan} {bar:6.green} {percent:.bold}"),
+    EXPECT_EQ(in_color("{msg:.cyan} {bar:6.green} {percent:.bold}", facts),
               R"(\e[36mm\e[0m [\e[32m##>\e[0m.] \e[1m 50%\e[0m)");
-    EXPECT_EQ(in_color("{msg:3.dim}|"), R"(\e[2mm\e[0m  |)");
-    EXPECT_EQ(in_color("{msg:>3.red}|"), R"(  \e[31mm\e[0m|)");
-    EXPECT_EQ(in_color("{msg:.yellow}{msg:.blue}{msg:.magenta}"), R"(\e[33mm\e[0m\e[34mm\e[0m\e[35mm\e[0m)");
+    EXPECT_EQ(in_color("{msg:3.dim}|", facts), R"(\e[2mm\e[0m  |)");
+    EXPECT_EQ(in_color("{msg:>3.red}|", facts), R"(  \e[31mm\e[0m|)");
+    EXPECT_EQ(in_color("{msg:.yellow}{msg:.blue}{msg:.magenta}", facts), R"(\e[33mm\e[0m\e[34mm\e[0m\e[35mm\e[0m)");
+    EXPECT_EQ(in_color("{msg:.cyan} {bar:5.green}", facts, in_ascii), "m [#>.]");
 }
 
 TEST(ProgressColor, OfAnAbandonedBarIsYellow)
 {
     progress_facts facts = facts_of(1, 2);
     facts.state = progress_state::abandoned;
-    progress_look const look = {.ascii = true};
-    EXPECT_EQ(readable(painted(lay_out(progress_template("{bar:6.green}"), facts, look, 80))), R"([\e[33m##>\e[0m.])");
-    EXPECT_EQ(readable(painted(lay_out(progress_template("{bar:6}"), facts, look, 80))), R"([##>.])");
+    EXPECT_EQ(in_color("{bar:6.green}", facts), R"([\e[33m##>\e[0m.])");
+    EXPECT_EQ(in_color("{bar:6}", facts), R"([##>.])");
 }
-
-TEST(ProgressColor, IsLeftOutWithoutColor)
-{
-    EXPECT_EQ(painted(lay_out(progress_template("{msg:.cyan} {bar:5.green}"), facts_of(1, 2, "m"), in_ascii, 80)),
-              "m [#>.]");
-}
-
-// ---------------------------------------------------------------------------------------------
-// Changes
-// ---------------------------------------------------------------------------------------------
 
 std::string change(progress_text const& from, progress_text const& to)
 {
@@ -327,19 +279,15 @@ TEST(ProgressChange, StartsAtTheFirstDifferentCharacter)
 
 TEST(ProgressChange, RewritesAMessageThatIsNotAscii)
 {
-    progress_text from;
-    from.add("a ", 2);
-    from.add("日本", 4, "", false);
-    from.add(" z", 2);
-    progress_text to;
-    to.add("a ", 2);
-    to.add("日木", 4, "", false);
-    to.add(" z", 2);
-    EXPECT_EQ(change(from, to), R"(\e[2C日木 z)");
-    progress_text shorter;
-    shorter.add("a ", 2);
-    shorter.add("日", 2, "", false);
-    EXPECT_EQ(change(from, shorter), R"(\e[2C日\e[K)");
+    auto const row = [](std::string_view message, std::size_t columns, std::string_view after) {
+        progress_text made;
+        made.add("a ", 2);
+        made.add(message, columns, "", false);
+        made.add(after, after.size());
+        return made;
+    };
+    EXPECT_EQ(change(row("日本", 4, " z"), row("日木", 4, " z")), R"(\e[2C日木 z)");
+    EXPECT_EQ(change(row("日本", 4, " z"), row("日", 2, "")), R"(\e[2C日\e[K)");
 }
 
 TEST(ProgressChange, StartsWhereTheColorDiffers)

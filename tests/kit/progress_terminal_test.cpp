@@ -1,6 +1,7 @@
 #include "kestry/kit/line.hpp"
 #include "kestry/kit/progress.hpp"
 
+#include "kit/threads.hpp"
 #include "support/clock.hpp"
 #include "support/screen.hpp"
 #include "support/testing.hpp"
@@ -14,8 +15,6 @@ using namespace hueline::test;
 using namespace kestry::kit::progress;
 using namespace std::chrono_literals;
 using Lines = std::vector<std::string>;
-
-Sinks const on_error_terminal = {Sink::pipe, Sink::terminal};
 
 // Bytes of a frame: it is on the terminal, however long that takes.
 void await_frame(std::string_view with) { await_output(STDERR_FILENO, with); }
@@ -39,15 +38,20 @@ void await_that_other_threads_sleep()
     }
 }
 
-void use_environment()
+// Runs the body with an environment that says nothing of progress.
+Outcome run_on(Sink error, std::function<void()> const& body)
 {
-    for (char const* const name : {"CI", "HUELINE_PROGRESS", "LANG", "LC_CTYPE"}) {
-        ::unsetenv(name);
-    }
-    ::setenv("TERM", "xterm", 1);
-    ::setenv("LC_ALL", "C", 1);
-    ::setenv("NO_COLOR", "1", 1);
+    static std::vector<std::string> const changes = {"CI",         "HUELINE_PROGRESS", "LANG",      "LC_CTYPE",
+                                                     "TERM=xterm", "LC_ALL=C",         "NO_COLOR=1"};
+    return run_with({Sink::pipe, error}, [&] {
+        change_environment(changes);
+        rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
+        ::setrlimit(RLIMIT_CORE, &no_core);
+        body();
+    });
 }
+
+Outcome on_error_terminal(std::function<void()> const& body) { return run_on(Sink::terminal, body); }
 
 bar_options brief(std::string_view message, std::uint64_t length = 10)
 {
@@ -84,14 +88,9 @@ void expect_tidy(Outcome const& run)
     EXPECT_EQ(count(run.err, "\x1b[?25l"), count(run.err, "\x1b[?25h"));
 }
 
-// ---------------------------------------------------------------------------------------------
-// By itself
-// ---------------------------------------------------------------------------------------------
-
 TEST(ProgressTerminal, DrawsByItselfAndLeavesTheLastRow)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const files = group.add(brief("files"));
         files.inc(4);
@@ -103,74 +102,48 @@ TEST(ProgressTerminal, DrawsByItselfAndLeavesTheLastRow)
     expect_tidy(run);
 }
 
-TEST(ProgressTerminal, ShowsNothingOfWhatEndsAtOnceButItsLastRow)
+TEST(ProgressTerminal, IsLiveWritesLinesOrIsOffAsThePlaceSays)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
-        stop_steady_clock();
-        multi_progress group;
-        bar const files = group.add(brief("files"));
-    });
-    EXPECT_EQ(readable(run.err), R"(files 10/10\n)");
-}
-
-TEST(ProgressTerminal, WritesLinesWhereItIsNotLive)
-{
-    struct Place {
+    std::string const lines = "files: 0%, 0 of 10\nfiles: done, 10 in 00:00\n";
+    std::string const last_row = "files [##############################################] 100% 10/10    --/s 00:00\n";
+    struct {
         Sink sink;
         char const* name;
         char const* value;
+        std::string written;
+    } const places[] = {
+        {Sink::pipe, "TERM", "xterm", lines},
+        {Sink::file, "TERM", "xterm", lines},
+        {Sink::terminal, "TERM", "dumb", lines},
+        {Sink::terminal, "CI", "true", lines},
+        {Sink::terminal, "HUELINE_PROGRESS", "plain", lines},
+        {Sink::terminal, "HUELINE_PROGRESS", "off", ""},
+        {Sink::terminal, "HUELINE_PROGRESS", "live", last_row},
+        {Sink::terminal, "HUELINE_PROGRESS", "maybe", last_row},
+        {Sink::terminal, "CI", "false", last_row},
+        {Sink::terminal, "CI", "0", last_row},
+        {Sink::terminal, "CI", "", last_row},
     };
-    std::string const lines = "files: 0%, 0 of 10\nfiles: done, 10 in 00:00\n";
-    for (Place const& place : {Place{Sink::pipe, "TERM", "xterm"},
-                               {Sink::file, "TERM", "xterm"},
-                               {Sink::terminal, "TERM", "dumb"},
-                               {Sink::terminal, "CI", "true"},
-                               {Sink::terminal, "HUELINE_PROGRESS", "plain"}}) {
-        Outcome const run = run_with({Sink::pipe, place.sink}, [&] {
-            use_environment();
-            ::setenv(place.name, place.value, 1);
+    for (auto const& [sink, name, value, written] : places) {
+        Outcome const run = run_on(sink, [name = name, value = value] {
+            ::setenv(name, value, 1);
             stop_steady_clock();
             multi_progress group;
             bar const files = group.add("files", 10);
         });
-        EXPECT_EQ(run.err, lines) << place.name << ' ' << place.value;
-    }
-}
-
-TEST(ProgressTerminal, IsLiveOrOffAsTheEnvironmentSays)
-{
-    struct Choice {
-        char const* name;
-        char const* value;
-        mode shown;
-    };
-    for (Choice const& choice : {Choice{"HUELINE_PROGRESS", "live", mode::live},
-                                 {"HUELINE_PROGRESS", "off", mode::off},
-                                 {"HUELINE_PROGRESS", "maybe", mode::live},
-                                 {"CI", "false", mode::live},
-                                 {"CI", "0", mode::live},
-                                 {"CI", "", mode::live}}) {
-        Outcome const run = run_with(on_error_terminal, [&] {
-            use_environment();
-            ::setenv(choice.name, choice.value, 1);
-            report(multi_progress().shown() == choice.shown ? "yes" : "no");
-        });
-        EXPECT_EQ(run.report, "yes") << choice.name << ' ' << choice.value;
+        EXPECT_EQ(run.err, written) << name << ' ' << value;
     }
 }
 
 TEST(ProgressTerminal, UsesUnicodeAndColorAsTheEnvironmentSays)
 {
-    struct Choice {
+    struct {
         char const* locale;
         char const* no_color;
         std::string row;
-    };
-    for (Choice const& choice :
-         {Choice{"C", "1", "[##>.]\n"}, {"C.UTF-8", "1", "[██  ]\n"}, {"C", "", "[\x1b[33m##>\x1b[0m.]\n"}}) {
-        Outcome const run = run_with(on_error_terminal, [&] {
-            use_environment();
+    } const choices[] = {{"C", "1", "[##>.]\n"}, {"C.UTF-8", "1", "[██  ]\n"}, {"C", "", "[\x1b[33m##>\x1b[0m.]\n"}};
+    for (auto const& choice : choices) {
+        Outcome const run = on_error_terminal([&] {
             ::setenv("LC_ALL", choice.locale, 1);
             ::setenv("NO_COLOR", choice.no_color, 1);
             stop_steady_clock();
@@ -185,8 +158,7 @@ TEST(ProgressTerminal, UsesUnicodeAndColorAsTheEnvironmentSays)
 
 TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const wide = group.add("wide", 10);
         await_frame("wide [");
@@ -197,43 +169,33 @@ TEST(ProgressTerminal, ReadsTheSizeAtEachFrame)
     EXPECT_EQ(run.status, 0);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Together
-// ---------------------------------------------------------------------------------------------
-
-TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
+// Of standard error and the terminal that a descriptor leads to.
+void expect_shared_rows(int (*open_other)())
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
-        ::dup2(STDERR_FILENO, STDOUT_FILENO);
+    Outcome const run = on_error_terminal([open_other] {
         multi_progress errors;
         bar const one = errors.add(brief("one"));
-        multi_progress outputs({.descriptor = STDOUT_FILENO});
-        bar const two = outputs.add(brief("two"));
+        multi_progress other({.descriptor = open_other()});
+        bar const two = other.add(brief("two"));
         await_frame("two  0/10");
         ::raise(SIGKILL);
     });
     EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+}
+
+TEST(ProgressTerminal, SharesTheRowsOfOneTerminal)
+{
+    expect_shared_rows([] { return ::dup2(STDERR_FILENO, STDOUT_FILENO); });
 }
 
 TEST(ProgressTerminal, SharesTheRowsOfATerminalUnderItsOtherName)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
-        multi_progress errors;
-        bar const one = errors.add(brief("one"));
-        multi_progress named({.descriptor = ::open("/dev/tty", O_RDWR | O_CLOEXEC)});
-        bar const two = named.add(brief("two"));
-        await_frame("two  0/10");
-        ::raise(SIGKILL);
-    });
-    EXPECT_EQ(left_by(run), (Lines{"", "one  0/10", "two  0/10"}));
+    expect_shared_rows([] { return ::open("/dev/tty", O_RDWR | O_CLOEXEC); });
 }
 
 TEST(ProgressTerminal, DoesNotWriteToWhatItsDescriptorHasBecome)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         int const terminal = ::dup(STDERR_FILENO);
         {
             multi_progress first({.descriptor = terminal});
@@ -255,8 +217,7 @@ TEST(ProgressTerminal, DoesNotWriteToWhatItsDescriptorHasBecome)
 
 TEST(ProgressTerminal, LeavesACursorHiddenThatTheProgramHid)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         kestry::kit::hidden_cursor const none(std::cerr);
         multi_progress group;
         bar const files = group.add(brief("files"));
@@ -269,8 +230,7 @@ TEST(ProgressTerminal, LeavesACursorHiddenThatTheProgramHid)
 
 TEST(ProgressTerminal, PrintsALineThatWaitedForOneOfTheKit)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         {
             bar const files = group.add({.message = "files", .when_ended = leaving::nothing}); // starts the thread
@@ -278,17 +238,17 @@ TEST(ProgressTerminal, PrintsALineThatWaitedForOneOfTheKit)
         {
             kestry::kit::line open(std::cerr);
             open << "open\n";
-            std::thread([&group] { group.println("printed"); }).join();
+            std::thread([&group] { report(group.println("printed") ? "printed" : "not written"); }).join();
         }
         await_frame("printed\n");
     });
+    EXPECT_EQ(run.report, "printed");
     EXPECT_EQ(left_by(run), (Lines{"open", "printed"}));
 }
 
 TEST(ProgressTerminal, PutsLinesOfTheKitAbove)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const files = group.add(brief("files"));
         await_frame("files  0/10");
@@ -308,28 +268,21 @@ TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
     int constexpr threads = 4;
     int constexpr lines = 250;
     for (Sink const sink : {Sink::terminal, Sink::pipe}) {
-        Outcome const run = run_with({Sink::pipe, sink}, [] {
-            use_environment();
+        Outcome const run = run_on(sink, [] {
             multi_progress group;
             bar const all = group.add(brief("all", threads * lines));
-            std::vector<std::thread> working;
-            for (int t = 0; t < threads; ++t) {
-                working.emplace_back([&group, &all, t] {
-                    for (int i = 0; i < lines; ++i) {
-                        bar const mine = group.add({.message = "mine", .when_ended = leaving::nothing});
-                        group.println("thread " + std::to_string(t) + " line " + std::to_string(i));
-                        mine.set_message("still mine");
-                        mine.inc();
-                        all.inc();
-                        if (i % 50 == 0) {
-                            std::this_thread::sleep_for(60ms);
-                        }
+            in_threads(threads, [&](int t) {
+                for (int i = 0; i < lines; ++i) {
+                    bar const mine = group.add({.message = "mine", .when_ended = leaving::nothing});
+                    group.println("thread " + std::to_string(t) + " line " + std::to_string(i));
+                    mine.set_message("still mine");
+                    mine.inc();
+                    all.inc();
+                    if (i % 50 == 0) {
+                        std::this_thread::sleep_for(60ms);
                     }
-                });
-            }
-            for (std::thread& thread : working) {
-                thread.join();
-            }
+                }
+            });
         });
         EXPECT_EQ(run.status, 0);
         std::vector<int> next(threads, 0);
@@ -350,80 +303,44 @@ TEST(ProgressTerminal, PrintsLinesOfManyThreadsWholeOnceAndInOrder)
 
 TEST(ProgressTerminal, TakesCallsOfAllKindsFromAllThreads)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         multi_progress group;
         bar const shared = group.add("shared", 1000);
-        std::vector<std::thread> working;
-        for (unsigned t = 0; t < 4; ++t) {
-            working.emplace_back([&group, &shared, t] {
-                std::mt19937 random(t);
-                bar mine = group.add("mine", 10);
-                for (int i = 0; i < 400; ++i) {
-                    switch (random() % 12) {
-                    case 0:
-                        shared.set_message("shared " + std::to_string(i));
-                        break;
-                    case 1:
-                        shared.set_length(random() % 2000);
-                        break;
-                    case 2:
-                        shared.reset();
-                        break;
-                    case 3:
-                        shared.finish();
-                        break;
-                    case 4:
-                        mine = group.add("mine", 10);
-                        break;
-                    case 5:
-                        mine = group.insert_before(shared, {.message = "before"});
-                        break;
-                    case 6:
-                        group.println("line");
-                        break;
-                    case 7:
-                        group.tick();
-                        break;
-                    case 8:
-                        shared.abandon();
-                        break;
-                    case 9:
-                        mine = shared;
-                        break;
-                    case 10: {
-                        suspension const quiet = group.suspend();
-                        break;
-                    }
-                    default:
-                        shared.inc();
-                        std::this_thread::sleep_for(1ms);
-                        break;
-                    }
-                }
-            });
-        }
-        for (std::thread& thread : working) {
-            thread.join();
-        }
+        in_threads(4, [&](int t) {
+            std::mt19937 random(static_cast<unsigned>(t));
+            bar mine = group.add("mine", 10);
+            std::array<std::function<void()>, 12> const calls = {
+                [&] { shared.set_message("shared " + std::to_string(random())); },
+                [&] { shared.set_length(random() % 2000); },
+                [&] { shared.reset(); },
+                [&] { shared.finish(); },
+                [&] { shared.abandon(); },
+                [&] { mine = group.add("mine", 10); },
+                [&] { mine = group.insert_before(shared, {.message = "before"}); },
+                [&] { mine = shared; },
+                [&] { group.println("line"); },
+                [&] { group.tick(); },
+                [&] { suspension const quiet = group.suspend(); },
+                [&] {
+                    shared.inc();
+                    std::this_thread::sleep_for(1ms);
+                },
+            };
+            for (int i = 0; i < 400; ++i) {
+                calls.at(random() % calls.size())();
+            }
+        });
     });
     EXPECT_EQ(run.status, 0);
     expect_tidy(run);
 }
-
-// ---------------------------------------------------------------------------------------------
-// Ends
-// ---------------------------------------------------------------------------------------------
 
 TEST(ProgressEnd, LeavesTheTerminalRightAtEachSignal)
 {
     std::mt19937 random(1);
     for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGABRT, SIGKILL, SIGKILL, SIGKILL}) {
         auto const moment = std::chrono::microseconds(random() % 100000);
-        Outcome const run = run_with(on_error_terminal, [&] {
-            use_environment();
-            rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
-            ::setrlimit(RLIMIT_CORE, &no_core);
+        Outcome const run = on_error_terminal([&] {
             multi_progress group;
             bar const files = group.add("files", 1000);
             await_frame("files [");
@@ -442,10 +359,7 @@ TEST(ProgressEnd, LeavesTheTerminalRightAtEachSignal)
 TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
 {
     for (int const signal : {SIGHUP, SIGINT, SIGQUIT, SIGTERM}) {
-        Outcome const run = run_with(on_error_terminal, [signal] {
-            use_environment();
-            rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
-            ::setrlimit(RLIMIT_CORE, &no_core);
+        Outcome const run = on_error_terminal([signal] {
             wipe_on_signals();
             multi_progress group;
             bar const files = group.add("files", 1000);
@@ -461,8 +375,7 @@ TEST(ProgressEnd, WipesTheRowsBeforeASignalIfItIsAskedTo)
 
 TEST(ProgressEnd, LeavesSignalsAloneThatAreIgnoredOrHandled)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         std::signal(SIGINT, SIG_IGN);
         std::signal(SIGTERM, [](int) { report("handled"); });
         wipe_on_signals();
@@ -479,35 +392,27 @@ TEST(ProgressEnd, LeavesSignalsAloneThatAreIgnoredOrHandled)
 
 TEST(ProgressEnd, AbandonsBarsAtAnExceptionAndAtExit)
 {
-    Outcome const thrown = run_with(on_error_terminal, [] {
-        use_environment();
-        multi_progress group;
-        bar const files = group.add(brief("files"));
-        files.inc(4);
-        await_frame("files  4/10");
-        throw std::runtime_error("it");
-    });
-    EXPECT_EQ(thrown.report, "it");
-    EXPECT_EQ(left_by(thrown), Lines{"files  4/10"});
-    expect_tidy(thrown);
-
-    Outcome const left = run_with(on_error_terminal, [] {
-        use_environment();
-        multi_progress group;
-        bar const files = group.add(brief("files"));
-        files.inc(4);
-        await_frame("files  4/10");
-        std::exit(3);
-    });
-    EXPECT_EQ(left.status, 3);
-    EXPECT_EQ(left_by(left), Lines{"files  4/10"});
-    expect_tidy(left);
+    for (bool const throws : {true, false}) {
+        Outcome const run = on_error_terminal([throws] {
+            multi_progress group;
+            bar const files = group.add(brief("files"));
+            files.inc(4);
+            await_frame("files  4/10");
+            if (throws) {
+                throw std::runtime_error("it");
+            }
+            std::exit(3);
+        });
+        EXPECT_EQ(run.report, throws ? "it" : "");
+        EXPECT_EQ(run.status, throws ? 99 : 3);
+        EXPECT_EQ(left_by(run), Lines{"files  4/10"});
+        expect_tidy(run);
+    }
 }
 
 TEST(ProgressEnd, DoesNotWaitForALineOfAnotherThread)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         auto& group = *new multi_progress; // a group that ends would wait
         auto& files = *new bar(group.add(brief("files")));
         files.inc();
@@ -528,8 +433,7 @@ TEST(ProgressEnd, DoesNotWaitForALineOfAnotherThread)
 TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
 {
     for (bool const handle_first : {false, true}) {
-        Outcome const run = run_with(on_error_terminal, [handle_first] {
-            use_environment();
+        Outcome const run = on_error_terminal([handle_first] {
             static bar files;
             if (handle_first) {
                 static multi_progress group;
@@ -547,18 +451,13 @@ TEST(ProgressEnd, ComesToStaticObjectsInAnyOrder)
     }
 }
 
-// ---------------------------------------------------------------------------------------------
-// Processes
-// ---------------------------------------------------------------------------------------------
-
 // What the threads of the parent held stays where it is in a child: no leak that a sanitizer should tell of.
 bool is_forked = false;
 extern "C" int __lsan_is_turned_off() { return is_forked ? 1 : 0; }
 
 TEST(ProgressFork, DoesNothingInTheChild)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         auto group = std::make_unique<multi_progress>();
         bar files = group->add(brief("files"));
         await_frame("files  0/10");
@@ -602,8 +501,7 @@ TEST(ProgressFork, DoesNothingInTheChild)
 
 TEST(ProgressStop, IsSilentInTheBackground)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         pid_t const child = ::fork();
         if (child == 0) {
             ::setpgid(0, 0); // out of the terminal's foreground group
@@ -622,8 +520,7 @@ TEST(ProgressStop, IsSilentInTheBackground)
 
 TEST(ProgressStop, WipesTheRowsIfItIsAskedToAndDrawsThemAgain)
 {
-    Outcome const run = run_with(on_error_terminal, [] {
-        use_environment();
+    Outcome const run = on_error_terminal([] {
         wipe_on_signals();
         multi_progress group;
         bar const files = group.add(brief("files"));
@@ -649,8 +546,7 @@ TEST(ProgressStop, DrawsANewBlockAndLeavesTheStopOutOfTime)
     using clock = std::chrono::steady_clock;
     auto const stop = 2s;
     auto const begun = clock::now();
-    Outcome const run = run_with(on_error_terminal, [stop] {
-        use_environment();
+    Outcome const run = on_error_terminal([stop] {
         std::string_view const shell = "stopped\r\n$ fg\r\n";
         pid_t const child = ::fork();
         if (child == 0) {

@@ -13,8 +13,8 @@ using namespace kestry::kit::progress;
 using namespace std::chrono_literals;
 using Lines = std::vector<std::string>;
 
-// A group on a terminal of its own that draws when it is told to.
-class Progress : public testing::Test {
+// A terminal for groups that draw when they are told to.
+class ProgressGroup : public testing::Test {
 protected:
     options on_it() const
     {
@@ -54,26 +54,37 @@ protected:
     layout const brief = layout("{msg} {pos}/{len}");
 };
 
-// ---------------------------------------------------------------------------------------------
-// Frames
-// ---------------------------------------------------------------------------------------------
+// With a group on it.
+class Progress : public ProgressGroup {
+protected:
+    std::string after(std::chrono::milliseconds time) { return ProgressGroup::after(group, time); }
+
+    Lines rows_after(std::chrono::milliseconds time) { return after(time), rows(); }
+
+    Lines above_after(std::chrono::milliseconds time) { return after(time), above(); }
+
+    bar add(std::string_view message, std::uint64_t length = 10)
+    {
+        return group.add({.message = message, .length = length, .row = brief});
+    }
+
+    multi_progress group{on_it()};
+};
 
 TEST_F(Progress, ShowsItselfAfter200Milliseconds)
 {
-    multi_progress group(on_it());
     bar const files = group.add("files", 10);
-    EXPECT_EQ(after(group, 0ms), "");
-    EXPECT_EQ(after(group, 199ms), "");
-    EXPECT_NE(after(group, 1ms), "");
+    EXPECT_EQ(after(0ms), "");
+    EXPECT_EQ(after(199ms), "");
+    EXPECT_NE(after(1ms), "");
     EXPECT_EQ(rows(), Lines{"files [..............................................]   0%  0/10    --/s --:--"});
 }
 
 TEST_F(Progress, ShowsShortBarsThatFollowEachOther)
 {
-    multi_progress group(on_it());
     for (int i = 1; i <= 3; ++i) {
-        bar const part = group.add({.message = "part " + std::to_string(i), .length = 10, .row = brief});
-        after(group, 90ms);
+        bar const part = add("part " + std::to_string(i), 10);
+        after(90ms);
     }
     EXPECT_EQ(above(), (Lines{"part 1 10/10", "part 2 10/10"}));
     EXPECT_EQ(rows(), Lines{"part 3  0/10"});
@@ -81,24 +92,22 @@ TEST_F(Progress, ShowsShortBarsThatFollowEachOther)
 
 TEST_F(Progress, WaitsAgainForABarThatComesLater)
 {
-    multi_progress group(on_it());
-    static_cast<void>(group.add({.message = "one", .length = 10, .row = brief}));
-    after(group, 200ms);
-    after(group, 100ms);
-    bar const two = group.add({.message = "two", .length = 10, .row = brief});
-    EXPECT_EQ(after(group, 199ms), "");
-    EXPECT_NE(after(group, 1ms), "");
+    static_cast<void>(add("one"));
+    after(200ms);
+    after(100ms);
+    bar const two = add("two");
+    EXPECT_EQ(after(199ms), "");
+    EXPECT_NE(after(1ms), "");
 }
 
 TEST_F(Progress, DrawsAtMost12FramesASecond)
 {
-    multi_progress group(on_it());
-    bar const files = group.add({.message = "files", .length = 10000, .row = brief});
-    after(group, 200ms);
+    bar const files = add("files", 10000);
+    after(200ms);
     int const before = terminal->writes;
     for (int i = 0; i < 1000; ++i) {
         files.inc();
-        after(group, 1ms);
+        after(1ms);
     }
     EXPECT_GE(terminal->writes - before, 11);
     EXPECT_LE(terminal->writes - before, 12);
@@ -106,67 +115,58 @@ TEST_F(Progress, DrawsAtMost12FramesASecond)
 
 TEST_F(Progress, WritesNothingWhileNothingVisibleChanges)
 {
-    multi_progress group(on_it());
     bar const files = group.add({.message = "files", .length = 1000, .row = layout("{msg} {percent}")});
     files.inc();
-    EXPECT_NE(after(group, 200ms), "");
-    EXPECT_EQ(after(group, 100ms), "");
+    EXPECT_NE(after(200ms), "");
+    EXPECT_EQ(after(100ms), "");
     files.inc(8); // 0.9 %
-    EXPECT_EQ(after(group, 100h), "");
+    EXPECT_EQ(after(100h), "");
     files.inc();
-    EXPECT_EQ(readable(after(group, 100ms)).find("files   1%") == std::string::npos, false);
+    EXPECT_EQ(readable(after(100ms)).find("files   1%") == std::string::npos, false);
 }
 
 TEST_F(Progress, TurnsASpinnerTenTimesASecond)
 {
-    multi_progress group(on_it());
     bar const scan = group.add({.message = "scan", .row = layout("{spinner} {msg}")});
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{"- scan"});
-    EXPECT_EQ(readable(after(group, 100ms)), R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\ scan\e8\e[?7h\e[?25h\e[?2026l)");
+    EXPECT_EQ(rows_after(200ms), Lines{"- scan"});
+    EXPECT_EQ(readable(after(100ms)), R"(\e[?2026h\e[?25l\e[?7l\e7\e[1B\r\ scan\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
 TEST_F(Progress, LeavesOutAFrameThatTheTerminalDoesNotTake)
 {
-    multi_progress group(on_it());
-    bar const files = group.add({.message = "files", .length = 10, .row = brief});
-    after(group, 200ms);
+    bar const files = add("files");
+    after(200ms);
     files.inc();
     terminal->busy = true;
-    EXPECT_EQ(after(group, 1s), "");
+    EXPECT_EQ(after(1s), "");
     EXPECT_TRUE(group.println("a line"));
     EXPECT_EQ(terminal->taken(), "");
     terminal->busy = false;
-    after(group, 0ms);
-    EXPECT_EQ(above(), Lines{"a line"});
+    EXPECT_EQ(above_after(0ms), Lines{"a line"});
     EXPECT_EQ(rows(), Lines{"files  1/10"});
 }
 
 TEST_F(Progress, FollowsTheSizeOfTheTerminal)
 {
-    multi_progress group(on_it());
     bar const files = group.add("files", 10);
     terminal->room = {20, 24};
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{"files   0%  0/10"});
+    EXPECT_EQ(rows_after(200ms), Lines{"files   0%  0/10"});
     terminal->room = {0, 0};
-    EXPECT_NE(after(group, 100ms).find("files [..............................................]   0%"),
-              std::string::npos);
+    EXPECT_NE(after(100ms).find("files [..............................................]   0%"), std::string::npos);
 }
 
 TEST_F(Progress, SurvivesTheSmallestSizes)
 {
-    multi_progress group(on_it());
     bar const a = group.add("a", 10);
     bar const b = group.add("b", 10);
     for (draw_target::extent const room : {draw_target::extent{1, 1}, {2, 1}, {1, 2}, {2, 2}, {3, 3}, {-5, -5}}) {
         terminal->room = room;
-        after(group, 1s);
+        after(1s);
         a.inc();
         group.println("line");
     }
     terminal->room = {80, 24};
-    after(group, 1s);
+    after(1s);
     EXPECT_EQ(rows().size(), 2U);
     EXPECT_TRUE(terminal->screen().cursor_visible());
 }
@@ -174,33 +174,27 @@ TEST_F(Progress, SurvivesTheSmallestSizes)
 TEST_F(Progress, CountsTheBarsForWhichThereIsNoRow)
 {
     terminal->room = {80, 4};
-    multi_progress group(on_it());
     std::vector<bar> bars;
     for (std::string const name : {"a", "b", "c", "d", "e"}) {
-        bars.push_back(group.add({.message = name, .length = 1, .row = brief}));
+        bars.push_back(add(name, 1));
     }
-    after(group, 200ms);
-    EXPECT_EQ(rows(), (Lines{"a 0/1", "b 0/1", "+3 more"}));
+    EXPECT_EQ(rows_after(200ms), (Lines{"a 0/1", "b 0/1", "+3 more"}));
     bars[0].finish();
-    after(group, 100ms);
-    EXPECT_EQ(rows(), (Lines{"b 0/1", "c 0/1", "+2 more"}));
+    EXPECT_EQ(rows_after(100ms), (Lines{"b 0/1", "c 0/1", "+2 more"}));
     bars[3].finish();
-    after(group, 100ms);
-    EXPECT_EQ(rows(), (Lines{"b 0/1", "c 0/1", "e 0/1"}));
+    EXPECT_EQ(rows_after(100ms), (Lines{"b 0/1", "c 0/1", "e 0/1"}));
     EXPECT_EQ(above(), (Lines{"a 1/1", "d 1/1"}));
 }
 
 TEST_F(Progress, ShowsOneBarInASingleRow)
 {
     terminal->room = {80, 2};
-    multi_progress group(on_it());
-    bar const a = group.add({.message = "a", .length = 1, .row = brief});
-    bar const b = group.add({.message = "b", .length = 1, .row = brief});
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{"a 0/1"});
+    bar const a = add("a", 1);
+    bar const b = add("b", 1);
+    EXPECT_EQ(rows_after(200ms), Lines{"a 0/1"});
 }
 
-TEST_F(Progress, ColorsOnlyIfItMay)
+TEST_F(ProgressGroup, ColorsOnlyIfItMay)
 {
     options how = on_it();
     for (bool const color : {false, true}) {
@@ -214,103 +208,82 @@ TEST_F(Progress, ColorsOnlyIfItMay)
 
 TEST_F(Progress, MakesMessagesHarmless)
 {
-    multi_progress group(on_it());
     bar const files = group.add({.message = "a\x1b[2Jb\nc\xc3\xa9", .row = layout("{msg}")});
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{R"(a\x1b[2Jb\x0ac?)"});
+    EXPECT_EQ(rows_after(200ms), Lines{R"(a\x1b[2Jb\x0ac?)"});
     files.set_message("\r\xff");
-    after(group, 100ms);
-    EXPECT_EQ(rows(), Lines{R"(\x0d\xff)"});
+    EXPECT_EQ(rows_after(100ms), Lines{R"(\x0d\xff)"});
 }
-
-// ---------------------------------------------------------------------------------------------
-// Bars
-// ---------------------------------------------------------------------------------------------
 
 TEST_F(Progress, ShowsWhatItsHandlesSay)
 {
-    multi_progress group(on_it());
     bar const one = group.add({.message = "one", .length = 10, .start = 3, .row = brief});
     bar const same = one;
     one.inc();
     same.inc(2);
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{"one  6/10"});
+    EXPECT_EQ(rows_after(200ms), Lines{"one  6/10"});
     one.set_position(5);
     one.set_length(20);
     one.set_message("two");
-    after(group, 100ms);
-    EXPECT_EQ(rows(), Lines{"two  5/20"});
+    EXPECT_EQ(rows_after(100ms), Lines{"two  5/20"});
     one.set_length(unknown);
-    after(group, 100ms);
-    EXPECT_EQ(rows(), Lines{"two 5/?"});
+    EXPECT_EQ(rows_after(100ms), Lines{"two 5/?"});
 }
 
 TEST_F(Progress, AddsBarsBelowOrBeforeOthers)
 {
-    multi_progress group(on_it());
     bar const b = group.add({.message = "b", .row = layout("{msg}")});
     bar const c = group.add({.message = "c", .row = layout("{msg}")});
     bar const a = group.insert_before(b, {.message = "a", .row = layout("{msg}")});
     bar const d = group.insert_before(bar(), {.message = "d", .row = layout("{msg}")});
-    after(group, 200ms);
-    EXPECT_EQ(rows(), (Lines{"a", "b", "c", "d"}));
+    EXPECT_EQ(rows_after(200ms), (Lines{"a", "b", "c", "d"}));
 }
 
 TEST_F(Progress, LeavesTheRowOfAnEndedBarAbove)
 {
-    multi_progress group(on_it());
-    bar const a = group.add({.message = "a", .length = 10, .row = brief});
-    bar const b = group.add({.message = "b", .length = 10, .row = brief});
+    bar const a = add("a");
+    bar const b = add("b");
     bar const c = group.add({.message = "c", .length = 10, .row = brief, .when_ended = leaving::nothing});
-    after(group, 200ms);
+    after(200ms);
     a.inc(4);
     a.finish();
     b.inc(4);
     b.abandon();
     c.finish();
-    after(group, 100ms);
-    EXPECT_EQ(above(), (Lines{"a 10/10", "b  4/10"}));
+    EXPECT_EQ(above_after(100ms), (Lines{"a 10/10", "b  4/10"}));
     EXPECT_EQ(rows(), Lines{});
     a.finish(); // has ended already
     a.set_message("z");
-    EXPECT_EQ(after(group, 100ms), "");
+    EXPECT_EQ(after(100ms), "");
 }
 
 TEST_F(Progress, FinishesABarWithItsLastHandle)
 {
-    multi_progress group(on_it());
     {
-        std::optional<bar> first = group.add({.message = "a", .length = 10, .row = brief});
+        std::optional<bar> first = add("a");
         bar const second = *first;
         first.reset();
-        after(group, 200ms);
-        EXPECT_EQ(rows(), Lines{"a  0/10"});
+        EXPECT_EQ(rows_after(200ms), Lines{"a  0/10"});
     }
-    after(group, 100ms);
-    EXPECT_EQ(above(), Lines{"a 10/10"});
+    EXPECT_EQ(above_after(100ms), Lines{"a 10/10"});
 }
 
 TEST_F(Progress, AbandonsABarWhileAnExceptionPasses)
 {
-    multi_progress group(on_it());
     try {
-        bar const a = group.add({.message = "a", .length = 10, .row = brief});
+        bar const a = add("a");
         a.inc(4);
-        after(group, 200ms);
+        after(200ms);
         throw std::runtime_error("it");
     } catch (std::runtime_error const&) {
         // A bar that is made now ends as any other.
-        bar const b = group.add({.message = "b", .length = 10, .row = brief});
+        bar const b = add("b");
     }
-    after(group, 100ms);
-    EXPECT_EQ(above(), (Lines{"a  4/10", "b 10/10"}));
+    EXPECT_EQ(above_after(100ms), (Lines{"a  4/10", "b 10/10"}));
 }
 
 TEST_F(Progress, TakesMovedAndEmptyHandles)
 {
-    multi_progress group(on_it());
-    bar a = group.add({.message = "a", .length = 10, .row = brief});
+    bar a = add("a");
     bar const b = std::move(a);
     for (bar const& nothing : {a, bar()}) {
         nothing.inc();
@@ -322,33 +295,26 @@ TEST_F(Progress, TakesMovedAndEmptyHandles)
         nothing.reset();
     }
     b.inc();
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{"a  1/10"});
+    EXPECT_EQ(rows_after(200ms), Lines{"a  1/10"});
 }
 
 TEST_F(Progress, StartsAgainAfterReset)
 {
-    multi_progress group(on_it());
     bar const a = group.add({.message = "a", .length = 10, .row = layout("{pos} {elapsed} {rate}")});
     a.inc(5);
-    after(group, 5s);
-    EXPECT_EQ(rows(), Lines{" 5 00:05  1.00/s"});
+    EXPECT_EQ(rows_after(5s), Lines{" 5 00:05  1.00/s"});
     a.reset(2);
-    after(group, 1s);
-    EXPECT_EQ(rows(), Lines{" 2 00:01    --/s"});
+    EXPECT_EQ(rows_after(1s), Lines{" 2 00:01    --/s"});
     a.finish();
-    after(group, 1s);
-    EXPECT_EQ(rows(), Lines{});
+    EXPECT_EQ(rows_after(1s), Lines{});
     a.reset();
-    after(group, 1s);
-    EXPECT_EQ(rows(), Lines{" 0 00:01    --/s"});
+    EXPECT_EQ(rows_after(1s), Lines{" 0 00:01    --/s"});
 }
 
 TEST_F(Progress, LeavesARowAsItWasWhenTheBarEnded)
 {
-    multi_progress group(on_it());
-    bar const files = group.add({.message = "file 1", .length = 10, .row = brief});
-    after(group, 200ms);
+    bar const files = add("file 1");
+    after(200ms);
     files.finish();
     files.set_message("file 2");
     files.reset();
@@ -356,12 +322,11 @@ TEST_F(Progress, LeavesARowAsItWasWhenTheBarEnded)
     files.abandon();
     files.set_message("file 3");
     files.reset();
-    after(group, 100ms);
-    EXPECT_EQ(above(), (Lines{"file 1 10/10", "file 2  3/10"}));
+    EXPECT_EQ(above_after(100ms), (Lines{"file 1 10/10", "file 2  3/10"}));
     EXPECT_EQ(rows(), Lines{"file 3  0/10"});
 }
 
-TEST_F(Progress, OutlivesItsGroupInSilence)
+TEST_F(ProgressGroup, OutlivesItsGroupInSilence)
 {
     bar left;
     {
@@ -379,7 +344,7 @@ TEST_F(Progress, OutlivesItsGroupInSilence)
     EXPECT_EQ(terminal->taken(), "");
 }
 
-TEST_F(Progress, WritesTheLastRowsWhenTheGroupEnds)
+TEST_F(ProgressGroup, WritesTheLastRowsWhenTheGroupEnds)
 {
     {
         multi_progress group(on_it());
@@ -388,68 +353,52 @@ TEST_F(Progress, WritesTheLastRowsWhenTheGroupEnds)
     EXPECT_EQ(terminal->all, "a 10/10\n");
 }
 
-TEST_F(Progress, RefusesALayoutThatItDoesNotKnow) { EXPECT_THROW(layout("{mgs}"), std::invalid_argument); }
-
-// ---------------------------------------------------------------------------------------------
-// Estimates
-// ---------------------------------------------------------------------------------------------
+TEST_F(ProgressGroup, RefusesALayoutThatItDoesNotKnow) { EXPECT_THROW(layout("{mgs}"), std::invalid_argument); }
 
 TEST_F(Progress, ShowsRateAndTimeLeft)
 {
-    multi_progress group(on_it());
     bar const a = group.add({.message = "a", .length = 1000, .start = 500, .row = layout("{rate} {eta}")});
     for (int i = 0; i < 100; ++i) {
         a.inc();
-        after(group, 100ms);
+        after(100ms);
     }
     EXPECT_EQ(rows(), Lines{" 10.0/s 00:40"});
-    after(group, 4900ms);
-    EXPECT_EQ(rows(), Lines{" 10.0/s 00:36"});
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{" 0.00/s --:--"});
+    EXPECT_EQ(rows_after(4900ms), Lines{" 10.0/s 00:36"});
+    EXPECT_EQ(rows_after(200ms), Lines{" 0.00/s --:--"});
 }
 
 TEST_F(Progress, CountsNoStepsThatOnlyTheEndPassed)
 {
-    multi_progress group(on_it());
     bar const files = group.add({.message = "files", .length = 1000, .row = layout("{percent} {rate}")});
     for (int i = 0; i < 50; ++i) {
         files.inc();
-        after(group, 100ms);
+        after(100ms);
     }
     files.inc();
     terminal->time += 100ms;
     files.finish();
-    after(group, 100ms);
-    EXPECT_EQ(above(), Lines{"100%  10.0/s"});
+    EXPECT_EQ(above_after(100ms), Lines{"100%  10.0/s"});
 }
 
 TEST_F(Progress, TakesTheLargestNumbers)
 {
     std::uint64_t constexpr most = std::numeric_limits<std::uint64_t>::max();
-    multi_progress group(on_it());
     bar const a = group.add({.message = "a", .length = most - 1, .row = layout("{percent} {pos}/{len} {eta}")});
     a.set_position(most - 2);
-    after(group, 200ms);
-    EXPECT_EQ(rows(), Lines{" 99% 18446744073709551613/18446744073709551614 00:01"});
+    EXPECT_EQ(rows_after(200ms), Lines{" 99% 18446744073709551613/18446744073709551614 00:01"});
     a.inc(1000); // past the end, and around
-    after(group, 100ms);
+    after(100ms);
     EXPECT_EQ(rows().size(), 1U);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Lines above
-// ---------------------------------------------------------------------------------------------
-
 TEST_F(Progress, PrintsLinesAboveAtOnceAndInOrder)
 {
-    multi_progress group(on_it());
     EXPECT_TRUE(group.println("before any bar"));
     EXPECT_EQ(terminal->taken(), "before any bar\n");
-    bar const a = group.add({.message = "a", .length = 10, .row = brief});
+    bar const a = add("a");
     EXPECT_TRUE(group.println("before the first frame"));
     EXPECT_EQ(terminal->taken(), "before the first frame\n");
-    after(group, 200ms);
+    after(200ms);
     EXPECT_TRUE(group.println("one"));
     EXPECT_TRUE(group.println("two\nthree"));
     EXPECT_TRUE(group.println(""));
@@ -459,7 +408,6 @@ TEST_F(Progress, PrintsLinesAboveAtOnceAndInOrder)
 
 TEST_F(Progress, SaysThatALineCannotBeWritten)
 {
-    multi_progress group(on_it());
     terminal->works = false;
     EXPECT_FALSE(group.println("x"));
     multi_progress lines(as_lines());
@@ -468,9 +416,8 @@ TEST_F(Progress, SaysThatALineCannotBeWritten)
 
 TEST_F(Progress, WaitsForABusyTerminalOnlyWithManyLines)
 {
-    multi_progress group(on_it());
-    bar const a = group.add({.message = "a", .length = 10, .row = brief});
-    after(group, 200ms);
+    bar const a = add("a");
+    after(200ms);
     terminal->taken();
     terminal->busy = true;
     std::string const kibibyte(1023, 'x');
@@ -482,64 +429,56 @@ TEST_F(Progress, WaitsForABusyTerminalOnlyWithManyLines)
     EXPECT_GT(terminal->taken().size(), 65U * 1024U);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Others on the terminal
-// ---------------------------------------------------------------------------------------------
-
 TEST_F(Progress, GivesTheTerminalToOthers)
 {
-    multi_progress group(on_it());
-    bar const a = group.add({.message = "a", .length = 10, .row = brief});
-    after(group, 200ms);
+    bar const a = add("a");
+    after(200ms);
     {
         suspension const outer = group.suspend();
         EXPECT_EQ(rows(), Lines{});
         terminal->write("a child's line\n");
         suspension const inner = group.suspend();
         a.inc();
-        EXPECT_EQ(after(group, 1s), "");
+        EXPECT_EQ(after(1s), "");
         EXPECT_TRUE(group.println("ours"));
         a.finish();
-        EXPECT_EQ(after(group, 1s), "");
+        EXPECT_EQ(after(1s), "");
     }
-    after(group, 100ms);
-    EXPECT_EQ(above(), (Lines{"a child's line", "ours", "a 10/10"}));
+    EXPECT_EQ(above_after(100ms), (Lines{"a child's line", "ours", "a 10/10"}));
 }
 
 TEST_F(Progress, DrawsAgainAfterTheLastSuspension)
 {
-    multi_progress group(on_it());
-    bar const a = group.add({.message = "a", .length = 10, .row = brief});
-    after(group, 200ms);
+    bar const a = add("a");
+    after(200ms);
     {
         std::optional<suspension> outer = group.suspend();
         suspension const inner = group.suspend();
         outer.reset();
-        EXPECT_EQ(after(group, 1s), "");
+        EXPECT_EQ(after(1s), "");
     }
-    EXPECT_NE(after(group, 1s), "");
+    EXPECT_NE(after(1s), "");
     EXPECT_EQ(rows(), Lines{"a  0/10"});
 }
 
 TEST_F(Progress, IsSilentInTheBackground)
 {
-    multi_progress group(on_it());
-    bar const a = group.add({.message = "a", .length = 10, .row = brief});
-    bar const b = group.add({.message = "b", .length = 10, .row = brief});
-    after(group, 200ms);
+    bar const a = add("a");
+    bar const b = add("b");
+    after(200ms);
     terminal->foreground = false;
     a.inc();
-    EXPECT_EQ(after(group, 1s), "");
+    EXPECT_EQ(after(1s), "");
     a.finish();
-    EXPECT_EQ(after(group, 1s), "");
+    EXPECT_EQ(after(1s), "");
     EXPECT_TRUE(group.println("a line"));
     EXPECT_EQ(terminal->taken(), "a line\n");
     terminal->foreground = true;
-    EXPECT_EQ(readable(after(group, 1s)),
+    EXPECT_EQ(readable(after(1s)),
               R"(\e[?2026h\e[?25la 10/10\e[K\r\n\e[?7l\e[K\x0b\e[1A\e7\r\nb  0/10\e[J\e8\e[?7h\e[?25h\e[?2026l)");
 }
 
-TEST_F(Progress, EndsInTheBackgroundInSilence)
+TEST_F(ProgressGroup, EndsInTheBackgroundInSilence)
 {
     {
         multi_progress group(on_it());
@@ -550,11 +489,7 @@ TEST_F(Progress, EndsInTheBackgroundInSilence)
     EXPECT_EQ(terminal->all, "");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Lines instead
-// ---------------------------------------------------------------------------------------------
-
-TEST_F(Progress, WritesLinesAtTheStartAtEachTenthAndAtTheEnd)
+TEST_F(ProgressGroup, WritesLinesAtTheStartAtEachTenthAndAtTheEnd)
 {
     {
         multi_progress group(as_lines());
@@ -572,7 +507,7 @@ TEST_F(Progress, WritesLinesAtTheStartAtEachTenthAndAtTheEnd)
     EXPECT_EQ(terminal->taken(), "copy: done, 40.0 MiB in 00:03\n");
 }
 
-TEST_F(Progress, StartsNoLineInASuspension)
+TEST_F(ProgressGroup, StartsNoLineInASuspension)
 {
     multi_progress group(as_lines());
     {
@@ -584,7 +519,7 @@ TEST_F(Progress, StartsNoLineInASuspension)
     EXPECT_EQ(terminal->all, "files: 0%, 0 of 10\nfiles: done, 10 in 00:00\n");
 }
 
-TEST_F(Progress, WritesALineEveryTenSecondsIfItAdvanced)
+TEST_F(ProgressGroup, WritesALineEveryTenSecondsIfItAdvanced)
 {
     multi_progress group(as_lines());
     bar const a = group.add("scan");
@@ -600,7 +535,7 @@ TEST_F(Progress, WritesALineEveryTenSecondsIfItAdvanced)
     EXPECT_EQ(terminal->taken(), "scan: stopped at 23\n");
 }
 
-TEST_F(Progress, WritesNoControlCharacterInLines)
+TEST_F(ProgressGroup, WritesNoControlCharacterInLines)
 {
     {
         multi_progress group(as_lines());
@@ -621,7 +556,7 @@ TEST_F(Progress, WritesNoControlCharacterInLines)
               "a\\x1b[1m\\x0d: done, 100 in 01:40\n");
 }
 
-TEST_F(Progress, IsSilentWhenItIsOff)
+TEST_F(ProgressGroup, IsSilentWhenItIsOff)
 {
     {
         options how = on_it();
@@ -640,28 +575,22 @@ TEST_F(Progress, IsSilentWhenItIsOff)
 
 TEST_F(Progress, EndsManyBarsInBoundedMemory)
 {
-    multi_progress group(on_it());
     for (int i = 0; i < 20000; ++i) {
-        bar const a = group.add({.message = "a", .length = 1, .row = brief});
+        bar const a = add("a", 1);
     }
     // Their rows leave in pieces, without a frame.
     EXPECT_GT(terminal->writes, 15);
     EXPECT_LT(terminal->writes, 25);
 }
 
-// ---------------------------------------------------------------------------------------------
-// Ranges
-// ---------------------------------------------------------------------------------------------
-
 TEST_F(Progress, LeavesOutTheOldestRowsOfManyThatNobodyCouldSee)
 {
-    multi_progress group(on_it());
     terminal->foreground = false;
     for (int i = 1; i <= 1200; ++i) {
         static_cast<void>(group.add({.message = std::to_string(i), .length = 10, .row = layout("{msg}")}));
     }
     terminal->foreground = true;
-    after(group, 1s);
+    after(1s);
     Lines const lines = above();
     ASSERT_EQ(lines.size(), 1U + 1200U - 512U);
     EXPECT_EQ(lines[0], "+512 more");
@@ -669,7 +598,7 @@ TEST_F(Progress, LeavesOutTheOldestRowsOfManyThatNobodyCouldSee)
     EXPECT_EQ(lines.back(), "1200");
 }
 
-TEST_F(Progress, CountsTheElementsOfARange)
+TEST_F(ProgressGroup, CountsTheElementsOfARange)
 {
     std::vector<int> items = {1, 2, 3};
     std::vector<int> seen;
@@ -682,7 +611,7 @@ TEST_F(Progress, CountsTheElementsOfARange)
     EXPECT_EQ(terminal->all, "items [################################################] 100% 3/3    --/s 00:00\n");
 }
 
-TEST_F(Progress, CountsARangeWhoseEndsAreFunctionsBesideIt)
+TEST_F(ProgressGroup, CountsARangeWhoseEndsAreFunctionsBesideIt)
 {
     int entries = 0;
     for (auto const& entry : track(std::filesystem::directory_iterator("/proc/self/task"), "tasks", on_it())) {
@@ -691,7 +620,7 @@ TEST_F(Progress, CountsARangeWhoseEndsAreFunctionsBesideIt)
     EXPECT_GE(entries, 1); // an emulator has threads of its own
 }
 
-TEST_F(Progress, AbandonsARangeThatIsLeft)
+TEST_F(ProgressGroup, AbandonsARangeThatIsLeft)
 {
     std::vector<int> const items = {1, 2, 3};
     for (int const item : track(items, "items", as_lines())) {
@@ -702,7 +631,7 @@ TEST_F(Progress, AbandonsARangeThatIsLeft)
     EXPECT_EQ(terminal->all, "items: 0%, 0 of 3\nitems: stopped at 33%, 1 of 3\n");
 }
 
-TEST_F(Progress, CountsRangesOfOtherKinds)
+TEST_F(ProgressGroup, CountsRangesOfOtherKinds)
 {
     int const array[] = {1, 2};
     int sum = 0;

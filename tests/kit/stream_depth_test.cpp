@@ -1,5 +1,6 @@
 #include <kestry/kit/policy.hpp>
 
+#include "kit/threads.hpp"
 #include "support/testing.hpp"
 
 namespace {
@@ -89,13 +90,7 @@ TEST(StreamDepth, OfStandardStreamsMayBeAskedByManyThreads)
     auto const run = on_terminal([] {
         change_environment(sixteen_colors);
         std::vector<std::string> answers(4);
-        std::vector<std::thread> threads;
-        for (std::string& answer : answers) {
-            threads.emplace_back([&answer] { answer = depths(); });
-        }
-        for (std::thread& thread : threads) {
-            thread.join();
-        }
+        in_threads(4, [&answers](int i) { answers[static_cast<std::size_t>(i)] = depths(); });
         for (std::string const& answer : answers) {
             report(answer);
         }

@@ -69,12 +69,7 @@ TEST(Allocation, IsNotWrittenBehind)
     for (std::size_t length = 0; length < 200; ++length) {
         std::string const text(length, 'x');
         for (style const& look : {bold, fg(red), fg(bright_red) | bold, alert, style{}}) {
-            std::string expected;
-            Allocations const made = allocations_of([&] {
-                std::string const bytes = to_string(styled(text, look));
-                EXPECT_EQ(bytes.find(text) != std::string::npos, true);
-            });
-            EXPECT_EQ(made.overruns, 0U) << length;
+            EXPECT_EQ(allocations_of([&] { to_string(styled(text, look)); }).overruns, 0U) << length;
         }
     }
 }

@@ -28,54 +28,38 @@ std::string formatted(std::string_view format, Arguments const&... arguments)
 std::string const word = "done";
 auto const green_word = styled(word, fg(green));
 
-struct Spec {
-    char const* spec;
-    char const* written;
-};
+// Each format of the green word, 6 and 2.
+void expect_formatted(std::string const& expected, std::vector<char const*> const& formats)
+{
+    for (char const* const format : formats) {
+        EXPECT_EQ(formatted(format, green_word, 6, 2), expected) << format;
+    }
+}
 
 TEST(Format, PadsToColumnsOutsideOfTheStyle)
 {
-    Spec const specs[] = {
-        {"{}", R"(\e[32mdone\e[39m)"},
-        {"{:}", R"(\e[32mdone\e[39m)"},
-        {"{:s}", R"(\e[32mdone\e[39m)"},
-        {"{:7}", R"(\e[32mdone\e[39m   )"},
-        {"{:<7}", R"(\e[32mdone\e[39m   )"},
-        {"{:>7}", R"(   \e[32mdone\e[39m)"},
-        {"{:^7}", R"( \e[32mdone\e[39m  )"},
-        {"{:*^8s}", R"(**\e[32mdone\e[39m**)"},
-        {"{:é>6}", R"(éé\e[32mdone\e[39m)"},
-        {"{:€>6}", R"(€€\e[32mdone\e[39m)"},
-        {"{:𝄞>6}", R"(𝄞𝄞\e[32mdone\e[39m)"},
-        {"{:>>6}", R"(>>\e[32mdone\e[39m)"},
-        {"{:4}", R"(\e[32mdone\e[39m)"},
-        {"{:3}", R"(\e[32mdone\e[39m)"},
-        {"{:<}", R"(\e[32mdone\e[39m)"},
-        {"{0:>{1}}", R"(  \e[32mdone\e[39m)"},
-        {"{:>{}}", R"(  \e[32mdone\e[39m)"},
-        {"{:>{}.{}}", R"(    \e[32mdo\e[39m)"},
-        {"{0:>{1}.{2}}", R"(    \e[32mdo\e[39m)"},
-    };
-    for (Spec const& of : specs) {
-        EXPECT_EQ(formatted(of.spec, green_word, 6, 2), of.written) << of.spec;
-    }
+    expect_formatted(R"(\e[32mdone\e[39m)", {"{}", "{:}", "{:s}", "{:4}", "{:3}", "{:<}"});
+    expect_formatted(R"(\e[32mdone\e[39m   )", {"{:7}", "{:<7}"});
+    expect_formatted(R"(   \e[32mdone\e[39m)", {"{:>7}"});
+    expect_formatted(R"( \e[32mdone\e[39m  )", {"{:^7}"});
+    expect_formatted(R"(**\e[32mdone\e[39m**)", {"{:*^8s}"});
+    expect_formatted(R"(éé\e[32mdone\e[39m)", {"{:é>6}"});
+    expect_formatted(R"(€€\e[32mdone\e[39m)", {"{:€>6}"});
+    expect_formatted(R"(𝄞𝄞\e[32mdone\e[39m)", {"{:𝄞>6}"});
+    expect_formatted(R"(>>\e[32mdone\e[39m)", {"{:>>6}"});
+    expect_formatted(R"(  \e[32mdone\e[39m)", {"{0:>{1}}", "{:>{}}"});
+    expect_formatted(R"(    \e[32mdo\e[39m)", {"{:>{}.{}}", "{0:>{1}.{2}}"});
 }
 
 TEST(Format, CutsToColumnsInWholeClusters)
 {
-    Spec const specs[] = {
-        {"{:.5}", R"(\e[32mdone\e[39m)"},
-        {"{:.4}", R"(\e[32mdone\e[39m)"},
-        {"{:.3}", R"(\e[32mdon\e[39m)"},
-        {"{:.1}", R"(\e[32md\e[39m)"},
-        {"{:.0}", ""},
-        {"{:5.3}|", R"(\e[32mdon\e[39m  |)"},
-        {"{:>5.0}|", "     |"},
-        {"{:*^6.2s}", R"(**\e[32mdo\e[39m**)"},
-    };
-    for (Spec const& of : specs) {
-        EXPECT_EQ(formatted(of.spec, green_word), of.written) << of.spec;
-    }
+    expect_formatted(R"(\e[32mdone\e[39m)", {"{:.5}", "{:.4}"});
+    expect_formatted(R"(\e[32mdon\e[39m)", {"{:.3}"});
+    expect_formatted(R"(\e[32md\e[39m)", {"{:.1}"});
+    expect_formatted("", {"{:.0}"});
+    expect_formatted(R"(\e[32mdon\e[39m  |)", {"{:5.3}|"});
+    expect_formatted("     |", {"{:>5.0}|"});
+    expect_formatted(R"(**\e[32mdo\e[39m**)", {"{:*^6.2s}"});
     EXPECT_EQ(formatted("{:.3}|", styled("日本語", bold)), R"(\e[1m日\e[22m|)");
     EXPECT_EQ(formatted("{:.4}|", styled("日本語", bold)), R"(\e[1m日本\e[22m|)");
     EXPECT_EQ(formatted("{:5.3}|", styled("日本語", bold)), R"(\e[1m日\e[22m   |)");
@@ -127,31 +111,32 @@ TEST(Format, PrintsNumbersInTheClassicLocale)
     EXPECT_EQ(formatted("{:>5}", styled(1234, bold)), R"( \e[1m1234\e[22m)");
 }
 
+template <class... Arguments>
+void expect_refused(std::string_view format, Arguments const&... arguments)
+{
+    EXPECT_THROW(static_cast<void>(fmt::format(fmt::runtime(format), green_word, arguments...)), fmt::format_error)
+        << format;
+#if defined(__cpp_lib_format)
+    EXPECT_THROW(static_cast<void>(std::vformat(format, std::make_format_args(green_word, arguments...))),
+                 std::format_error)
+        << format;
+#endif
+}
+
 TEST(Format, RefusesWhatIsNoFormatOfText)
 {
-    for (char const* const spec :
+    for (char const* const format :
          {"{:d}", "{:05}", "{:+}", "{:#}", "{:.}", "{:.x}", "{:5x}", "{:s5}", "{:99999999999}", "{:.99999999999}",
           "{:{1}{2}}", "{:>{1:}}", "{:>{-1}}", "{:{x}}", "{:**5}", "{:", "{:>{", "{:5", "{:{{<5}"}) {
-        EXPECT_THROW(static_cast<void>(fmt::format(fmt::runtime(spec), green_word, 1, 2)), fmt::format_error) << spec;
-#if defined(__cpp_lib_format)
-        int const one = 1;
-        EXPECT_THROW(static_cast<void>(std::vformat(spec, std::make_format_args(green_word, one, one))),
-                     std::format_error)
-            << spec;
-#endif
+        expect_refused(format, 1, 2);
     }
 }
 
 TEST(Format, RefusesArgumentsThatAreNoNumbersFromZero)
 {
     auto const refuses = [](auto const& number) {
-        for (char const* const spec : {"{:{}}", "{:.{}}"}) {
-            EXPECT_THROW(static_cast<void>(fmt::format(fmt::runtime(spec), green_word, number)), fmt::format_error);
-#if defined(__cpp_lib_format)
-            EXPECT_THROW(static_cast<void>(std::vformat(spec, std::make_format_args(green_word, number))),
-                         std::format_error);
-#endif
-        }
+        expect_refused("{:{}}", number);
+        expect_refused("{:.{}}", number);
     };
     refuses(-1);
     refuses(0x80000000U);

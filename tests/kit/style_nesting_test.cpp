@@ -3,17 +3,12 @@
 #include <kestry/kit/style.hpp>
 #include <kestry/kit/text.hpp>
 
-#include "support/screen.hpp"
 #include "support/testing.hpp"
 
 namespace {
 
 using namespace hueline::test;
 using namespace kestry::kit;
-
-// ---------------------------------------------------------------------------------------------
-// A terminal that knows SGR
-// ---------------------------------------------------------------------------------------------
 
 struct Pen {
     color foreground = {};
@@ -51,66 +46,35 @@ void select(std::string_view parameters, Pen& pen, Pen const& around, color_dept
     std::vector<int> const n = numbers(parameters);
     auto const keep = [&](unsigned bits) { pen.attributes = (pen.attributes & ~bits) | (around.attributes & bits); };
     for (std::size_t i = 0; i < n.size(); ++i) {
-        auto const named = [&](int base) { return color{color_kind::named, static_cast<std::uint8_t>(n[i] - base)}; };
+        auto const named = [](int number) { return color{color_kind::named, static_cast<std::uint8_t>(number)}; };
         auto const more = [&] {
             bool const is_palette = n.at(i + 1) == 5;
             color const c = is_palette ? palette(n.at(i + 2)) : rgb(n.at(i + 2), n.at(i + 3), n.at(i + 4));
             i += is_palette ? 2 : 4;
             return reduced(c, depth);
         };
-        switch (n[i]) {
-        case 0:
+        int const code = n[i];
+        auto const bit = [](int attribute) { return 1U << (attribute - (attribute < 6 ? 1 : 2)); };
+        if (code == 0) {
             pen = around;
-            break;
-        case 1:
-        case 2:
-        case 3:
-        case 4:
-        case 5:
-            pen.attributes |= 1U << (n[i] - 1);
-            break;
-        case 7:
-        case 8:
-        case 9:
-            pen.attributes |= 1U << (n[i] - 2);
-            break;
-        case 22:
-            keep(0x03);
-            break;
-        case 23:
-        case 24:
-        case 25:
-            keep(1U << (n[i] - 21));
-            break;
-        case 27:
-        case 28:
-        case 29:
-            keep(1U << (n[i] - 22));
-            break;
-        case 38:
-            pen.foreground = more();
-            break;
-        case 39:
+        } else if (code <= 9 && code != 6) {
+            pen.attributes |= bit(code);
+        } else if (code == 22) {
+            keep(bit(1) | bit(2));
+        } else if (code >= 23 && code <= 29 && code != 26) {
+            keep(bit(code - 20));
+        } else if (code == 38 || code == 48) {
+            (code == 38 ? pen.foreground : pen.background) = more();
+        } else if (code == 39) {
             pen.foreground = around.foreground;
-            break;
-        case 48:
-            pen.background = more();
-            break;
-        case 49:
+        } else if (code == 49) {
             pen.background = around.background;
-            break;
-        default:
-            if (n[i] >= 30 && n[i] <= 37) {
-                pen.foreground = named(30);
-            } else if (n[i] >= 40 && n[i] <= 47) {
-                pen.background = named(40);
-            } else if (n[i] >= 90 && n[i] <= 97) {
-                pen.foreground = named(90 - 8);
-            } else if (n[i] >= 100 && n[i] <= 107) {
-                pen.background = named(100 - 8);
-            } else {
-                ADD_FAILURE() << "SGR " << n[i];
-            }
+        } else if (code >= 30 && code <= 47) {
+            (code < 40 ? pen.foreground : pen.background) = named(code % 10);
+        } else if (code >= 90 && code <= 107 && code % 10 < 8) {
+            (code < 100 ? pen.foreground : pen.background) = named(code % 10 + 8);
+        } else {
+            ADD_FAILURE() << "SGR " << code;
         }
     }
 }
@@ -174,65 +138,15 @@ Shown show(std::string_view bytes, Pen const& at_start)
 
 color_depth const depths[] = {color_depth::none, color_depth::ansi16, color_depth::ansi256, color_depth::truecolor};
 
-// ---------------------------------------------------------------------------------------------
-// All nestings of three
-// ---------------------------------------------------------------------------------------------
-
+style const every = bold | faint | italic | underline | blink | reverse | concealed | crossed_out;
+// clang-format off
 style const looks[] = {
-    {},
-    bold,
-    faint,
-    italic,
-    underline,
-    blink,
-    reverse,
-    concealed,
-    crossed_out,
-    fg(red),
-    fg(bright_blue),
-    fg(palette(99)),
-    fg(rgb(1, 200, 3)),
-    fg(default_color),
-    bg(white),
-    bg(rgb(100, 2, 3)),
-    bg(default_color),
-    bold | fg(green),
-    faint | underline | fg(rgb(9, 9, 200)) | bg(bright_yellow),
-    bold | faint | italic | underline | blink | reverse | concealed | crossed_out | fg(black) | bg(palette(20)),
+    style{}, bold, faint, italic, underline, blink, reverse, concealed, crossed_out, every,
+    fg(red), fg(bright_blue), fg(palette(99)), fg(rgb(1, 200, 3)), fg(default_color), fg(green) | bold,
+    bg(white), bg(rgb(100, 2, 3)), bg(default_color),
+    fg(black) | bg(palette(20)) | every, fg(rgb(9, 9, 200)) | bg(bright_yellow) | faint | underline,
 };
-
-TEST(Nestings, OfThreeLookAsTheirStylesSay)
-{
-    for (color_depth const depth : depths) {
-        for (style const& a : looks) {
-            for (style const& b : looks) {
-                for (style const& c : looks) {
-                    std::string const bytes =
-                        to_string(styled(a, "1", styled(b, styled("2", c), "3\n", styled(c, "\n", "4")), "5\r\n6",
-                                         styled("7", c)),
-                                  depth);
-                    Pen const outer = under({}, reduced(a, depth));
-                    Pen const middle = under(outer, reduced(b, depth));
-                    Pen const inner = under(middle, reduced(c, depth));
-                    Pen const last = under(outer, reduced(c, depth));
-                    Shown const shown = show(bytes, {});
-                    std::vector<Written> const expected = {{'1', outer}, {'2', inner}, {'3', middle}, {'4', inner},
-                                                           {'5', outer}, {'6', outer}, {'7', last}};
-                    ASSERT_EQ(shown.characters, expected) << readable(bytes);
-                    ASSERT_EQ(shown.pen, Pen{}) << readable(bytes);
-                    ASSERT_EQ(strip_escapes(bytes), "123\n\n45\r\n67");
-                    if (depth == color_depth::none) {
-                        ASSERT_EQ(bytes, "123\n\n45\r\n67");
-                    }
-                }
-            }
-        }
-    }
-}
-
-// ---------------------------------------------------------------------------------------------
-// Random trees, with text that has colours of its own
-// ---------------------------------------------------------------------------------------------
+// clang-format on
 
 struct Tree {
     style look;
@@ -274,8 +188,7 @@ public:
             "a",          "b c",       "",         "word",     "d\ne",          "\n",
             "f\r\n",      "\x1b[1m",   "\x1b[22m", "\x1b[31m", "\x1b[39m",      "\x1b[m",
             "\x1b[0;3m",  "\x1b[23m",  "\x1b[4m",  "\x1b[24m", "\x1b[48;5;20m", "\x1b[49m",
-            "\x1b[94;1m", "\x1b[2;7m", "\x1b[27m", "\x1b[9m",  "\x1b[29m",      "\x1b[38;2;1;200;3m",
-        };
+            "\x1b[94;1m", "\x1b[2;7m", "\x1b[27m", "\x1b[9m",  "\x1b[29m",      "\x1b[38;2;1;200;3m"};
         std::string made;
         for (std::size_t n = below(5); n != 0; --n) {
             made += parts[below(std::size(parts))];
@@ -361,69 +274,6 @@ TEST(Nestings, AtRandomLookAsTheirStylesSay)
         ASSERT_EQ(strip_escapes(made.bytes), made.plain) << seed;
     }
 }
-
-// ---------------------------------------------------------------------------------------------
-// What a person sees
-// ---------------------------------------------------------------------------------------------
-
-// An emulator that knows neither faint nor concealed text.
-void compare(Cell const& cell, Written const& expected, std::string const& where)
-{
-    unsigned const attributes = expected.pen.attributes;
-    auto const has = [attributes](style const& one) { return (attributes & one.attributes) != 0; };
-    EXPECT_EQ(cell.character, std::string(1, expected.character)) << where;
-    EXPECT_EQ(cell.bold, has(bold)) << where;
-    EXPECT_EQ(cell.italic, has(italic)) << where;
-    EXPECT_EQ(cell.underline, has(underline)) << where;
-    EXPECT_EQ(cell.blink, has(blink)) << where;
-    EXPECT_EQ(cell.reverse, has(reverse)) << where;
-    EXPECT_EQ(cell.strike, has(crossed_out)) << where;
-    auto const compare_color = [&where](Color const& seen, color const& c) {
-        EXPECT_EQ(seen.is_default, c.kind == color_kind::none) << where;
-        if (c.kind == color_kind::named || c.kind == color_kind::palette) {
-            EXPECT_EQ(seen.index, int{c.r}) << where;
-        } else if (c.kind == color_kind::rgb) {
-            EXPECT_EQ(rgb(seen.r, seen.g, seen.b), c) << where;
-        }
-    };
-    compare_color(cell.foreground, expected.pen.foreground);
-    compare_color(cell.background, expected.pen.background);
-}
-
-TEST(Nestings, AreSeenAsTheirStylesSay)
-{
-    int compared = 0;
-    for (unsigned seed = 0; seed < 600; ++seed) {
-        Sample const made = sample(seed);
-        if (made.around != Pen{}) {
-            continue; // an emulator starts plain
-        }
-        Screen const screen{made.bytes, 60, 200};
-        int row = 0;
-        int col = 0;
-        std::size_t next = 0;
-        for (char const c : made.plain) {
-            if (c == '\n') {
-                ++row;
-                col = 0;
-            } else if (c != '\r') {
-                compare(screen.cell(row, col), made.expected.characters.at(next),
-                        std::to_string(seed) + ": " + readable(made.bytes) + " at " + std::to_string(next));
-                ++next;
-                ++col;
-                ++compared;
-            }
-        }
-        if (HasFailure()) {
-            break;
-        }
-    }
-    EXPECT_GT(compared, 2000);
-}
-
-// ---------------------------------------------------------------------------------------------
-// Any bytes
-// ---------------------------------------------------------------------------------------------
 
 TEST(AnyBytes, AreStrippedAtNoDepthAsTextIs)
 {

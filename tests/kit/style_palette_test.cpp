@@ -8,10 +8,6 @@ namespace {
 
 using namespace kestry::kit;
 
-// ---------------------------------------------------------------------------------------------
-// The palette and its distances, apart from the library's own
-// ---------------------------------------------------------------------------------------------
-
 color entry(int n)
 {
     if (n >= 232) {
@@ -84,10 +80,6 @@ std::vector<color> grid()
 
 std::string text(color const& c) { return std::to_string(c.r) + " " + std::to_string(c.g) + " " + std::to_string(c.b); }
 
-// ---------------------------------------------------------------------------------------------
-// 256 colours
-// ---------------------------------------------------------------------------------------------
-
 TEST(Reduced, KeepsWhatATerminalOf256Has)
 {
     for (int n = 0; n < 256; ++n) {
@@ -129,10 +121,6 @@ TEST(Reduced, IsTheNearestEntryOf256)
     EXPECT_LE(sum / static_cast<double>(colors.size()), 9.6);
 }
 
-// ---------------------------------------------------------------------------------------------
-// 16 colours
-// ---------------------------------------------------------------------------------------------
-
 TEST(Reduced, TakesTheFirstSixteenOfThePaletteByName)
 {
     for (int n = 0; n < 16; ++n) {
@@ -147,44 +135,31 @@ TEST(Reduced, TakesTheFirstSixteenOfThePaletteByName)
 TEST(Reduced, IsAColorThatAPersonWouldName)
 {
     struct {
-        color given;
         color named;
-    } const colors[] = {
-        {rgb(0, 0, 0), black},
-        {rgb(30, 30, 30), black},
-        {rgb(105, 105, 105), bright_black},
-        {rgb(128, 128, 128), bright_black},
-        {rgb(200, 200, 200), white},
-        {rgb(229, 229, 229), white},
-        {rgb(255, 255, 255), bright_white},
-        {rgb(130, 125, 120), bright_black},
-        {rgb(255, 0, 0), bright_red},
-        {rgb(205, 0, 0), red},
-        {rgb(139, 0, 0), red},
-        {rgb(60, 0, 0), red},
-        {rgb(255, 160, 160), bright_red},
-        {rgb(0, 180, 90), green},
-        {rgb(0, 128, 0), green},
-        {rgb(0, 255, 0), bright_green},
-        {rgb(255, 140, 0), yellow},
-        {rgb(205, 205, 0), yellow},
-        {rgb(0, 0, 128), blue},
-        {rgb(0, 0, 255), blue},
-        {rgb(100, 149, 237), bright_blue},
-        {rgb(128, 0, 128), magenta},
-        {rgb(255, 0, 255), bright_magenta},
-        {rgb(0, 139, 139), cyan},
-        {rgb(0, 255, 255), bright_cyan},
+        std::vector<color> given;
+    } const rows[] = {
+        {black, {rgb(0, 0, 0), rgb(30, 30, 30), palette(16)}},
+        {bright_black, {rgb(105, 105, 105), rgb(128, 128, 128), rgb(130, 125, 120)}},
+        {white, {rgb(200, 200, 200), rgb(229, 229, 229), palette(255)}},
+        {bright_white, {rgb(255, 255, 255), palette(231)}},
+        {red, {rgb(205, 0, 0), rgb(139, 0, 0), rgb(60, 0, 0), palette(52)}},
+        {bright_red, {rgb(255, 0, 0), rgb(255, 160, 160), palette(196)}},
+        {green, {rgb(0, 180, 90), rgb(0, 128, 0)}},
+        {bright_green, {rgb(0, 255, 0)}},
+        {yellow, {rgb(255, 140, 0), rgb(205, 205, 0)}},
+        {blue, {rgb(0, 0, 128), rgb(0, 0, 255)}},
+        {bright_blue, {rgb(100, 149, 237)}},
+        {magenta, {rgb(128, 0, 128)}},
+        {bright_magenta, {rgb(255, 0, 255)}},
+        {cyan, {rgb(0, 139, 139)}},
+        {bright_cyan, {rgb(0, 255, 255)}},
     };
-    for (auto const& of : colors) {
-        EXPECT_EQ(reduced(of.given, color_depth::ansi16), of.named)
-            << text(of.given) << " became " << int{reduced(of.given, color_depth::ansi16).r};
+    for (auto const& [named, all_given] : rows) {
+        for (color const& given : all_given) {
+            color const found = reduced(given, color_depth::ansi16);
+            EXPECT_EQ(found, named) << text(given) << " became " << int{found.r};
+        }
     }
-    EXPECT_EQ(reduced(palette(196), color_depth::ansi16), bright_red);
-    EXPECT_EQ(reduced(palette(52), color_depth::ansi16), red);
-    EXPECT_EQ(reduced(palette(16), color_depth::ansi16), black);
-    EXPECT_EQ(reduced(palette(255), color_depth::ansi16), white);
-    EXPECT_EQ(reduced(palette(231), color_depth::ansi16), bright_white);
 }
 
 TEST(Reduced, KeepsTheHueInSixteenColors)
@@ -204,19 +179,13 @@ TEST(Reduced, KeepsTheHueInSixteenColors)
     }
 }
 
-TEST(Reduced, LeavesNoColorWhereThereIsNone)
+TEST(Reduced, LeavesNoColorWhereThereIsNoneAndAllAtTwentyFourBits)
 {
     for (color const& c : {color{}, default_color, red, palette(99), rgb(1, 2, 3)}) {
         EXPECT_EQ(reduced(c, color_depth::none), color{});
-    }
-    EXPECT_EQ(reduced(fg(red) | bg(rgb(1, 2, 3)) | bold, color_depth::none), style{});
-}
-
-TEST(Reduced, KeepsEveryColorAtTwentyFourBits)
-{
-    for (color const& c : {color{}, default_color, red, palette(99), rgb(1, 2, 3)}) {
         EXPECT_EQ(reduced(c, color_depth::truecolor), c);
     }
+    EXPECT_EQ(reduced(fg(red) | bg(rgb(1, 2, 3)) | bold, color_depth::none), style{});
 }
 
 TEST(Reduced, TakesBothColorsOfAStyle)

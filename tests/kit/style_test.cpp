@@ -15,10 +15,6 @@ using namespace std::string_view_literals;
 
 constexpr auto err = fg(red) | bold, name = style{underline};
 
-// ---------------------------------------------------------------------------------------------
-// Styles as values
-// ---------------------------------------------------------------------------------------------
-
 static_assert(sizeof(style) <= 16);
 static_assert(std::is_trivially_copyable_v<style> && std::is_trivially_copyable_v<color>);
 static_assert(name == underline);
@@ -47,80 +43,61 @@ TEST(Style, TakesAnotherOneIn)
     EXPECT_EQ(look, fg(red) | bg(blue) | bold);
 }
 
-// ---------------------------------------------------------------------------------------------
-// What is written
-// ---------------------------------------------------------------------------------------------
-
 struct Look {
     style look;
-    char const* begin;
-    char const* end;
+    std::string begin;
+    std::string end;
 };
 
-Look const looks[] = {
-    {bold, R"(\e[1m)", R"(\e[22m)"},
-    {faint, R"(\e[2m)", R"(\e[22m)"},
-    {italic, R"(\e[3m)", R"(\e[23m)"},
-    {underline, R"(\e[4m)", R"(\e[24m)"},
-    {blink, R"(\e[5m)", R"(\e[25m)"},
-    {reverse, R"(\e[7m)", R"(\e[27m)"},
-    {concealed, R"(\e[8m)", R"(\e[28m)"},
-    {crossed_out, R"(\e[9m)", R"(\e[29m)"},
-    {fg(black), R"(\e[30m)", R"(\e[39m)"},
-    {fg(red), R"(\e[31m)", R"(\e[39m)"},
-    {fg(green), R"(\e[32m)", R"(\e[39m)"},
-    {fg(yellow), R"(\e[33m)", R"(\e[39m)"},
-    {fg(blue), R"(\e[34m)", R"(\e[39m)"},
-    {fg(magenta), R"(\e[35m)", R"(\e[39m)"},
-    {fg(cyan), R"(\e[36m)", R"(\e[39m)"},
-    {fg(white), R"(\e[37m)", R"(\e[39m)"},
-    {fg(bright_black), R"(\e[90m)", R"(\e[39m)"},
-    {fg(bright_red), R"(\e[91m)", R"(\e[39m)"},
-    {fg(bright_green), R"(\e[92m)", R"(\e[39m)"},
-    {fg(bright_yellow), R"(\e[93m)", R"(\e[39m)"},
-    {fg(bright_blue), R"(\e[94m)", R"(\e[39m)"},
-    {fg(bright_magenta), R"(\e[95m)", R"(\e[39m)"},
-    {fg(bright_cyan), R"(\e[96m)", R"(\e[39m)"},
-    {fg(bright_white), R"(\e[97m)", R"(\e[39m)"},
-    {bg(black), R"(\e[40m)", R"(\e[49m)"},
-    {bg(white), R"(\e[47m)", R"(\e[49m)"},
-    {bg(bright_black), R"(\e[100m)", R"(\e[49m)"},
-    {bg(bright_white), R"(\e[107m)", R"(\e[49m)"},
-    {fg(palette(0)), R"(\e[38;5;0m)", R"(\e[39m)"},
-    {fg(palette(99)), R"(\e[38;5;99m)", R"(\e[39m)"},
-    {fg(palette(255)), R"(\e[38;5;255m)", R"(\e[39m)"},
-    {bg(palette(100)), R"(\e[48;5;100m)", R"(\e[49m)"},
-    {fg(rgb(0, 180, 90)), R"(\e[38;2;0;180;90m)", R"(\e[39m)"},
-    {bg(rgb(255, 9, 10)), R"(\e[48;2;255;9;10m)", R"(\e[49m)"},
-    {fg(red) | bold, R"(\e[1;31m)", R"(\e[22;39m)"},
-    {fg(bright_red) | crossed_out, R"(\e[9;91m)", R"(\e[29;39m)"},
-    {bold | faint, R"(\e[1;2m)", R"(\e[22m)"},
-    {bold | italic, R"(\e[1;3m)", R"(\e[22;23m)"},
-    {fg(red) | bg(blue), R"(\e[31;44m)", R"(\e[39;49m)"},
-    {fg(palette(1)) | bg(rgb(1, 2, 3)) | bold | faint | italic | underline | blink | reverse | concealed | crossed_out,
-     R"(\e[1;2;3;4;5;7;8;9;38;5;1;48;2;1;2;3m)", R"(\e[22;23;24;25;27;28;29;39;49m)"},
+std::vector<Look> const looks = [] {
+    std::vector<Look> all = {
+        {bold, R"(\e[1m)", R"(\e[22m)"},
+        {faint, R"(\e[2m)", R"(\e[22m)"},
+        {italic, R"(\e[3m)", R"(\e[23m)"},
+        {underline, R"(\e[4m)", R"(\e[24m)"},
+        {blink, R"(\e[5m)", R"(\e[25m)"},
+        {reverse, R"(\e[7m)", R"(\e[27m)"},
+        {concealed, R"(\e[8m)", R"(\e[28m)"},
+        {crossed_out, R"(\e[9m)", R"(\e[29m)"},
+        {fg(palette(0)), R"(\e[38;5;0m)", R"(\e[39m)"},
+        {fg(palette(99)), R"(\e[38;5;99m)", R"(\e[39m)"},
+        {fg(palette(255)), R"(\e[38;5;255m)", R"(\e[39m)"},
+        {bg(palette(100)), R"(\e[48;5;100m)", R"(\e[49m)"},
+        {fg(rgb(0, 180, 90)), R"(\e[38;2;0;180;90m)", R"(\e[39m)"},
+        {bg(rgb(255, 9, 10)), R"(\e[48;2;255;9;10m)", R"(\e[49m)"},
+        {fg(red) | bold, R"(\e[1;31m)", R"(\e[22;39m)"},
+        {fg(bright_red) | crossed_out, R"(\e[9;91m)", R"(\e[29;39m)"},
+        {bold | faint, R"(\e[1;2m)", R"(\e[22m)"},
+        {bold | italic, R"(\e[1;3m)", R"(\e[22;23m)"},
+        {fg(red) | bg(blue), R"(\e[31;44m)", R"(\e[39;49m)"},
+    };
+    style const every = bold | faint | italic | underline | blink | reverse | concealed | crossed_out;
+    std::string const end = R"(\e[22;23;24;25;27;28;29;39;49m)";
+    all.push_back({fg(palette(1)) | bg(rgb(1, 2, 3)) | every, R"(\e[1;2;3;4;5;7;8;9;38;5;1;48;2;1;2;3m)", end});
     // More than the 16 parameters that terminals take.
-    {fg(rgb(255, 255, 255)) | bg(rgb(1, 2, 3)) | bold | faint | italic | underline | blink | reverse | concealed |
-         crossed_out,
-     R"(\e[1;2;3;4;5;7;8;9;38;2;255;255;255m\e[48;2;1;2;3m)", R"(\e[22;23;24;25;27;28;29;39;49m)"},
-};
+    all.push_back({fg(rgb(255, 255, 255)) | bg(rgb(1, 2, 3)) | every,
+                   R"(\e[1;2;3;4;5;7;8;9;38;2;255;255;255m\e[48;2;1;2;3m)", end});
+    color const named[] = {black, red, green, yellow, blue, magenta, cyan, white};
+    color const bright[] = {bright_black, bright_red,     bright_green, bright_yellow,
+                            bright_blue,  bright_magenta, bright_cyan,  bright_white};
+    for (std::size_t i = 0; i < 8; ++i) {
+        std::string const digit = std::to_string(i) + "m";
+        all.push_back({fg(named[i]), R"(\e[3)" + digit, R"(\e[39m)"});
+        all.push_back({bg(named[i]), R"(\e[4)" + digit, R"(\e[49m)"});
+        all.push_back({fg(bright[i]), R"(\e[9)" + digit, R"(\e[39m)"});
+        all.push_back({bg(bright[i]), R"(\e[10)" + digit, R"(\e[49m)"});
+    }
+    return all;
+}();
 
 // Every length up to where long texts begin, and such as are looked at character by character.
 TEST(Styled, IsBetweenItsSequences)
 {
-    std::string const texts[] = {"x",
-                                 "xyz",
-                                 "four",
-                                 "seven77",
-                                 "eight888",
-                                 "nine99999",
-                                 "sixteen 16161616",
-                                 "naïve 日本",
-                                 std::string(128, 'a'),
-                                 std::string(129, 'b'),
-                                 std::string(511, 'c'),
-                                 std::string(512, 'd'),
-                                 std::string(5000, 'e')};
+    std::vector<std::string> texts = {
+        "x", "xyz", "four", "seven77", "eight888", "nine99999", "sixteen 16161616", "naïve 日本"};
+    for (std::size_t const length : {128U, 129U, 511U, 512U, 5000U}) {
+        texts.emplace_back(length, 'a');
+    }
     for (Look const& of : looks) {
         for (std::string const& text : texts) {
             EXPECT_EQ(written(styled(text, of.look)), of.begin + text + of.end);
@@ -182,10 +159,6 @@ TEST(Styled, TakesTextInEveryForm)
     EXPECT_EQ(written(styled("a\0b"sv, bold)), R"(\e[1ma\x00b\e[22m)");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Nesting
-// ---------------------------------------------------------------------------------------------
-
 TEST(Nesting, GivesBackTheStyleAround)
 {
     EXPECT_EQ(written(styled(fg(red), "a", styled("b", fg(blue)), "c")), R"(\e[31ma\e[34mb\e[31mc\e[39m)");
@@ -210,10 +183,6 @@ TEST(Nesting, GoesFromOneStyleToTheNextInOneSequence)
     EXPECT_EQ(written(styled(bold, styled(fg(red), styled("x", italic)))), R"(\e[1;3;31mx\e[22;23;39m)");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Lines
-// ---------------------------------------------------------------------------------------------
-
 TEST(Lines, EndWithoutAStyle)
 {
     EXPECT_EQ(written(styled("a\nb", err)), R"(\e[1;31ma\e[22;39m\n\e[1;31mb\e[22;39m)");
@@ -235,19 +204,9 @@ TEST(Lines, HaveNoSequenceWithoutText)
 // U+0085 is a line feed and a carriage return, ESC D, ESC E and ESC M go to another line.
 TEST(Lines, EndWithoutAStyleAtControlsOfTheTextToo)
 {
-    EXPECT_EQ(written(styled("a\xc2\x85"
-                             "b",
-                             bold)),
-              R"(\e[1ma\e[22m\xc2\x85\e[1mb\e[22m)");
-    EXPECT_EQ(written(styled("a\x1b"
-                             "Eb",
-                             bold)),
-              R"(\e[1ma\e[22m\eE\e[1mb\e[22m)");
+    EXPECT_EQ(written(styled("a\u0085b", bold)), R"(\e[1ma\e[22m\xc2\x85\e[1mb\e[22m)");
+    EXPECT_EQ(written(styled("a\033Eb", bold)), R"(\e[1ma\e[22m\eE\e[1mb\e[22m)");
 }
-
-// ---------------------------------------------------------------------------------------------
-// Text that has colours of its own
-// ---------------------------------------------------------------------------------------------
 
 struct Colored {
     char const* text;
@@ -266,6 +225,10 @@ Colored const colored[] = {
     {"\x1b[01;32mb\x1b[m", R"(\e[1;32mb\e[22;39m)"},
     {"a\x1b[0;1;34mb", R"(\e[31ma\e[1;34mb\e[22;39m)"},
     {"a\x1b[2;3;5;7;8;9mb\x1b[22;23;25;27;28;29mc", R"(\e[31ma\e[2;3;5;7;8;9mb\e[22;23;25;27;28;29mc\e[39m)"},
+    // The first and last of each sixteen, and none beside them.
+    {"a\x1b[30mb\x1b[37;40mc\x1b[47md", R"(\e[31ma\e[30mb\e[37;40mc\e[47md\e[39;49m)"},
+    {"a\x1b[90mb\x1b[97;100mc\x1b[107md", R"(\e[31ma\e[90mb\e[97;100mc\e[107md\e[39;49m)"},
+    {"a\x1b[89;98;99;108mb", R"(\e[31mab\e[39m)"},
     // Colours of more than sixteen.
     {"a\x1b[38;5;208mb", R"(\e[31ma\e[38;5;208mb\e[39m)"},
     {"a\x1b[48;5;208mb", R"(\e[31ma\e[48;5;208mb\e[39;49m)"},
@@ -277,6 +240,7 @@ Colored const colored[] = {
     {"a\x1b[38;5;1;1mb", R"(\e[31ma\e[1;38;5;1mb\e[22;39m)"},
     // Not colours: what else the sequence says still holds.
     {"a\x1b[38;5;256;1mb", R"(\e[31ma\e[1mb\e[22;39m)"},
+    {"a\x1b[38;5;255mb\x1b[38;2;256;2;3mc\x1b[38;2;1;2;256md", R"(\e[31ma\e[38;5;255mbcd\e[39m)"},
     {"a\x1b[38;2;1;256;3;1mb", R"(\e[31ma\e[1mb\e[22;39m)"},
     {"a\x1b[38;5mb", R"(\e[31mab\e[39m)"},
     {"a\x1b[38mb", R"(\e[31mab\e[39m)"},
@@ -302,10 +266,7 @@ Colored const colored[] = {
     {"a\x1b]8;;http://x\x1b\\b\x1b]8;;\ac", R"(\e[31ma\e]8;;http://x\e\b\e]8;;\x07c\e[39m)"},
     {"\x1b]0;title\a", R"(\e]0;title\x07)"},
     // In the form of C1 controls.
-    {"a\xc2\x9b"
-     "1mb\x9b"
-     "22mc",
-     R"(\e[31ma\e[1mb\e[22mc\e[39m)"},
+    {"a\u009b1mb\23322mc", R"(\e[31ma\e[1mb\e[22mc\e[39m)"},
     // Controls within a sequence are carried out.
     {"a\x1b[1\n;4mb", R"(\e[31ma\e[39m\n\e[1;4;31mb\e[22;24;39m)"},
     // Not complete, given up or broken off: dropped.
@@ -316,8 +277,7 @@ Colored const colored[] = {
     {"a\x1b]0;title\x1b[3mb", R"(\e[31ma\e[3mb\e[23;39m)"},
     {"a\x1b[1\x18mb", R"(\e[31ma\x18mb\e[39m)"},
     // A string without an end is text.
-    {"a\x1b]not a string\nb", R"(\e[31manot a string\e[39m\n\e[31mb\e[39m)"},
-};
+    {"a\x1b]not a string\nb", R"(\e[31manot a string\e[39m\n\e[31mb\e[39m)"}};
 
 TEST(ColoredText, KeepsItsColors)
 {
@@ -367,10 +327,6 @@ TEST(ColoredText, KeepsBytesThatAreNoText)
               R"(\e[1ma\xe2\e[22m\x82\e[1;3m\xac\e[22;23m)");
 }
 
-// ---------------------------------------------------------------------------------------------
-// Depths
-// ---------------------------------------------------------------------------------------------
-
 TEST(Depth, ReducesColors)
 {
     auto const text =
@@ -391,11 +347,7 @@ TEST(Depth, OfNoneTakesOutEverySequence)
         std::string const bytes = to_string(styled(of.text, fg(red)), color_depth::none);
         EXPECT_EQ(bytes.find_first_of("\x1b\x9b"), std::string::npos) << readable(bytes);
     }
-    EXPECT_EQ(written(styled("a\x1b]8;;http://x\x1b\\b\x1b]8;;\ac\x1b[2Kd\x1b"
-                             "7e\xc2\x9b"
-                             "1mf\n",
-                             bold),
-                      color_depth::none),
+    EXPECT_EQ(written(styled("a\x1b]8;;http://x\x1b\\b\x1b]8;;\ac\x1b[2Kd\0337e\u009b1mf\n", bold), color_depth::none),
               R"(abcdef\n)");
 }
 
@@ -409,10 +361,6 @@ TEST(Depth, IsThePoorerOneOfStreamAndText)
     EXPECT_EQ(readable(os.str()), R"(\e[38;5;52mx\e[39m\e[38;5;52mx\e[39m\e[38;5;52mx\e[39m\e[31mx\e[39mx)");
     EXPECT_EQ(readable(to_string(text.at(color_depth::ansi16), color_depth::ansi256)), R"(\e[31mx\e[39m)");
 }
-
-// ---------------------------------------------------------------------------------------------
-// Streams
-// ---------------------------------------------------------------------------------------------
 
 template <class... Inserted>
 std::string inserted(Inserted const&... values)

@@ -10,7 +10,15 @@ using kestry::kit::display_width;
 using kestry::kit::pad;
 using kestry::kit::truncate; // hides that of POSIX
 
-std::string cut(std::string_view text, std::size_t columns) { return readable(truncate(text, columns)); }
+std::string cut(std::string_view text, std::size_t columns, std::string_view tail = "…")
+{
+    return readable(truncate(text, columns, tail));
+}
+
+std::string padded(std::string_view text, std::size_t columns, alignment where = alignment::left)
+{
+    return readable(pad(text, columns, where));
+}
 
 TEST(Truncate, LeavesWhatFits)
 {
@@ -59,6 +67,7 @@ TEST(Truncate, KeepsClustersWhole)
     EXPECT_EQ(cut("a❤\ufe0f❤\ufe0f", 3), "a…");
     EXPECT_EQ(cut("a❤❤\ufe0f", 3), "a❤…");
     EXPECT_EQ(truncate("abc\u0301", 2, ""), "ab");
+    EXPECT_EQ(truncate("👩\u200d\x1b[\nm👩x", 3, ""), "👩\u200d\x1b[\nm"); // the line feed is between two
 }
 
 TEST(Truncate, IsAColumnShortOfAWideCharacterOnTheEdge)
@@ -90,64 +99,37 @@ TEST(Truncate, KeepsNoSequenceAfterTheCut) { EXPECT_EQ(cut("Hueline\x1b[31mred",
 
 TEST(Truncate, ClosesWhatIsOpenAtTheCut)
 {
-    struct Rendition {
-        char const* codes;
+    struct {
         char const* ends;
+        std::vector<std::string> codes;
+    } const rows[] = {
+        {"22", {"1", "2", "1;2"}},
+        {"23", {"3", "20"}},
+        {"24", {"4", "4:3", "21", "4;21"}},
+        {"25", {"5", "6"}},
+        {"27", {"7"}},
+        {"28", {"8"}},
+        {"29", {"9"}},
+        {"10", {"11", "19"}},
+        {"50", {"26"}},
+        {"39", {"30", "37", "38;5;1", "38;2;1;2;3", "38:2::1:2:3", "38:5:1", "90", "97", "0;31", ";31"}},
+        {"49", {"40", "47", "48;5;1", "48;2;1;2;3", "100", "107"}},
+        {"54", {"51", "52"}},
+        {"55", {"53"}},
+        {"59", {"58;5;1", "58:2::1:2:3"}},
+        {"65", {"60", "64"}},
+        {"75", {"73", "74"}},
+        {"22;39", {"1;31", "01;031"}},
+        {"22;24;39;49", {"31;1;44;4"}},
+        {"22;39", {"38;5;4;1"}},     // 4 is a colour, not an underline
+        {"27;49", {"48;2;1;3;4;7"}}, // and so are 1, 3 and 4
+        {"22;39", {"38;9;1"}},       // no such kind of colour: it has no more arguments
+        {"22;39", {"38:5;1"}},       // what follows the semicolon is a rendition of its own
     };
-    for (Rendition const& style : {
-             Rendition{"1", "22"},
-             {"2", "22"},
-             {"1;2", "22"},
-             {"3", "23"},
-             {"20", "23"},
-             {"4", "24"},
-             {"4:3", "24"},
-             {"21", "24"},
-             {"4;21", "24"},
-             {"5", "25"},
-             {"6", "25"},
-             {"7", "27"},
-             {"8", "28"},
-             {"9", "29"},
-             {"11", "10"},
-             {"19", "10"},
-             {"26", "50"},
-             {"30", "39"},
-             {"37", "39"},
-             {"38;5;1", "39"},
-             {"38;2;1;2;3", "39"},
-             {"38:2::1:2:3", "39"},
-             {"38:5:1", "39"},
-             {"90", "39"},
-             {"97", "39"},
-             {"40", "49"},
-             {"47", "49"},
-             {"48;5;1", "49"},
-             {"48;2;1;2;3", "49"},
-             {"100", "49"},
-             {"107", "49"},
-             {"51", "54"},
-             {"52", "54"},
-             {"53", "55"},
-             {"58;5;1", "59"},
-             {"58:2::1:2:3", "59"},
-             {"60", "65"},
-             {"64", "65"},
-             {"73", "75"},
-             {"74", "75"},
-             {"1;31", "22;39"},
-             {"31;1;44;4", "22;24;39;49"},
-             {"38;5;4;1", "22;39"},     // 4 is a colour, not an underline
-             {"48;2;1;3;4;7", "27;49"}, // and so are 1, 3 and 4
-             {"38;9;1", "22;39"},       // no such kind of colour: it has no more arguments
-             {"38:5;1", "22;39"},       // what follows the semicolon is a rendition of its own
-             {"0;31", "39"},
-             {";31", "39"},
-             {"01;031", "22;39"},
-         }) {
-        std::string const begin = "\x1b[" + std::string(style.codes) + "m";
-        std::string const expected = "\\e[" + std::string(style.codes) + "mab\\e[" + style.ends + "m";
-        EXPECT_EQ(readable(truncate(begin + "abc", 2, "")), expected);
+    for (auto const& [ends, all_codes] : rows) {
+        for (std::string const& codes : all_codes) {
+            EXPECT_EQ(cut("\x1b[" + codes + "mabc", 2, ""), "\\e[" + codes + "mab\\e[" + ends + "m");
+        }
     }
 }
 
@@ -159,7 +141,7 @@ TEST(Truncate, ClosesNothingThatIsClosed)
           "30;39", "38;5;1;39", "90;39", "40;49", "100;49", "51;54", "53;55",      "58;5;1;59", "60;65", "73;75",
           "39",    "22",        "10",    "65",    "66",     "1000",  "4294967297", "98",        "108",   "99"}) {
         std::string const begin = "\x1b[" + style + "m";
-        EXPECT_EQ(readable(truncate(begin + "abc", 2, "")), readable(begin + "ab"));
+        EXPECT_EQ(cut(begin + "abc", 2, ""), readable(begin + "ab"));
     }
 }
 
@@ -167,16 +149,13 @@ TEST(Truncate, TakesNoOtherSequenceForARendition)
 {
     for (std::string const other : {"\x1b[?1m", "\x1b[>4;2m", "\x1b[1 m", "\x1b[1!m", "\x1b[1h", "\x1b[=1m", "\x1b[<1m",
                                     "\x1bm", "\x1b(m", "\x1b]1m\a", "\x1bP1m\x1b\\"}) {
-        EXPECT_EQ(readable(truncate(other + "abc", 2, "")), readable(other + "ab"));
+        EXPECT_EQ(cut(other + "abc", 2, ""), readable(other + "ab"));
     }
 }
 
 TEST(Truncate, FollowsRenditionsOfEachForm)
 {
-    EXPECT_EQ(cut("\x9b"
-                  "31mabc",
-                  2),
-              R"(\x9b31ma…\e[39m)");
+    EXPECT_EQ(cut("\23331mabc", 2), R"(\x9b31ma…\e[39m)"); // CSI as one byte, in octal
     EXPECT_EQ(truncate("\u009b31mabc", 2), "\u009b31ma…\x1b[39m");
     EXPECT_EQ(cut("\x1b[3\n1mabc", 2), R"(\e[3\n1ma…\e[39m)"); // 31, after a line feed
 }
@@ -197,8 +176,8 @@ TEST(Truncate, ClosesAHyperlink)
 
 TEST(Truncate, ClosesWhatTheTailOpens)
 {
-    EXPECT_EQ(readable(truncate("Hueline", 4, "\x1b[2m…")), R"(Hue\e[2m…\e[22m)");
-    EXPECT_EQ(readable(truncate("\x1b[31mHueline", 4, "\x1b[0m…")), R"(\e[31mHue\e[0m…)");
+    EXPECT_EQ(cut("Hueline", 4, "\x1b[2m…"), R"(Hue\e[2m…\e[22m)");
+    EXPECT_EQ(cut("\x1b[31mHueline", 4, "\x1b[0m…"), R"(\e[31mHue\e[0m…)");
 }
 
 TEST(Truncate, DropsASequenceThatWouldSwallowTheTail)
@@ -211,11 +190,8 @@ TEST(Truncate, DropsASequenceThatWouldSwallowTheTail)
     EXPECT_EQ(cut("\x1b\t]0;abcdef\nghi", 4), "\\t0;a…");
     EXPECT_EQ(cut("\x1b]0;a\tb\x1b[31mcdef", 2), R"(\e[31mc…\e[39m)"); // in a string it is not
     EXPECT_EQ(cut("\xc3\x1b]\xa9\nab", 3), R"(\xc3\e\\xa9\n…)");       // stray bytes become no character
-    EXPECT_EQ(readable(truncate("\xc3"
-                                "abc",
-                                2, "\xa9")),
-              R"(\xc3\e\\xa9)");
-    EXPECT_EQ(readable(truncate("abc", 1, "\xa9")), R"(\xa9)");
+    EXPECT_EQ(cut("\303abc", 2, "\xa9"), R"(\xc3\e\\xa9)");
+    EXPECT_EQ(cut("abc", 1, "\xa9"), R"(\xa9)");
 }
 
 TEST(Pad, FillsUpToTheColumns)
@@ -241,30 +217,30 @@ TEST(Pad, LeavesWhatIsAsWide)
 {
     for (std::string const text : {"ab", "abc", "日", "\x1b[31mab", "ab\x1b["}) {
         for (alignment const where : {alignment::left, alignment::right, alignment::center}) {
-            EXPECT_EQ(readable(pad(text, 2, where)), readable(text));
-            EXPECT_EQ(readable(pad(text, 0, where)), readable(text));
+            EXPECT_EQ(padded(text, 2, where), readable(text));
+            EXPECT_EQ(padded(text, 0, where), readable(text));
         }
     }
 }
 
 TEST(Pad, ClosesStylesBeforeBlanks)
 {
-    EXPECT_EQ(readable(pad("\x1b[1;31mx", 3)), R"(\e[1;31mx\e[22;39m  )");
-    EXPECT_EQ(readable(pad("\x1b[31mx\x1b[0m", 3)), R"(\e[31mx\e[0m  )");
-    EXPECT_EQ(readable(pad("\x1b[31mx", 4, alignment::center)), R"( \e[31mx\e[39m  )");
-    EXPECT_EQ(readable(pad("\x1b[31mx", 3, alignment::right)), R"(  \e[31mx)");
-    EXPECT_EQ(readable(pad("\x1b]8;;a:b\ax", 3)), R"(\e]8;;a:b\x07x\e]8;;\e\  )");
+    EXPECT_EQ(padded("\x1b[1;31mx", 3), R"(\e[1;31mx\e[22;39m  )");
+    EXPECT_EQ(padded("\x1b[31mx\x1b[0m", 3), R"(\e[31mx\e[0m  )");
+    EXPECT_EQ(padded("\x1b[31mx", 4, alignment::center), R"( \e[31mx\e[39m  )");
+    EXPECT_EQ(padded("\x1b[31mx", 3, alignment::right), R"(  \e[31mx)");
+    EXPECT_EQ(padded("\x1b]8;;a:b\ax", 3), R"(\e]8;;a:b\x07x\e]8;;\e\  )");
 }
 
 TEST(Pad, DropsASequenceThatWouldSwallowTheBlanks)
 {
-    EXPECT_EQ(readable(pad("x\x1b[31", 3)), "x  ");
-    EXPECT_EQ(readable(pad("x\x1b", 3)), "x  ");
-    EXPECT_EQ(readable(pad("\x1b[31mx\x1b]0;title", 3)), R"(\e[31mx\e[39m  )");
-    EXPECT_EQ(readable(pad("x\x1b[31", 3, alignment::right)), "  x");
-    EXPECT_EQ(readable(pad("x\x1b[31\x1b]0;title", 3)), "x  ");
-    EXPECT_EQ(readable(pad("x\x1b[3\t1", 3)), "x\\t  ");
-    EXPECT_EQ(readable(pad("x\x1b[31\xff", 4)), R"(x\e[31\xff  )"); // given up before the end
+    EXPECT_EQ(padded("x\x1b[31", 3), "x  ");
+    EXPECT_EQ(padded("x\x1b", 3), "x  ");
+    EXPECT_EQ(padded("\x1b[31mx\x1b]0;title", 3), R"(\e[31mx\e[39m  )");
+    EXPECT_EQ(padded("x\x1b[31", 3, alignment::right), "  x");
+    EXPECT_EQ(padded("x\x1b[31\x1b]0;title", 3), "x  ");
+    EXPECT_EQ(padded("x\x1b[3\t1", 3), "x\\t  ");
+    EXPECT_EQ(padded("x\x1b[31\xff", 4), R"(x\e[31\xff  )"); // given up before the end
 }
 
 TEST(Pad, FillsUpWhatJoinsABlank)

@@ -1,7 +1,6 @@
 #include "kit/text_reference.hpp"
 
 #include "support/testing.hpp"
-#include "support/utf8.hpp"
 
 namespace hueline::test {
 
@@ -120,125 +119,25 @@ unsigned UnicodeData::width(char32_t code) const { return width_of[code]; }
 
 bool UnicodeData::has_emoji_form(char32_t code) const { return emoji_form[code]; }
 
-// ---------------------------------------------------------------------------------------------
-// Sequences
-// ---------------------------------------------------------------------------------------------
-
-namespace {
-
-// The character at the head, if one is there whose own UTF-8 is what stands there.
-Shown first_of(std::string_view text)
+std::vector<Shown> characters(std::string_view text)
 {
-    auto const lead = static_cast<unsigned char>(text[0]);
-    for (std::size_t size = 1; size <= std::min<std::size_t>(4, text.size()); ++size) {
+    std::vector<Shown> result;
+    for (std::size_t at = 0; at < text.size();) {
+        unsigned const lead = static_cast<unsigned char>(text[at]);
+        std::size_t const size = lead < 0x80 ? 1 : lead < 0xe0 ? 2 : lead < 0xf0 ? 3 : 4;
         char32_t code = size == 1 ? lead : lead & (0x7fU >> size);
         for (std::size_t i = 1; i < size; ++i) {
-            code = (code << 6) | (static_cast<unsigned char>(text[i]) & 0x3fU);
+            code = (code << 6) | (static_cast<unsigned char>(text.at(at + i)) & 0x3fU);
         }
-        bool const is_scalar = code <= 0x10ffff && (code < 0xd800 || code > 0xdfff);
-        if (is_scalar && utf8(code) == text.substr(0, size)) {
-            return {code, false, std::string(text.substr(0, size))};
-        }
-    }
-    return {lead, true, std::string(1, text[0])};
-}
-
-using Text = std::vector<Shown>;
-
-bool is_between(Shown const& c, char32_t first, char32_t last) { return c.code >= first && c.code <= last; }
-
-// The place after a string whose contents begin at a place, or nothing if it is a string without an end.
-std::optional<std::size_t> after_string(Text const& text, std::size_t at, bool bell_ends)
-{
-    for (std::size_t bytes = 0;; ++at) {
-        if (at == text.size()) {
-            return at;
-        }
-        Shown const& c = text[at];
-        if (c.code == 0x9c || (bell_ends && c.code == 7)) {
-            return at + 1;
-        }
-        if (c.code == 0x1b || c.code == 0x18 || c.code == 0x1a || is_between(c, 0x80, 0x9f)) {
-            return at;
-        }
-        bytes += c.bytes.size();
-        if (c.code == '\n' || bytes > 4096) {
-            return std::nullopt;
-        }
-    }
-}
-
-// The place after a sequence of which some is read: it goes on with bytes of one range and ends with one of another.
-// Controls in it are appended to the result.
-std::size_t after_sequence(Text const& text, std::size_t at, char32_t more, char32_t last, Text& result)
-{
-    for (; at < text.size(); ++at) {
-        Shown const& c = text[at];
-        if (c.code == 0x7f || is_between(c, 0x20, more)) {
-            continue;
-        }
-        if (is_between(c, last, 0x7e)) {
-            return at + 1;
-        }
-        if (c.code >= 0x80 || c.code == 0x1b || c.code == 0x18 || c.code == 0x1a) {
-            return at;
-        }
-        result.push_back(c);
-    }
-    return at;
-}
-
-} // namespace
-
-std::vector<Shown> without_sequences(std::string_view bytes)
-{
-    Text text;
-    while (!bytes.empty()) {
-        text.push_back(first_of(bytes));
-        bytes.remove_prefix(text.back().bytes.size());
-    }
-
-    Text result;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        char32_t introducer = text[at].code;
-        if (introducer != 0x1b && !is_between(text[at], 0x80, 0x9f)) {
-            result.push_back(text[at++]);
-            continue;
-        }
-        ++at;
-        if (introducer == 0x1b) { // what follows, past controls
-            while (at < text.size() && (text[at].code == 0x7f || text[at].code < 0x20) && text[at].code != 0x1b &&
-                   text[at].code != 0x18 && text[at].code != 0x1a) {
-                if (text[at].code != 0x7f) {
-                    result.push_back(text[at]);
-                }
-                ++at;
-            }
-            if (at == text.size() || !is_between(text[at], 0x20, 0x7e)) {
-                continue;
-            }
-            introducer = text[at++].code;
-            if (introducer < 0x30) {
-                at = after_sequence(text, at, 0x2f, 0x30, result);
-                continue;
-            }
-            introducer = introducer >= 0x40 && introducer < 0x60 ? introducer + 0x40 : 0;
-        }
-        if (introducer == 0x9b) {
-            at = after_sequence(text, at, 0x3f, 0x40, result);
-        } else if (introducer == 0x90 || introducer == 0x98 || (introducer >= 0x9d && introducer <= 0x9f)) {
-            at = after_string(text, at, introducer == 0x9d).value_or(at);
-        }
+        result.push_back({code, std::string(text.substr(at, size))});
+        at += size;
     }
     return result;
 }
 
-// ---------------------------------------------------------------------------------------------
-// Clusters: the longest match of the expressions of UAX #29, table 1c
-// ---------------------------------------------------------------------------------------------
-
 namespace {
+
+using Text = std::vector<Shown>;
 
 class Matcher {
 public:
@@ -270,11 +169,7 @@ public:
 private:
     bool is(std::string_view name, std::size_t ahead = 0) const
     {
-        if (at + ahead >= text.size()) {
-            return false;
-        }
-        Shown const& c = text[at + ahead];
-        return c.is_byte ? name == "Other" : data.breaks(c.code) == name;
+        return at + ahead < text.size() && data.breaks(text[at + ahead].code) == name;
     }
     bool is_control(std::size_t ahead = 0) const { return is("CR", ahead) || is("LF", ahead) || is("Control", ahead); }
 
@@ -351,9 +246,8 @@ unsigned columns(UnicodeData const& data, Text const& cluster)
 {
     unsigned sum = 0;
     for (std::size_t i = 0; i < cluster.size(); ++i) {
-        sum += cluster[i].is_byte ? 1 : data.width(cluster[i].code);
-        bool const has_base = i > 0 && !cluster[i - 1].is_byte;
-        if (cluster[i].code == 0xfe0f && has_base && data.has_emoji_form(cluster[i - 1].code)) {
+        sum += data.width(cluster[i].code);
+        if (cluster[i].code == 0xfe0f && i > 0 && data.has_emoji_form(cluster[i - 1].code)) {
             sum += 1;
         }
     }

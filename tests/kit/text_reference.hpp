@@ -31,15 +31,13 @@ private:
     std::vector<bool> emoji_form;
 };
 
-/// A character that shows, or may: a code point, or a byte that is none.
 struct Shown {
     char32_t code = 0;
-    bool is_byte = false;
     std::string bytes = {};
 };
 
-/// What is left of a text once its escape sequences are taken out.
-std::vector<Shown> without_sequences(std::string_view text);
+/// The characters of a text in UTF-8 that is right.
+std::vector<Shown> characters(std::string_view text);
 
 /// The numbers of characters in the grapheme clusters, one after the other.
 std::vector<std::size_t> clusters(UnicodeData const& data, std::vector<Shown> const& text);

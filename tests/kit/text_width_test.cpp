@@ -7,17 +7,11 @@ namespace {
 
 using namespace hueline::test;
 using kestry::kit::display_width;
-using namespace std::string_literals;
 
-struct Example {
-    std::string text;
-    std::size_t columns;
-};
-
-void expect_columns(std::vector<Example> const& examples)
+void expect_columns(std::size_t columns, std::vector<std::string> const& texts)
 {
-    for (Example const& example : examples) {
-        EXPECT_EQ(display_width(example.text), example.columns) << readable(example.text);
+    for (std::string const& text : texts) {
+        EXPECT_EQ(display_width(text), columns) << readable(text);
     }
 }
 
@@ -26,197 +20,120 @@ TEST(DisplayWidth, CountsPrintableAscii)
     for (std::size_t size = 0; size <= 40; ++size) {
         EXPECT_EQ(display_width(std::string(size, 'x')), size);
     }
-    expect_columns({{" ", 1}, {"~", 1}, {" !\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~", 33}});
+    expect_columns(1, {" ", "~"});
+    expect_columns(33, {" !\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~"});
 }
 
 TEST(DisplayWidth, CountsNoControl)
 {
     for (char const control : {'\0', '\1', '\a', '\b', '\t', '\n', '\r', '\x1f', '\x7f'}) {
         for (std::size_t before = 0; before <= 16; ++before) { // at each place of a word
-            std::string const text = std::string(before, 'x') + control + std::string(16 - before, 'y');
-            EXPECT_EQ(display_width(text), 16U) << readable(text);
+            expect_columns(16, {std::string(before, 'x') + control + std::string(16 - before, 'y')});
         }
     }
 }
 
 TEST(DisplayWidth, CountsAColumnForEachByteThatIsNoUtf8)
 {
-    expect_columns({
-        {"\xff", 1},
-        {"\xc3", 1},             // cut off
-        {"\xc3(", 2},            // not continued
-        {"\xe6\x97", 1},         // cut off, and 97 is a C1 control
-        {"\xe6\xa0", 2},         // cut off
-        {"\xf0\xa0\xa0", 3},     // cut off
-        {"\xf0\xa0\xa0\xa0", 2}, // a character
-        {"\xc0\xaf", 2},         // overlong
-        {"\xe0\xa4\xa0", 1},     // three bytes
-        {"\xed\xa0\xa0", 3},     // a surrogate
-        {"\xf4\xa0\xa0\xa0", 4}, // past U+10FFFF
-        {"\xf5\xa0\xa0\xa0", 4}, //
-        {"a\xa0\xbf"
-         "b",
-         4}, // nothing to continue
-    });
+    expect_columns(1, {"\xff", "\xc3"});                         // the second is cut off
+    expect_columns(2, {"\xc3("});                                // not continued
+    expect_columns(1, {"\xe6\x97"});                             // cut off, and 97 is a C1 control
+    expect_columns(2, {"\xe6\xa0"});                             // cut off
+    expect_columns(3, {"\xf0\xa0\xa0"});                         // cut off
+    expect_columns(2, {"\xf0\xa0\xa0\xa0"});                     // a character
+    expect_columns(2, {"\xc0\xaf"});                             // overlong
+    expect_columns(1, {"\xe0\xa4\xa0"});                         // three bytes
+    expect_columns(3, {"\xed\xa0\xa0"});                         // a surrogate
+    expect_columns(4, {"\xf4\xa0\xa0\xa0", "\xf5\xa0\xa0\xa0"}); // past U+10FFFF
+    expect_columns(4, {"a\xa0\277b"});                           // nothing to continue
     for (int byte = 0xa0; byte <= 0xff; ++byte) {
-        EXPECT_EQ(display_width(std::string(1, static_cast<char>(byte))), 1U) << byte;
+        expect_columns(1, {std::string(1, static_cast<char>(byte))});
     }
 }
 
 TEST(DisplayWidth, KnowsTheEdgesOfUtf8)
 {
-    expect_columns({
-        {"\xc2\xa0", 1},         // U+00A0
-        {"\xdf\xbf", 1},         // U+07FF
-        {"\xe0\xa0\x80", 1},     // U+0800
-        {"\xed\x9f\xbf", 1},     // U+D7FF: no character yet
-        {"\xee\x80\x80", 1},     // U+E000
-        {"\xef\xbf\xbd", 1},     // U+FFFD
-        {"\xf0\x90\x80\x80", 1}, // U+10000
-        {"\xf4\x8f\xbf\xbf", 1}, // U+10FFFF
-    });
+    expect_columns(1, {"\xc2\xa0", "\xdf\xbf"});                 // U+00A0, U+07FF
+    expect_columns(1, {"\xe0\xa0\x80", "\xed\x9f\xbf"});         // U+0800, U+D7FF: no character yet
+    expect_columns(1, {"\xee\x80\x80", "\xef\xbf\xbd"});         // U+E000, U+FFFD
+    expect_columns(1, {"\xf0\x90\x80\x80", "\xf4\x8f\xbf\xbf"}); // U+10000, U+10FFFF
 }
 
 TEST(DisplayWidth, CountsWideCharactersTwice)
 {
-    expect_columns({
-        {"日本語", 6},
-        {"한글", 4},
-        {"ｆｕｌｌ", 8},
-        {"ﾊﾝｶｸ", 4},
-        {"　", 2}, // the ideographic space
-        {"😀", 2},
-        {"𠀀", 2},
-        {"⌚", 2},
-        {"…", 1}, // ambiguous
-        {"ä", 1},
-    });
+    expect_columns(2, {"　", "😀", "𠀀", "⌚"}); // the ideographic space first
+    expect_columns(6, {"日本語"});
+    expect_columns(4, {"한글", "ﾊﾝｶｸ"});
+    expect_columns(8, {"ｆｕｌｌ"});
+    expect_columns(1, {"…", "ä"}); // the first is ambiguous
 }
 
 TEST(DisplayWidth, CountsNoMarkAndNothingInvisible)
 {
-    expect_columns({
-        {"e\u0301", 1},
-        {"e\u0301\u0302\u0303", 1},
-        {"\u0301", 0},
-        {"\u200b", 0},
-        {"a\u200bb", 2},
-        {"a\u200db", 2},
-        {"\u202e", 0},
-        {"\u2028", 0},
-        {"\ufeff", 0},
-        {utf8(0xe0001), 0},
-        {utf8(0xe0fff), 0},
-        {"\u00ad", 1}, // the soft hyphen shows
-        {"日\u3099", 2},
-    });
+    expect_columns(0, {"\u0301", "\u200b", "\u202e", "\u2028", "\ufeff", utf8(0xe0001), utf8(0xe0fff)});
+    expect_columns(1, {"e\u0301", "e\u0301\u0302\u0303", "\u00ad"}); // the soft hyphen shows
+    expect_columns(2, {"a\u200bb", "a\u200db", "日\u3099"});
 }
 
 TEST(DisplayWidth, CountsAColumnForAMarkThatTakesRoom)
 {
-    expect_columns({
-        {"ह\u093f", 2},       // a vowel sign beside its letter
-        {"ह\u093f\u0903", 2}, // no cluster is wider than two
-        {"\u093f", 1},
-        {"ก\u0e33", 2},
-        {"नमस्ते", 4},
-    });
+    expect_columns(1, {"\u093f"});
+    expect_columns(2, {"ह\u093f", "ก\u0e33"}); // a vowel sign beside its letter
+    expect_columns(2, {"ह\u093f\u0903"});      // no cluster is wider than two
+    expect_columns(4, {"नमस्ते"});
 }
 
 TEST(DisplayWidth, CountsAClusterOnce)
 {
-    expect_columns({
-        {"👩‍👩‍👧", 2},
-        {"👩🏽‍💻", 2},
-        {"👍🏿", 2},
-        {"🏳️‍🌈", 2},
-        {"❤️‍🔥", 2},
-        {"👩👩", 4},
-        {"👩‍", 2},  // a joiner, and nothing to join
-        {"👩‍a", 3}, // no emoji to join
-        {"a‍👩", 3}, // no emoji before the joiner
-        {"👩\u0301‍👩", 2},
-        {"👩\n‍👩", 4},
-    });
+    expect_columns(2, {"👩‍👩‍👧", "👩🏽‍💻", "👍🏿", "🏳️‍🌈", "❤️‍🔥",
+                       "👩\u0301‍👩"});
+    expect_columns(2, {"👩‍"});              // a joiner, and nothing to join
+    expect_columns(3, {"👩‍a", "a‍👩"}); // no emoji to join, none before the joiner
+    expect_columns(4, {"👩👩", "👩\n‍👩"});
 }
 
 TEST(DisplayWidth, CountsFlagsByPairs)
 {
-    expect_columns({
-        {"🇩🇪", 2},
-        {"🇩", 1},
-        {"🇩🇪🇫", 3},
-        {"🇩🇪🇫🇷", 4},
-        {"🇩a🇪", 3},
-        {"🇩\n🇪🇫", 3},
-        {"🇩🇪a🇫🇷", 5},
-        {"🏴\U000e0067\U000e0062\U000e0077\U000e006c\U000e0073\U000e007f", 2},
-    });
+    expect_columns(1, {"🇩"});
+    expect_columns(2, {"🇩🇪", "🏴\U000e0067\U000e0062\U000e0077\U000e006c\U000e0073\U000e007f"});
+    expect_columns(3, {"🇩🇪🇫", "🇩a🇪", "🇩\n🇪🇫"});
+    expect_columns(4, {"🇩🇪🇫🇷"});
+    expect_columns(5, {"🇩🇪a🇫🇷"});
 }
 
 TEST(DisplayWidth, WidensAnEmojiBeforeItsSelector)
 {
-    expect_columns({
-        {"❤", 1},
-        {"❤\ufe0f", 2},
-        {"❤\ufe0e", 1},
-        {"❤\ufe0f\ufe0f", 2},
-        {"⌚\ufe0f", 2},
-        {"⌚\ufe0e", 2},
-        {"1\ufe0f\u20e3", 2},
-        {"1\u20e3", 1},
-        {"1\ufe0f", 2},
-        {"#\ufe0f", 2},
-        {"©\ufe0f", 2},
-        {"a\ufe0f", 1},
-        {"★\ufe0f", 1},       // no sequence of this character is listed
-        {"❤\u0301\ufe0f", 1}, // not after a mark
-        {"\ufe0f", 0},
-        {"x1\ufe0fx", 4},
-        {"\xa9\ufe0f", 1}, // a byte that is no copyright sign
-    });
+    expect_columns(1, {"❤", "❤\ufe0e", "1\u20e3", "a\ufe0f"});
+    expect_columns(1, {"★\ufe0f"});       // no sequence of this character is listed
+    expect_columns(1, {"❤\u0301\ufe0f"}); // not after a mark
+    expect_columns(1, {"\xa9\ufe0f"});    // a byte that is no copyright sign
+    expect_columns(
+        2, {"❤\ufe0f", "❤\ufe0f\ufe0f", "⌚\ufe0f", "⌚\ufe0e", "1\ufe0f\u20e3", "1\ufe0f", "#\ufe0f", "©\ufe0f"});
+    expect_columns(0, {"\ufe0f"});
+    expect_columns(4, {"x1\ufe0fx"});
 }
 
 TEST(DisplayWidth, CountsSyllablesOfJamo)
 {
-    expect_columns({
-        {"\u1112\u1161\u11ab", 2}, // L V T
-        {"\u1112\u1161", 2},
-        {"\u1112", 2},
-        {"\u1112\u1112\u1161", 2}, // L L V
-        {"하\u11ab", 2},           // LV T
-        {"한\u11ab", 2},           // LVT T
-        {"\u1161", 0},
-        {"\u11ab", 0},
-        {"한\u1112", 4},
-        {"\u1112하", 2},
-    });
+    expect_columns(0, {"\u1161", "\u11ab"});
+    expect_columns(2, {"\u1112", "\u1112\u1161", "\u1112\u1161\u11ab"});           // L, L V, L V T
+    expect_columns(2, {"\u1112\u1112\u1161", "하\u11ab", "한\u11ab", "\u1112하"}); // L L V, LV T, LVT T, L LV
+    expect_columns(4, {"한\u1112"});
 }
 
 TEST(DisplayWidth, CountsNoEscapeSequence)
 {
-    expect_columns({
-        {"\x1b[1;31mred\x1b[0m", 3},
-        {"\x1b]8;;https://kestry.example\x1b\\link\x1b]8;;\x1b\\", 4},
-        {"\x1b]0;日本\a", 0},
-        {"\x9b"
-         "1mx",
-         1},
-        {"\u009b1mx", 1},
-        {"a\x1b[", 1},
-        {"\x1b(Bx", 1},
-    });
+    expect_columns(0, {"\x1b]0;日本\a"});
+    expect_columns(1, {"\2331mx", "\u009b1mx", "a\x1b[", "\x1b(Bx"});
+    expect_columns(3, {"\x1b[1;31mred\x1b[0m"});
+    expect_columns(4, {"\x1b]8;;https://kestry.example\x1b\\link\x1b]8;;\x1b\\"});
 }
 
 TEST(DisplayWidth, KeepsClustersTogetherAcrossSequences)
 {
-    expect_columns({
-        {"e\x1b[1m\u0301", 1},
-        {"👩\x1b[1m‍\x1b[m👩", 2},
-        {"🇩\x1b[m🇪", 2},
-        {"❤\x1b[1m\ufe0f", 2},
-        {"👩‍\x1b[1\nm👩", 4}, // a line feed is carried out between the two
-    });
+    expect_columns(1, {"e\x1b[1m\u0301"});
+    expect_columns(2, {"👩\x1b[1m‍\x1b[m👩", "🇩\x1b[m🇪", "❤\x1b[1m\ufe0f"});
+    expect_columns(4, {"👩‍\x1b[1\nm👩"}); // a line feed is carried out between the two
 }
 
 TEST(UnicodeVersion, HasThreeNumbers)
