@@ -197,7 +197,7 @@ void row_printer::end(std::byte const* bytes, std::size_t size, bool with_offset
         end_of_zeros(bytes);
     }
     make_room();
-    if (!shape.has_line_end && (size != 0 || !is_first)) {
+    if (!shape.has_line_end) {
         if (inks) {
             at = inks->end_color(at, now);
         }

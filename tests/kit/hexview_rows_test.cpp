@@ -58,7 +58,9 @@ TEST(Hexview, ShowsNoBytesAsTheToolsDo)
     EXPECT_EQ(view("", {.layout = xxd}), "");
     EXPECT_EQ(view("", {.layout = xxd, .squeeze = true}), "");
     EXPECT_EQ(view("", {.layout = xxd_plain}), "");
-    EXPECT_EQ(view("", {.layout = xxd_plain, .width = 0}), ""); // where xxd ends a line
+    EXPECT_EQ(view("", {.layout = xxd_plain, .width = 0}), "\n");
+    EXPECT_EQ(view("ab", {.layout = xxd_plain, .width = 0, .skip = 3}), "\n");
+    EXPECT_EQ(view("ab", {.layout = xxd_plain, .width = 0, .length = 0}), "\n");
     EXPECT_EQ(view("", {.layout = hexdump_c}), "");
     EXPECT_EQ(view("", {.layout = od}), "000000\n");
     EXPECT_EQ(view("", {.layout = od, .offsets = none}), "");

@@ -65,7 +65,7 @@ struct hex_options {
     hex_layout layout = hex_layout::xxd;
 
     /// Bytes in a row, 1 to 65536: xxd -c, od -w. Without it 16, 6 for bits and 30 for plain digits. 0 is as good as
-    /// none, but lets plain digits never break a line.
+    /// none, but makes one line of plain digits, also of no bytes.
     std::optional<std::size_t> width = {};
 
     /// Bytes in a group: xxd -g. 0, and what is more than width, make one group of a row; little endian takes powers of
@@ -119,7 +119,7 @@ private:
 /// Shows bytes in memory.
 ///
 /// Throws  std::invalid_argument for an absurd width or group, and for a skip that leaves the data where the tool
-///         refuses it: od after its end, every layout before its start. After the end xxd shows nothing, and hexdump
+///         refuses it: od after its end, every layout before its start. After the end xxd shows no byte, and hexdump
 ///         the end offset alone.
 hex_view hexdump(std::span<std::byte const> bytes, hex_options const& options = {});
 
