@@ -1,5 +1,7 @@
 """What is done in every terminal, and what is found: each experiment writes with the library, looks, and says in a word."""
 
+import time
+
 import screens
 
 SAMPLE = "Hamb Hamb"  # with a blank, through which a line goes on
@@ -83,9 +85,10 @@ def instead(plain, look):
 def blinking(terminal, row):
     if terminal.changes(row, 4, WIDTH):
         return "yes"
-    for command in ("show_cursor", "hide_cursor", "show_cursor", "hide_cursor"):
+    for i in range(12):
         before = terminal.look(row, 4, WIDTH)
-        terminal.do(command)
+        time.sleep(0.07 * i)  # or each look might come at the same time of a turn
+        terminal.do("hide_cursor" if i % 2 else "show_cursor")
         if terminal.look(row, 4, WIDTH).empty != before.empty:
             return "with later output only"
     return None

@@ -14,8 +14,8 @@
 //     environment    answers with TERM, COLORTERM, and the rows and columns of the terminal
 #include "kestry/hueline_stream.hpp"
 
+#include "kestry/kit/line.hpp"
 #include "kestry/kit/text.hpp"
-#include "sequences.hpp"
 
 #include <array>
 #include <cstdlib>
@@ -44,13 +44,11 @@ using Write = std::function<void(Numbers const&)>;
 
 // clang-format off
 std::map<std::string, Write> const writers = {
-    {"adjust",    [](Numbers const&) { cout << adjust; }},
     {"normal",    [](Numbers const&) { cout << normal; }},
     {"reset",     [](Numbers const&) { cout << reset; }},
     {"thin",      [](Numbers const&) { cout << thin; }},
     {"bold",      [](Numbers const&) { cout << bold; }},
     {"dark",      [](Numbers const&) { cout << dark; }},
-    {"lite",      [](Numbers const&) { cout << lite; }},
     {"italic",    [](Numbers const&) { cout << italic; }},
     {"underline", [](Numbers const&) { cout << underline; }},
     {"blink",     [](Numbers const&) { cout << blink; }},
@@ -85,8 +83,8 @@ std::map<std::string, Write> const writers = {
     {"sgr",       [](Numbers const& n) { cout << csi::sgr{n[0]}; }},
     {"cup",       [](Numbers const& n) { cout << csi::cup{n[0], n[1]}; }},
     {"hvp",       [](Numbers const& n) { cout << csi::hvp{n[0], n[1]}; }},
-    {"hide_cursor", [](Numbers const&) { cout << hueline::terminals::hide_cursor(); }},
-    {"show_cursor", [](Numbers const&) { cout << hueline::terminals::show_cursor(); }},
+    {"hide_cursor", [](Numbers const&) { cout << kestry::kit::hide_cursor; }},
+    {"show_cursor", [](Numbers const&) { cout << kestry::kit::show_cursor; }},
 };
 // clang-format on
 

@@ -1,23 +1,19 @@
-"""Terminals that can be written to and looked at: real ones on a virtual X server, and the emulator of the tests.
+"""Terminals that can be written to and looked at, on a virtual X server.
 
-Both kinds run the probe (probe.cpp), which writes with the library. What a real terminal did is read off its pixels and
-asked from the terminal itself; what the emulator did is read off its cells.
+Each runs the probe (probe.cpp), which writes with the library. What the terminal did is read off its pixels, and asked from
+the terminal itself.
 """
 
 import collections
 import dataclasses
-import fcntl
 import os
 import pathlib
-import pty
-import select
 import shutil
 import signal
 import socket
 import struct
 import subprocess
 import tempfile
-import termios
 import time
 
 ROWS, COLS = 24, 80
@@ -115,11 +111,9 @@ class Probe:
         self.listener.close()
 
 
-class RealTerminal:
+class Terminal:
     """A terminal on an X server of its own, in a folder of its own. One for Wayland is told the size of its compositor's screen.
     """
-
-    can_be_seen = True
 
     def __init__(self, command, probe, wayland=None):
         self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hueline-terminal-"))
@@ -150,18 +144,17 @@ class RealTerminal:
                       f"--width={wayland[0]}", f"--height={wayland[1]}"], environment)
             self.wait_for(lambda: (self.folder / "probe").exists(), 20)
             environment["WAYLAND_DISPLAY"] = "probe"
-            corner = [str(size - 1) for size in wayland]
-            for place in (["10", "10"], corner):  # the compositor's pointer is out of the way there
-                subprocess.run(["xdotool", "mousemove", *place], env=environment, check=True)
-                time.sleep(0.1)
         if "{probe}" in command[-1]:
             argv = [*command[:-1], command[-1].replace("{probe}", f"{probe} {self.probe.path}")]
         else:
             argv = [*command, probe, self.probe.path]
         if not wayland:  # without a window manager the window under the pointer has the keyboard
-            subprocess.run(["xdotool", "mousemove", "320", "240"], env=environment, check=True)
+            self.point_at(320, 240, environment)
         self.run(["dbus-run-session", "--", *argv], environment)
         self.probe.wait(30)
+        if wayland:  # the compositor's pointer is out of the way in the corner
+            self.point_at(10, 10, environment)
+            self.point_at(wayland[0] - 1, wayland[1] - 1, environment)
         time.sleep(1.0)  # the first frames, and a size that may change still
 
     def run(self, argv, environment, pass_fds=()):
@@ -169,6 +162,11 @@ class RealTerminal:
             self.processes.append(subprocess.Popen(
                 argv, env=environment, stdin=subprocess.DEVNULL, stdout=log, stderr=log, start_new_session=True,
                 pass_fds=pass_fds))
+
+    @staticmethod
+    def point_at(x, y, environment):
+        subprocess.run(["xdotool", "mousemove", str(x), str(y)], env=environment, check=True)
+        time.sleep(0.2)
 
     @staticmethod
     def wait_for(condition, seconds):
@@ -284,83 +282,4 @@ class RealTerminal:
             except subprocess.TimeoutExpired:
                 os.killpg(process.pid, signal.SIGKILL)
                 process.wait()
-        shutil.rmtree(self.folder, ignore_errors=True)
-
-
-class Emulator:
-    """The emulator of the tests (model.cpp), with the probe on a pseudo-terminal before it. It answers nothing."""
-
-    can_be_seen = False
-
-    def __init__(self, model, probe):
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="hueline-terminal-"))
-        self.probe = Probe(self.folder)
-        self.master, slave = pty.openpty()
-        fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", ROWS, COLS, 0, 0))
-        self.program = subprocess.Popen([str(probe), self.probe.path], stdin=slave, stdout=slave, stderr=slave)
-        os.close(slave)
-        self.model = subprocess.Popen([str(model)], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self.probe.wait(10)
-
-    def do(self, *commands):
-        answer = self.probe.do(*commands)
-        while select.select([self.master], [], [], 0.01)[0]:
-            self.ask("bytes " + os.read(self.master, 4096).hex())
-        return answer
-
-    def ask(self, command):
-        self.model.stdin.write(command + "\n")
-        self.model.stdin.flush()
-        return self.model.stdout.readline().rstrip("\n")
-
-    def environment(self):
-        return "-", "-", ROWS, COLS
-
-    def answer(self, command, quiet_ms=50):
-        self.do(command)
-        return bytes.fromhex(self.do(f"ask {quiet_ms}"))
-
-    def position(self):
-        row, col, _ = self.ask("cursor").split()
-        return int(row) + 1, int(col) + 1
-
-    def settle(self):
-        return None
-
-    def cells(self, row, col, count):
-        cells = []
-        for i in range(count):
-            character, letters, ink, ground = self.ask(f"cell {row - 1} {col - 1 + i}").split(" ")
-            if "r" in letters:
-                ink, ground = ground, ink
-            cells.append((character, letters, tuple(bytes.fromhex(ink)), tuple(bytes.fromhex(ground))))
-        return cells
-
-    def look(self, row, col, count=1, picture=None):
-        cells = self.cells(row, col, count)
-        drawn = [c for c in cells if c[0] != "-"]
-        letters, ground = cells[0][1], cells[0][3]
-        lines = frozenset(name for letter, name in (("u", "under"), ("s", "through")) if letter in letters)
-        ink = drawn[0][2] if drawn else cells[0][2] if lines else ground
-        return Look(ink, ground, len(drawn) * (1.5 if "b" in letters else 1), lines,
-                    tuple((c[0], "i" in c[1]) for c in cells))
-
-    def middle(self, row, col, count, picture):
-        return self.cells(row, col, 1)[0][3]
-
-    def changes(self, row, col, count=1, seconds=0):
-        return "k" in self.cells(row, col, 1)[0][1]
-
-    def sees_cursor(self, row, col):
-        return self.ask("cursor").endswith("shown")
-
-    def save(self, target, rows):
-        raise NotImplementedError("the emulator has no picture")
-
-    def close(self):
-        self.probe.close()
-        self.program.wait(10)
-        self.model.stdin.close()
-        self.model.wait(10)
-        os.close(self.master)
         shutil.rmtree(self.folder, ignore_errors=True)

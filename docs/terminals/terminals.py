@@ -1,4 +1,4 @@
-"""Runs the library in every terminal that is there, and writes docs/terminals.md: terminals.py <probe> <model> <docs>
+"""Runs the library in every terminal that is there, and writes docs/terminals.md: terminals.py <probe> <docs>
 
 With names of terminals after that, only these are run, what was found is printed, and nothing is written.
 """
@@ -36,7 +36,6 @@ TERMINALS = [
     ("tmux", "tmux", [*XTERM, "tmux -f /dev/null new-session '{probe}' ';' set -g status off"], None),
     ("screen", "screen", [*XTERM, "screen", "-c", "/dev/null"], None),
 ]
-MODEL = "libvterm"
 
 ATTRIBUTES = [
     ("`bold`", r"`\e[1m`", "bold"),
@@ -77,10 +76,10 @@ MOVES = [
 ]
 CURSOR = [
     ("`csi::hide`", r"`\e[25i`", "hide"),
-    ("`hide_cursor()` of the string interface", r"`\e[?25l`", "hide_cursor"),
+    ("`hide_cursor` of the kit", r"`\e[?25l`", "hide_cursor"),
     ("`csi::show`, after that", r"`\e[25h`", "show"),
     ("`normal`, after that", r"`\e[00m\e[25h`", "normal"),
-    ("`show_cursor()` of the string interface", r"`\e[?25h`", "show_cursor"),
+    ("`show_cursor` of the kit", r"`\e[?25h`", "show_cursor"),
 ]
 ERASING = [
     ("`csi::ed{0}`", r"`\e[0J`", "ed 0"),
@@ -105,7 +104,7 @@ def say(text):
 
 
 def run(name, command, size, probe, images):
-    terminal = screens.RealTerminal(command, probe, size)
+    terminal = screens.Terminal(command, probe, size)
     try:
         found = experiments.all_of(terminal)
         rows = experiments.sample(terminal)
@@ -117,7 +116,7 @@ def run(name, command, size, probe, images):
         terminal.close()
 
 
-def run_all(probe, model, images, wanted):
+def run_all(probe, images, wanted):
     """What was found, by name, and what could not be run, by name, with the reason."""
     found, missing = {}, {}
     for name, package, command, size in TERMINALS:
@@ -134,13 +133,6 @@ def run_all(probe, model, images, wanted):
         except (OSError, RuntimeError, EOFError) as e:
             missing[name] = f"it did not come up: {type(e).__name__}"
             say(f"{name} could not be run: {e}")
-    if not wanted or MODEL in wanted:
-        say("libvterm")
-        emulator = screens.Emulator(model, probe)
-        try:
-            found[MODEL] = experiments.all_of(emulator)
-        finally:
-            emulator.close()
     return found, missing
 
 
@@ -205,7 +197,6 @@ def code(text):
 
 def page(found, missing):
     os_name = platform.freedesktop_os_release()["PRETTY_NAME"]
-    real = {name: f for name, f in found.items() if name != MODEL}
     packages = {name: package for name, package, _, _ in TERMINALS}
     lines = [
         "<!-- Written by script/terminals; change docs/terminals/terminals.py, not this page. -->",
@@ -218,8 +209,7 @@ def page(found, missing):
         "",
         *textwrap.wrap(f"Run on {datetime.date.today().isoformat()}, {os_name}, with its packages and the settings of a user"
                        f" who has set nothing but the font and a window of {screens.COLS} x {screens.ROWS} cells. tmux and screen"
-                       " ran in that xterm. libvterm is the emulator of the tests; it has cells and no pixels, it returns the"
-                       " cursor at a line feed because the tests want it to, and it has no way to answer.", 118),
+                       " ran in that xterm.", 118),
         "",
         "What to take from it:",
         "",
@@ -244,9 +234,8 @@ def page(found, missing):
     ]
     lines += table(
         ["terminal", "package", "`TERM`", "`COLORTERM`", "DSR at 5;9", "DECRQSS", "mode 2026"],
-        [[name, f"{packages[name]} {version(packages[name])}" if name in packages else f"libvterm0 {version('libvterm0')}",
-          f["environment"][0], f["environment"][1], code(f["dsr"]), code(f["decrqss"]), code(f["synchronized"])]
-         for name, f in found.items()])
+        [[name, f"{packages[name]} {version(packages[name])}", f["environment"][0], f["environment"][1], code(f["dsr"]),
+          code(f["decrqss"]), code(f["synchronized"])] for name, f in found.items()])
     for name, why in missing.items():
         lines += [f"{name} was not run: {why}.", ""]
     lines += [
@@ -263,7 +252,7 @@ def page(found, missing):
         "The named colours are each terminal's own; [roles.md](roles.md) tells what that means for reading:",
         "",
         *table(["terminal", "text", "ground", *(str(i) for i in range(8)), *(f"bright {i}" for i in range(8))],
-               [[name, *(hexadecimal(c) for c in (*f["default"], *f["named"], *f["bright"]))] for name, f in real.items()]),
+               [[name, *(hexadecimal(c) for c in (*f["default"], *f["named"], *f["bright"]))] for name, f in found.items()]),
         "## The cursor",
         "",
         "Moves start at row 10, column 20. Where the cursor did not go where it should, the cell says where it went.",
@@ -301,7 +290,7 @@ def page(found, missing):
         "colour of the palette; a band of 24-bit colours.",
         "",
     ]
-    for name in real:
+    for name in found:
         lines += [f"**{name}**", "", f"![Attributes and colours in {name}](images/terminals/{name.lower()}.png)", ""]
     return "\n".join(lines).rstrip("\n") + "\n"
 
@@ -311,17 +300,17 @@ def palettes(found):
     lines = ["# Written by script/terminals: terminal, whether bold text is bright, its text and ground, colours 0 to 15"]
     in_another = [name for name, _, command, _ in TERMINALS if command is not XTERM and command[0] == "xterm"]
     for name, f in found.items():
-        if name != MODEL and name not in in_another:
+        if name not in in_another:
             lines.append("\t".join([name, f["bold_brightens"], *(hexadecimal(c) for c in (*f["default"], *f["named"], *f["bright"]))]))
     return "\n".join(lines) + "\n"
 
 
-def main(probe, model, docs, *wanted):
+def main(probe, docs, *wanted):
     docs = pathlib.Path(docs)
     images = None if wanted else docs / "images" / "terminals"
     if images is not None:
         images.mkdir(parents=True, exist_ok=True)
-    found, missing = run_all(pathlib.Path(probe).resolve(), pathlib.Path(model).resolve(), images, wanted)
+    found, missing = run_all(pathlib.Path(probe).resolve(), images, wanted)
     if wanted:
         for name, f in found.items():
             print(name, *(f"    {key}: {value}" for key, value in f.items()), sep="\n")
