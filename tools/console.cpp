@@ -96,6 +96,24 @@ extern "C" void stop_tidily(int signal_number)
 
 extern "C" void note_size(int /*signal_number*/) { screen_may_be_gone = 1; }
 
+// Lets a signal wait for a scope.
+class Held {
+public:
+    explicit Held(int signal_number)
+    {
+        sigset_t held;
+        sigemptyset(&held);
+        sigaddset(&held, signal_number);
+        ::pthread_sigmask(SIG_BLOCK, &held, &before);
+    }
+    Held(Held const&) = delete;
+    Held& operator=(Held const&) = delete;
+    ~Held() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
+
+private:
+    sigset_t before = {};
+};
+
 bool is_ignored(int signal_number)
 {
     struct sigaction before = {};
@@ -167,12 +185,15 @@ Keys::~Keys()
     ::pthread_sigmask(SIG_SETMASK, &signals_before, nullptr);
 }
 
+// SIGTSTP stops also between waits. From the look at what its handler has left until ppoll takes it, it waits.
 Wish Keys::wait(int milliseconds)
 {
+    Held const stop(SIGTSTP);
     timespec const time = {.tv_sec = milliseconds / 1000, .tv_nsec = milliseconds % 1000 * 1'000'000L};
     pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     for (;;) {
-        int const ready = ::ppoll(&input, 1, milliseconds < 0 ? nullptr : &time, &signals_before);
+        bool const has_news = screen_may_be_gone != 0;
+        int const ready = has_news ? 0 : ::ppoll(&input, 1, milliseconds < 0 ? nullptr : &time, &signals_before);
         if (screen_may_be_gone != 0) {
             screen_may_be_gone = 0;
             if (in_foreground()) {

@@ -273,6 +273,17 @@ public:
         }
     }
 
+    // Reads until the text has come after the other one.
+    void await_after(std::string_view first, std::string_view text)
+    {
+        await(first);
+        while (fresh.find(text, fresh.find(first)) == std::string::npos) {
+            if (!receive()) {
+                throw std::runtime_error("did not come: " + std::string(text) + " but " + readable(fresh));
+            }
+        }
+    }
+
     // Reads until the text has come afterwards, if one is given.
     void press(std::string_view keys, std::string_view until = {})
     {
@@ -666,6 +677,14 @@ TEST(TourAndSignals, GoesOnWhereNoShellCouldFetchIt)
     session.press("\x1a", key_prompt);
     EXPECT_FALSE(session.edits_lines());
     EXPECT_EQ(title_on(session.screen()), titles[0]);
+    session.press("q");
+    EXPECT_EQ(session.finish(), "exit 0");
+}
+
+TEST(TourAndSignals, GoesOnWhereItIsStoppedJustBeforeItWaits)
+{
+    Tour session(usual, {}, {fast_clock, "STOP_BEFORE_WAIT=1"});
+    session.await_after("\x1b[0m\x1b[?25h\r\n", key_prompt);
     session.press("q");
     EXPECT_EQ(session.finish(), "exit 0");
 }
