@@ -192,8 +192,10 @@ Wish Keys::wait(int milliseconds)
     timespec const time = {.tv_sec = milliseconds / 1000, .tv_nsec = milliseconds % 1000 * 1'000'000L};
     pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     for (;;) {
-        bool const has_news = screen_may_be_gone != 0;
-        int const ready = has_news ? 0 : ::ppoll(&input, 1, milliseconds < 0 ? nullptr : &time, &signals_before);
+        // A stop before this has set it, and may have left a SIGCONT: both are one reason to draw again.
+        timespec constexpr at_once = {};
+        timespec const* const most = screen_may_be_gone != 0 ? &at_once : milliseconds < 0 ? nullptr : &time;
+        int const ready = ::ppoll(&input, 1, most, &signals_before);
         if (screen_may_be_gone != 0) {
             screen_may_be_gone = 0;
             if (in_foreground()) {
