@@ -178,7 +178,8 @@ std::string escape_untrusted(std::string_view text, escape_options options)
     std::size_t printable = 0; // up to here nothing but a backslash needs a look
     character before = nothing;
     for (std::size_t at = 0; at < text.size();) {
-        printable = std::max(printable, at + detail::printable_ascii(text.substr(at, at < printable ? 0 : std::string_view::npos)));
+        printable = std::max(
+            printable, at + detail::printable_ascii(text.substr(at, at < printable ? 0 : std::string_view::npos)));
         if (at < printable) {
             std::size_t const run = std::min(text.substr(at, printable - at).find('\\'), printable - at);
             at += run;
