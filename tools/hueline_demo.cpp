@@ -37,7 +37,7 @@ int constexpr status_of_misuse = 2;
 enum class Leaves {
     gated,     // colours, but none in no-frills mode
     colors,    // colours in no-frills mode too: the indicators' cells carry theirs past the gate
-    open_line, // as colours, and the cursor after the last frame
+    open_line, // as colors, and the cursor after the last frame
 };
 
 struct Demonstration {
@@ -58,7 +58,7 @@ std::string_view constexpr dump_name = "dump"; // takes arguments, so it is no m
 // clang-format off
 Demonstration const demonstrations[] = {
     {"tour",         tour,                           Leaves::gated,     "a part at a time, with the code that wrote it"},
-    {"banner",       build_version,                  Leaves::colors,   "the version and most of the patterns"},
+    {"banner",       build_version,                  Leaves::colors,    "the version and most of the patterns"},
     {"templates",    templates,                      Leaves::gated,     "plain lines and lines in white on green"},
     {"codes",        test_pattern_supported_m_codes, Leaves::gated,     "the SGR codes 0 to 108, on a terminal only"},
     {"normal-reset", test_pattern_normal_reset,      Leaves::gated,     "what normal keeps and reset forgets"},
