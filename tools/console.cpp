@@ -96,24 +96,6 @@ extern "C" void stop_tidily(int signal_number)
 
 extern "C" void note_size(int /*signal_number*/) { screen_may_be_gone = 1; }
 
-// Lets a signal wait for a scope.
-class Held {
-public:
-    explicit Held(int signal_number)
-    {
-        sigset_t held;
-        sigemptyset(&held);
-        sigaddset(&held, signal_number);
-        ::pthread_sigmask(SIG_BLOCK, &held, &before);
-    }
-    Held(Held const&) = delete;
-    Held& operator=(Held const&) = delete;
-    ~Held() { ::pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-
-private:
-    sigset_t before = {};
-};
-
 bool is_ignored(int signal_number)
 {
     struct sigaction before = {};
@@ -156,14 +138,20 @@ Extent output_size()
 
 bool Keys::are_at_hand() { return ::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0 && in_foreground(); }
 
-// Between looks at screen_may_be_gone the signals that set it wait: see wait().
+HeldSignals::HeldSignals(std::initializer_list<int> signals)
+{
+    sigset_t held;
+    sigemptyset(&held);
+    for (int const signal_number : signals) {
+        sigaddset(&held, signal_number);
+    }
+    ::pthread_sigmask(SIG_BLOCK, &held, &mask_before);
+}
+
+HeldSignals::~HeldSignals() { ::pthread_sigmask(SIG_SETMASK, &mask_before, nullptr); }
+
 Keys::Keys()
 {
-    sigset_t noted;
-    sigemptyset(&noted);
-    sigaddset(&noted, SIGWINCH);
-    sigaddset(&noted, SIGCONT);
-    ::pthread_sigmask(SIG_BLOCK, &noted, &signals_before);
     handle(SIGWINCH, note_size, 0);
     handle(SIGCONT, go_on, 0);
 
@@ -182,20 +170,19 @@ Keys::~Keys()
     keys_are_taken = 0;
     std::signal(SIGWINCH, SIG_DFL);
     std::signal(SIGCONT, SIG_DFL);
-    ::pthread_sigmask(SIG_SETMASK, &signals_before, nullptr);
 }
 
 // SIGTSTP stops also between waits. From the look at what its handler has left until ppoll takes it, it waits.
 Wish Keys::wait(int milliseconds)
 {
-    Held const stop(SIGTSTP);
+    HeldSignals const stop({SIGTSTP});
     timespec const time = {.tv_sec = milliseconds / 1000, .tv_nsec = milliseconds % 1000 * 1'000'000L};
     pollfd input = {.fd = STDIN_FILENO, .events = POLLIN, .revents = 0};
     for (;;) {
         // A stop before this has set it, and may have left a SIGCONT: both are one reason to draw again.
         timespec constexpr at_once = {};
         timespec const* const most = screen_may_be_gone != 0 ? &at_once : milliseconds < 0 ? nullptr : &time;
-        int const ready = ::ppoll(&input, 1, most, &signals_before);
+        int const ready = ::ppoll(&input, 1, most, &noted.before());
         if (screen_may_be_gone != 0) {
             screen_may_be_gone = 0;
             if (in_foreground()) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <csignal>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -51,6 +52,21 @@ enum class Wish {
     again,   ///< The size is another one, or the process was stopped and goes on: what stood on the screen may be gone.
 };
 
+/// Lets signals wait as long as it lives.
+class HeldSignals {
+public:
+    explicit HeldSignals(std::initializer_list<int> signals);
+    ~HeldSignals();
+    HeldSignals(HeldSignals const&) = delete;
+    HeldSignals& operator=(HeldSignals const&) = delete;
+
+    /// The mask of signals as it was.
+    sigset_t const& before() const { return mask_before; }
+
+private:
+    sigset_t mask_before = {};
+};
+
 /// Takes single keys from standard input as long as it lives. There is one at a time.
 ///
 /// Neither are they shown nor do they wait for the end of a line. Ctrl-C and Ctrl-Z do what they always do.
@@ -69,7 +85,8 @@ public:
     Wish wait(int milliseconds);
 
 private:
-    sigset_t signals_before = {};
+    // What tells of another screen arrives in wait() alone.
+    HeldSignals noted{SIGWINCH, SIGCONT};
 };
 
 // ---------------------------------------------------------------------------------------------
