@@ -2,6 +2,7 @@
 
 #include "support/allocations.hpp"
 #include "kit/hexview.hpp"
+#include "kit/pipe.hpp"
 #include "support/buffers.hpp"
 #include "support/testing.hpp"
 
@@ -149,15 +150,6 @@ TEST(HexWriter, CanBeMoved)
     EXPECT_EQ(os.str(), "00000000: 6162  ab\n");
 }
 
-struct Descriptor {
-    explicit Descriptor(int opened) : number(opened) { EXPECT_GE(number, 0); }
-    Descriptor(Descriptor const&) = delete;
-    Descriptor& operator=(Descriptor const&) = delete;
-    ~Descriptor() { ::close(number); }
-
-    int number;
-};
-
 // A file that nobody else sees, with so many zeros, which take no room, and the text after them.
 int file_of(off_t zeros, std::string_view text)
 {
@@ -179,31 +171,6 @@ std::string view_from(off_t offset, Descriptor const& file, hex_options const& o
     ::lseek(file.number, offset, SEEK_SET);
     return view_of(file.number, options);
 }
-
-struct Pipe {
-    Pipe()
-    {
-        int ends[2];
-        EXPECT_EQ(::pipe(ends), 0);
-        out = std::make_unique<Descriptor>(ends[0]);
-        in = std::make_unique<Descriptor>(ends[1]);
-    }
-
-    // Nothing more comes.
-    explicit Pipe(std::string_view text) : Pipe()
-    {
-        put(text);
-        in.reset();
-    }
-
-    void put(std::string_view text) const
-    {
-        EXPECT_EQ(::write(in->number, text.data(), text.size()), static_cast<ssize_t>(text.size()));
-    }
-
-    std::unique_ptr<Descriptor> out;
-    std::unique_ptr<Descriptor> in;
-};
 
 TEST(HexdumpFile, ReadsFromWhereTheDescriptorStands)
 {

@@ -5,6 +5,7 @@
 #include "support/buffers.hpp"
 #include "support/grouping.hpp"
 #include "support/screen.hpp"
+#include "kit/pipe.hpp"
 #include "support/testing.hpp"
 #include "support/writes.hpp"
 
@@ -68,32 +69,17 @@ std::string journaled(std::function<void(std::ostream&)> const& body)
     return readable(os.journal.text);
 }
 
-struct Pipe {
-    Pipe()
-    {
-        std::array<int, 2> ends = {};
-        if (pipe(ends.data()) != 0) {
-            throw std::runtime_error("no pipe");
-        }
-        out = ends[0];
-        in = ends[1];
-    }
-
-    int out = -1;
-    int in = -1;
-};
-
 // Makes standard error the only writer of the pipe.
-void write_errors_to(Pipe const& to)
+void write_errors_to(Pipe& to)
 {
-    dup2(to.in, STDERR_FILENO);
-    close(to.in);
+    dup2(to.in->number, STDERR_FILENO);
+    to.in.reset();
 }
 
 void write_errors_to_nobody()
 {
-    Pipe const unread;
-    close(unread.out);
+    Pipe unread;
+    unread.out.reset();
     write_errors_to(unread);
 }
 
@@ -378,17 +364,15 @@ TEST(LineOnAStandardStream, GoesToABufferThatTheProgramGaveIt)
 TEST(LineOnAStandardStream, GoesToAFileThatTheProgramGaveIt)
 {
     Pipe const to;
-    __gnu_cxx::stdio_filebuf<char> file(to.in, ios_base::out);
+    __gnu_cxx::stdio_filebuf<char> file(dup(to.in->number), ios_base::out);
     EXPECT_EQ(on_out([&] {
                   WithBuffer const redirected(std::cout, &file);
                   line(std::cout) << "a" << 1;
               }),
               "");
     std::array<char, 8> text = {};
-    EXPECT_EQ(read(to.out, text.data(), text.size()), 2);
+    EXPECT_EQ(read(to.out->number, text.data(), text.size()), 2);
     EXPECT_STREQ(text.data(), "a1");
-    file.close();
-    close(to.out);
 }
 
 TEST(Cursor, IsLeftAloneOnAnotherDescriptor)
@@ -640,13 +624,13 @@ std::string read_all(int pipe_end, std::size_t wanted = SIZE_MAX)
 TEST(SlowDescriptor, ThatDoesNotBlockIsWaitedFor)
 {
     auto const run = on_pipe([] {
-        Pipe const to;
-        fcntl(to.in, F_SETFL, O_NONBLOCK);
+        Pipe to;
+        fcntl(to.in->number, F_SETFL, O_NONBLOCK);
         write_errors_to(to);
         std::string all;
         std::thread reader([&] {
             std::this_thread::sleep_for(std::chrono::milliseconds(20)); // the pipe is full by then
-            all = read_all(to.out);
+            all = read_all(to.out->number);
         });
         line(std::cerr) << long_text;
         close(STDERR_FILENO);
@@ -661,7 +645,7 @@ extern "C" void ignore(int) {}
 
 TEST(SlowDescriptor, MayBeInterruptedBySignals)
 {
-    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
+    auto const run = on_pipe([] {
         struct sigaction action = {};
         action.sa_handler = ignore; // without SA_RESTART
         sigaction(SIGALRM, &action, nullptr);
@@ -683,13 +667,13 @@ TEST(SlowDescriptor, MayBeInterruptedBySignals)
 
 TEST(SlowDescriptor, KeepsALineWholeWhoseThreadIsCancelled)
 {
-    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
-        Pipe const to;
+    auto const run = on_pipe([] {
+        Pipe to;
         write_errors_to(to);
         std::thread writer([] { line(std::cerr) << long_text; });
-        std::string const begun = read_all(to.out, 1); // the line is on its way
+        std::string const begun = read_all(to.out->number, 1); // the line is on its way
         pthread_cancel(writer.native_handle());
-        std::string const all = begun + read_all(to.out, long_text.size() - 1);
+        std::string const all = begun + read_all(to.out->number, long_text.size() - 1);
         writer.join();
         report(all == long_text ? "whole" : "cut");
     });
@@ -831,9 +815,14 @@ TEST(EndOfAProgram, WaitsForNoOtherThreadsLine)
     GTEST_SKIP() << "std::exit flushes the standard streams, which races with any thread that still inserts";
 #endif
     auto const run = on_pipe([] {
-        Pipe const begun;
-        std::thread([&] { line(std::cerr) << "lost" << (close(begun.in), pause(), ""); }).detach();
-        read_all(begun.out); // until it has the lock
+        Pipe begun;
+        std::thread([&begun] {
+            line lost(std::cerr);
+            lost << "lost";
+            begun.in.reset();
+            pause();
+        }).detach();
+        read_all(begun.out->number); // until it has the lock
         std::exit(4);
     });
     EXPECT_EQ(run.status, 4);

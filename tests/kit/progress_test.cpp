@@ -59,9 +59,17 @@ class Progress : public ProgressGroup {
 protected:
     std::string after(std::chrono::milliseconds time) { return ProgressGroup::after(group, time); }
 
-    Lines rows_after(std::chrono::milliseconds time) { return after(time), rows(); }
+    Lines rows_after(std::chrono::milliseconds time)
+    {
+        after(time);
+        return rows();
+    }
 
-    Lines above_after(std::chrono::milliseconds time) { return after(time), above(); }
+    Lines above_after(std::chrono::milliseconds time)
+    {
+        after(time);
+        return above();
+    }
 
     bar add(std::string_view message, std::uint64_t length = 10)
     {
