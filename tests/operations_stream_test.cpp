@@ -37,18 +37,18 @@ std::ostringstream string_stream;
 std::ostream same_buffer(std::cout.rdbuf());
 
 Place const places[] = {
-    {"Cout", true, {Sink::terminal, Sink::terminal}, &std::cout},
+    {"Cout", true, on_terminals, &std::cout},
     {"CerrAlone", true, {Sink::pipe, Sink::terminal}, &std::cerr},
     {"Clog", true, {Sink::closed, Sink::terminal}, &std::clog},
     {"CoutInAPipe", false, {Sink::pipe, Sink::terminal}, &std::cout},
     {"CoutInAFile", false, {Sink::file, Sink::terminal}, &std::cout},
     {"CoutInAFullDevice", false, {Sink::full, Sink::terminal}, &std::cout},
     {"CoutClosed", false, {Sink::closed, Sink::terminal}, &std::cout},
-    {"CoutNotColorized", false, {Sink::terminal, Sink::terminal}, &std::cout, false},
-    {"CoutWithoutFrills", false, {Sink::terminal, Sink::terminal}, &std::cout, true, true},
-    {"CerrNotColorized", false, {Sink::terminal, Sink::terminal}, &std::cerr, false},
-    {"AString", false, {Sink::terminal, Sink::terminal}, &string_stream},
-    {"AnotherStreamWithTheBufferOfCout", false, {Sink::terminal, Sink::terminal}, &same_buffer},
+    {"CoutNotColorized", false, on_terminals, &std::cout, false},
+    {"CoutWithoutFrills", false, on_terminals, &std::cout, true, true},
+    {"CerrNotColorized", false, on_terminals, &std::cerr, false},
+    {"AString", false, on_terminals, &string_stream},
+    {"AnotherStreamWithTheBufferOfCout", false, on_terminals, &same_buffer},
 };
 
 // As the table has it: a flush as \f.

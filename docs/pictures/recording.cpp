@@ -13,13 +13,11 @@ namespace hueline::pictures {
 namespace {
 
 using test::Launch;
+using test::on_pipes;
+using test::on_terminals;
 using test::Outcome;
-using test::Sink;
 using test::Sinks;
 using test::sixteen_colors;
-
-Sinks constexpr terminals = {Sink::terminal, Sink::terminal};
-Sinks constexpr pipes = {Sink::pipe, Sink::pipe};
 
 // Standard output first: of the programs that are drawn, one writes to both, in this order.
 std::string all_output(std::string const& name, Outcome const& run, int status = 0)
@@ -68,8 +66,8 @@ void record(std::vector<Scene> const& scenes, std::string const& source, std::fu
             .title = scene.title,
             .code = body_of(scene.name, source),
             .language = "cpp",
-            .terminal = all_output(scene.name, run_with(terminals, body)),
-            .pipe = all_output(scene.name, run_with(pipes, body)),
+            .terminal = all_output(scene.name, run_with(on_terminals, body)),
+            .pipe = all_output(scene.name, run_with(on_pipes, body)),
             .frame_ms = scene.frame_ms,
             .cols = scene.cols,
             .rows = scene.rows,
@@ -137,8 +135,8 @@ void record(std::vector<Program> const& listed, std::vector<Recording>& recordin
             .title = program.title,
             .code = program.command + '\n',
             .language = "sh",
-            .terminal = output_on(terminals),
-            .pipe = output_on(pipes),
+            .terminal = output_on(on_terminals),
+            .pipe = output_on(on_pipes),
             .frame_ms = program.frame_ms,
             .cols = program.cols,
         });
@@ -180,10 +178,10 @@ std::vector<Recording> record_roles()
     return {
         {.name = "stream",
          .title = "The roles of the stream themes",
-         .terminal = all_output("stream", run_with(terminals, stream))},
+         .terminal = all_output("stream", run_with(on_terminals, stream))},
         {.name = "string",
          .title = "The roles of the string themes",
-         .terminal = all_output("string", run_with(terminals, string))},
+         .terminal = all_output("string", run_with(on_terminals, string))},
     };
 }
 

@@ -30,7 +30,7 @@ TEST(Download, WritesEachLineOnceInAnyOrder)
 {
     std::vector<std::string> without_bars = ordinary;
     without_bars.emplace_back("HUELINE_PROGRESS=off");
-    Outcome const run = run_program({Sink::pipe, Sink::pipe}, {EXAMPLE, "0"}, {.environment = without_bars});
+    Outcome const run = run_program(on_pipes, {EXAMPLE, "0"}, {.environment = without_bars});
     EXPECT_EQ(sorted(lines_of(run.err)), contents_of("download.expected"));
     EXPECT_EQ(run.status, 0);
 }
@@ -53,7 +53,7 @@ TEST(Download, LeavesLinesAndTheBarOfAllFilesOnATerminal)
 
 TEST(Download, HasNoControlCharacterInALog)
 {
-    Outcome const run = run_program({Sink::pipe, Sink::pipe}, {EXAMPLE, "100"}, {.environment = ordinary});
+    Outcome const run = run_program(on_pipes, {EXAMPLE, "100"}, {.environment = ordinary});
     EXPECT_EQ(run.err.find('\x1b'), std::string::npos);
     EXPECT_EQ(run.err.find('\r'), std::string::npos);
     EXPECT_NE(run.err.find("initrd.img: connection lost, going on from byte 14680064\n"), std::string::npos);

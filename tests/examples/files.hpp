@@ -8,9 +8,6 @@ namespace hueline::test {
 
 inline std::filesystem::path const examples = EXAMPLES_FOLDER;
 
-inline constexpr Sinks on_terminals = {Sink::terminal, Sink::terminal};
-inline constexpr Sinks on_pipes = {Sink::pipe, Sink::pipe};
-
 /// Changes of the environment after which bars are drawn as on any terminal, without colour and in ASCII.
 inline std::vector<std::string> const ordinary = {"NO_COLOR=1", "CI",   "HUELINE_PROGRESS", "TERM=xterm",
                                                   "LC_ALL=C",   "LANG", "LC_CTYPE"};

@@ -10,8 +10,6 @@ namespace {
 using namespace kestry::kit;
 using namespace hueline::test;
 
-Sinks const on_pipes = {Sink::pipe, Sink::pipe};
-
 using Arguments = std::vector<std::string>;
 
 // A file that goes with the test.

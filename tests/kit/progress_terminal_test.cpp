@@ -7,7 +7,6 @@
 #include "support/testing.hpp"
 
 #include <sys/ioctl.h>
-#include <sys/resource.h>
 
 namespace {
 
@@ -45,8 +44,7 @@ Outcome run_on(Sink error, std::function<void()> const& body)
                                                      "TERM=xterm", "LC_ALL=C",         "NO_COLOR=1"};
     return run_with({Sink::pipe, error}, [&] {
         change_environment(changes);
-        rlimit const no_core = {.rlim_cur = 0, .rlim_max = 0};
-        ::setrlimit(RLIMIT_CORE, &no_core);
+        forbid_cores();
         body();
     });
 }

@@ -56,7 +56,7 @@ TEST_P(StaticObjects, UseBothInterfacesFromTheirConstructorsToTheirDestructorsHo
 
 TEST_P(StaticObjects, WriteTheirTextAloneToAPipe)
 {
-    auto const run = run_program({Sink::pipe, Sink::pipe}, {GetParam()});
+    auto const run = run_program(on_pipes, {GetParam()});
     // What the string interface colours does not depend on the stream.
     EXPECT_EQ(readable(run.out), R"(first\n41 42 second\n\e[34mthird\n\e[32m43 \e[0m\nmain\nat exit\n)"
                                  R"(\e[32m43 \e[0mdump's end\n\e[33mthird's end\n41 42 second's end\n)"

@@ -53,7 +53,7 @@ std::string difference_between_model_and_library(std::vector<Step> steps)
     for (Step const& step : steps) {
         expected.push_back(model.perform(step));
     }
-    Sinks const nothing_is_written = {Sink::pipe, Sink::pipe};
+    Sinks const nothing_is_written = on_pipes;
     return difference(nothing_is_written, steps, expected,
                       in_a_child(nothing_is_written, steps, [] { return std::make_unique<Library>(); }));
 }

@@ -140,7 +140,7 @@ void let_waits_be_short() { advance_clock_by(std::chrono::milliseconds(5)); }
 
 TEST(HangUp, EndsTheWaitingAndTheColorOfAnAnimation)
 {
-    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
+    auto const run = on_pipe([] {
         std::signal(SIGHUP, SIG_IGN);
         let_waits_be_short();
         HangingUp terminal(9);
@@ -175,7 +175,7 @@ TEST(HangUp, LeavesTheProcessAbleToColorAnotherTerminal)
 // As any process whose terminal goes away.
 TEST(HangUp, EndsAProcessThatDoesNotIgnoreIt)
 {
-    auto const run = run_with({Sink::pipe, Sink::pipe}, [] {
+    auto const run = on_pipe([] {
         std::signal(SIGHUP, SIG_DFL);
         let_waits_be_short();
         HangingUp terminal(3);

@@ -32,8 +32,8 @@ public:
         write_source(facts);
         // The categories that are not in the source are empty. That is made all the same (-c), and the
         // exit status tells of it.
-        auto const run = run_program({Sink::pipe, Sink::pipe},
-                                     {"localedef", "-c", "-f", path("characters"), "-i", path("source"), folder.path});
+        auto const run =
+            run_program(on_pipes, {"localedef", "-c", "-f", path("characters"), "-i", path("source"), folder.path});
         setenv("LOCPATH", folder.path.parent_path().c_str(), 1);
         if (std::setlocale(LC_ALL, folder.path.filename().c_str()) == nullptr) {
             undo();

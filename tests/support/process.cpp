@@ -20,6 +20,7 @@
 #include <pty.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <termios.h>
@@ -366,15 +367,10 @@ int run_body(std::function<void()> const& body)
     return status_of_exception;
 }
 
-int become_program(std::vector<std::string> const& argv, std::vector<std::string> const& environment)
+int become_program(std::vector<std::string> argv, std::vector<std::string> const& environment)
 {
     change_environment(environment);
-    std::vector<char*> arguments;
-    for (std::string const& argument : argv) {
-        arguments.push_back(const_cast<char*>(argument.c_str()));
-    }
-    arguments.push_back(nullptr);
-    execvp(arguments[0], arguments.data());
+    execvp(argv.at(0).c_str(), pointers_to(argv).data());
     report("cannot run " + argv.at(0) + ": " + std::strerror(errno));
     return status_of_no_program;
 }
@@ -386,9 +382,9 @@ Outcome run_with(Sinks sinks, std::function<void()> const& body)
     return run(sinks, {}, [&] { return run_body(body); });
 }
 
-Outcome on_terminal(std::function<void()> const& body) { return run_with({Sink::terminal, Sink::terminal}, body); }
+Outcome on_terminal(std::function<void()> const& body) { return run_with(on_terminals, body); }
 
-Outcome on_pipe(std::function<void()> const& body) { return run_with({Sink::pipe, Sink::pipe}, body); }
+Outcome on_pipe(std::function<void()> const& body) { return run_with(on_pipes, body); }
 
 void report(std::string_view text)
 {
@@ -415,6 +411,22 @@ void change_environment(std::vector<std::string> const& changes)
     for (std::string const& change : changes) {
         putenv(const_cast<char*>(change.c_str())); // removes a name without "="
     }
+}
+
+void forbid_cores()
+{
+    rlimit const none = {0, 0};
+    checked(setrlimit(RLIMIT_CORE, &none), "setrlimit");
+}
+
+std::vector<char*> pointers_to(std::vector<std::string>& words)
+{
+    std::vector<char*> pointers;
+    for (std::string& word : words) {
+        pointers.push_back(word.data());
+    }
+    pointers.push_back(nullptr);
+    return pointers;
 }
 
 Outcome run_program(Sinks sinks, std::vector<std::string> const& argv, Launch const& launch)

@@ -29,6 +29,9 @@ struct Sinks {
     Sink err = Sink::terminal;
 };
 
+inline constexpr Sinks on_terminals = {Sink::terminal, Sink::terminal};
+inline constexpr Sinks on_pipes = {Sink::pipe, Sink::pipe};
+
 struct Outcome {
     std::string out;    ///< Bytes that reached standard output: none for full and closed.
     std::string err;    ///< Bytes that reached standard error.
@@ -60,6 +63,12 @@ void await_output(int descriptor, std::string_view bytes);
 /// In a body: changes the environment. "NAME=value" sets a variable, "NAME" removes it; the texts are used as they are, so
 /// they have to live on.
 void change_environment(std::vector<std::string> const& changes);
+
+/// In a body: a signal that would leave a core behind leaves none.
+void forbid_cores();
+
+/// For execv(3), as long as the words live.
+std::vector<char*> pointers_to(std::vector<std::string>& words);
 
 /// Changes of the environment after which a terminal has 16 colours and nobody has wished for anything else.
 inline std::vector<std::string> const sixteen_colors = {

@@ -858,7 +858,7 @@ TEST_F(Progress, IsShownForMoreThanAMebibyteOnATerminalThatHasColor)
         std::vector<std::string> variables = {};
     } const rows[] = {{true, pipe_and_terminal, {"dump", barely_large}},
                       {false, pipe_and_terminal, {"dump", small}},
-                      {false, {Sink::pipe, Sink::pipe}, {"dump", large}},
+                      {false, on_pipes, {"dump", large}},
                       {false, {Sink::pipe, Sink::file}, {"dump", large}},
                       {false, {Sink::terminal, Sink::pipe}, {"dump", large}},
                       {false, {Sink::terminal, Sink::file}, {"dump", large}},
